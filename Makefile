@@ -1,0 +1,51 @@
+# The two commands a newcomer needs: `make run` and `make test`. Both install what is missing first.
+BUILD ?= build
+X64 := $(BUILD)/x86_64
+X86 := $(BUILD)/i686
+JOBS ?= 2
+export WINEPREFIX := $(abspath $(BUILD))/wine
+
+.PHONY: all setup configure build run test bench screenshots dist format clean
+
+all: build
+
+setup:
+	@scripts/setup
+
+$(X64)/build.ninja:
+	cmake -S . -B $(X64) -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake \
+	  -DCMAKE_BUILD_TYPE=Release -DVRK_WINEPREFIX=$(WINEPREFIX)
+
+$(X86)/build.ninja:
+	cmake -S . -B $(X86) -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake \
+	  -DCMAKE_BUILD_TYPE=Release -DVRK_TESTS=OFF
+
+configure: setup $(X64)/build.ninja $(X86)/build.ninja
+
+build: configure
+	cmake --build $(X64) -j$(JOBS)
+	cmake --build $(X86) -j$(JOBS)
+
+test: build
+	scripts/run-tests $(X64)
+
+run: setup $(X64)/build.ninja
+	cmake --build $(X64) -j$(JOBS) --target VrkConfig
+	scripts/run-demo $(X64)/VrkConfig.exe $(BUILD)
+
+bench: setup $(X64)/build.ninja
+	cmake --build $(X64) -j$(JOBS)
+	scripts/run-bench $(X64)
+
+screenshots: setup $(X64)/build.ninja
+	cmake --build $(X64) -j$(JOBS)
+	scripts/screenshots $(X64) $(BUILD)/screenshots
+
+dist: build
+	scripts/make-dist $(BUILD)
+
+format:
+	clang-format -i $$(git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'bench/*.h')
+
+clean:
+	rm -rf $(X64) $(X86) $(BUILD)/dist $(BUILD)/screenshots $(BUILD)/demo

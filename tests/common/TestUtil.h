@@ -1,0 +1,30 @@
+#pragma once
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+// A fresh folder under the system's temporary folder, removed with everything in it at scope end.
+class TempDir {
+ public:
+  TempDir();
+  ~TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+
+  const std::wstring& Path() const { return path; }
+  std::wstring File(std::wstring_view name) const { return path + L"\\" + std::wstring(name); }
+
+ private:
+  std::wstring path;
+};
+
+std::string ReadFileBytes(const std::wstring& path);
+bool WriteFileBytes(const std::wstring& path, std::string_view bytes);
+bool FileExists(const std::wstring& path);
+
+// Dispatches every message waiting for this thread, without waiting for more.
+void PumpMessages();
+
+// UTF-8 from a wide text, for comparing file bytes.
+std::string Utf8(std::wstring_view text);
