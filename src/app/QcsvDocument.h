@@ -1,0 +1,53 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+// A list file (.qcsv) in memory: options, column names and rows of text fields.
+class QcsvDocument {
+ public:
+  using Row = std::vector<std::wstring>;
+
+  // Replaces the document with the file's content. Fails silently for a missing, empty or
+  // untagged file; shows the file's message for one that cannot be opened or is corrupted.
+  bool Read(const std::wstring& path);
+  // Writes the document, replacing the file in one step so that a reader sees the old or the new
+  // content and never a part. Shows the writer's message on failure; the old file stays intact.
+  bool Write(const std::wstring& path) const;
+  void Clear();
+
+  const std::wstring& Path() const { return path; }
+
+  // Options keep file order; names match without regard to case.
+  const std::vector<std::pair<std::wstring, std::wstring>>& Options() const { return options; }
+  std::optional<std::wstring> Option(std::wstring_view name) const;
+  std::wstring OptionOr(std::wstring_view name, std::wstring_view fallback) const;
+  void SetOption(std::wstring_view name, std::wstring_view value);
+  void SetOption(std::wstring_view name, int value);  // written with "%d"
+
+  const std::vector<std::wstring>& Columns() const { return columns; }
+  void SetColumns(std::vector<std::wstring> names);
+  // Position of a named column, or -1.
+  int ColumnIndex(std::wstring_view name) const;
+  // Position of a named column, adding it (and an empty cell to every row) when the file lacks it.
+  int EnsureColumn(std::wstring_view name);
+
+  size_t RowCount() const { return rows.size(); }
+  const Row& RowAt(size_t index) const { return rows[index]; }
+  const std::vector<Row>& Rows() const { return rows; }
+  std::wstring Cell(size_t row, std::wstring_view column, std::wstring_view fallback = {}) const;
+  // Sets a cell by column name, adding the column when the file lacks it.
+  void SetCell(size_t row, std::wstring_view column, std::wstring_view value);
+  // Inserts a row of empty fields, one per column.
+  void InsertRow(size_t index);
+  void EraseRow(size_t index);
+  void AppendRow(Row row);
+
+ private:
+  std::wstring path;
+  std::vector<std::pair<std::wstring, std::wstring>> options;
+  std::vector<std::wstring> columns;
+  std::vector<Row> rows;
+};
