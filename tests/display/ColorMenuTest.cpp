@@ -1,0 +1,264 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/Prompt.h"
+#include "app/TextPair.h"
+#include "display/ColorMenu.h"
+
+namespace {
+
+struct MenuItem {
+  bool separator;
+  bool newColumn;
+  bool disabled;
+  int command;
+  std::wstring text;
+  HBITMAP swatch;
+};
+
+std::vector<MenuItem> ReadMenu(HMENU menu) {
+  std::vector<MenuItem> items;
+  int count = GetMenuItemCount(menu);
+  for (int i = 0; i < count; ++i) {
+    wchar_t text[128] = {};
+    MENUITEMINFOW info{};
+    info.cbSize = sizeof(info);
+    info.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID | MIIM_STRING | MIIM_CHECKMARKS;
+    info.dwTypeData = text;
+    info.cch = static_cast<UINT>(std::size(text));
+    GetMenuItemInfoW(menu, i, TRUE, &info);
+    items.push_back({(info.fType & MFT_SEPARATOR) != 0, (info.fType & MFT_MENUBARBREAK) != 0,
+                     (info.fState & MFS_DISABLED) != 0, static_cast<int>(info.wID), text,
+                     info.hbmpUnchecked});
+  }
+  return items;
+}
+
+// The expected menu, item by item: "-" is a separator, "|" starts a column, "x" marks a disabled item.
+struct Expected {
+  const char* mark;
+  int command;
+  const wchar_t* text;
+};
+
+void ExpectMenu(HMENU menu, const std::vector<Expected>& expected) {
+  std::vector<MenuItem> items = ReadMenu(menu);
+  ASSERT_EQ(items.size(), expected.size());
+  for (size_t i = 0; i < items.size(); ++i) {
+    std::string mark = expected[i].mark;
+    EXPECT_EQ(items[i].separator, mark == "-") << i;
+    EXPECT_EQ(items[i].newColumn, mark.find('|') != std::string::npos) << i;
+    // Separators read back as disabled on their own.
+    if (mark == "-") continue;
+    EXPECT_EQ(items[i].disabled, mark.find('x') != std::string::npos) << i;
+    EXPECT_EQ(items[i].command, expected[i].command) << i;
+    EXPECT_EQ(items[i].text, expected[i].text) << i;
+  }
+}
+
+std::vector<Expected> PaletteMenu(const Expected& thirdColumnStart) {
+  return {
+      {"", 0, L"Current setting"},
+      {"-", 0, L""},
+      {"", 1, L"Black"},
+      {"", 2, L"White"},
+      {"", 3, L"Blue"},
+      {"", 4, L"Red"},
+      {"", 5, L"Purple"},
+      {"", 6, L"Green"},
+      {"", 7, L"Light blue"},
+      {"", 8, L"Yellow"},
+      {"|", -1, L"Custom"},
+      {"-", 0, L""},
+      {"", 10, L"Gray"},
+      {"", 11, L"Light Gray"},
+      {"", 12, L"Dark Blue"},
+      {"", 13, L"Dark Red"},
+      {"", 14, L"Dark Purple"},
+      {"", 15, L"Dark Green"},
+      {"", 16, L"Dark Blue"},
+      {"", 17, L"Dark Yellow"},
+      thirdColumnStart,
+      {"-", 0, L""},
+      {"", 19, L"Morva Red"},
+      {"", 20, L"Morva Pink"},
+      {"", 21, L"Morva Orange"},
+      {"", 22, L"Morva Green"},
+      {"", 23, L"Morva L.Blue"},
+      {"", 24, L"Morva Purple 1"},
+      {"", 25, L"Morva Purple 2"},
+      {"", 26, L"Morva Yellow"},
+  };
+}
+
+COLORREF PixelOf(HBITMAP bitmap, int x, int y) {
+  HDC dc = CreateCompatibleDC(nullptr);
+  HGDIOBJ previous = SelectObject(dc, bitmap);
+  COLORREF color = GetPixel(dc, x, y);
+  SelectObject(dc, previous);
+  DeleteDC(dc);
+  return color;
+}
+
+class ColorMenuTest : public testing::Test {
+ protected:
+  void SetUp() override { SetLanguage(kEnglish); }
+  void TearDown() override { SetLanguage(kEnglish); }
+};
+
+}  // namespace
+
+TEST_F(ColorMenuTest, ThreeColumnsWithDisabledStarterWhenNoneIsNotAllowed) {
+  ColorMenu menu(0x00123456, false, nullptr);
+  ExpectMenu(menu.Handle(), PaletteMenu({"|x", 0, L""}));
+}
+
+TEST_F(ColorMenuTest, AllowNoneStartsTheThirdColumnWithShowNothing) {
+  ColorMenu menu(0x00123456, true, nullptr);
+  ExpectMenu(menu.Handle(), PaletteMenu({"|", -2, L"Show nothing"}));
+}
+
+TEST_F(ColorMenuTest, ExtrasAddANewColumnOfColoursNotYetOffered) {
+  const COLORREF extras[] = {0x123456, 0x0000FF, 0x123456, 0};
+  ColorMenu menu(0, false, extras);
+  std::vector<Expected> expected = PaletteMenu({"|x", 0, L""});
+  expected.push_back({"|x", 0, L""});
+  expected.push_back({"-", 0, L""});
+  expected.push_back({"", 28, L"RGB(86,52,18)"});
+  ExpectMenu(menu.Handle(), expected);
+  EXPECT_EQ(menu.Slots()[28], 0x123456u);
+  EXPECT_EQ(menu.Slots()[29], 0u);
+}
+
+TEST_F(ColorMenuTest, ExtraSlotsTakeNineAtMostAndOfferEight) {
+  struct Case {
+    std::vector<COLORREF> extras;
+    std::vector<COLORREF> slots;  // slots 28 to 36
+  };
+  std::vector<COLORREF> many;
+  for (COLORREF c = 1; c <= 12; ++c) many.push_back(0x010100 * c + 0x10);
+  many.push_back(0);
+  std::vector<COLORREF> firstNine(many.begin(), many.begin() + 9);
+  const Case cases[] = {
+      {{0}, {0, 0, 0, 0, 0, 0, 0, 0, 0}},
+      {{0x000000, 0x111111}, {0, 0, 0, 0, 0, 0, 0, 0, 0}},  // the list ends at the first 0
+      {{kColorNone, 0xFFFFFF, 0x252A31, 0x7F7F7F, 0x222222, 0}, {0x222222, 0, 0, 0, 0, 0, 0, 0, 0}},
+      {{0x333333, 0x444444, 0x333333, 0x444444, 0x555555, 0},
+       {0x333333, 0x444444, 0x555555, 0, 0, 0, 0, 0, 0}},
+      {many, firstNine},
+  };
+  for (const Case& c : cases) {
+    ColorSlots slots = MakeColorSlots(c.extras.data());
+    for (size_t i = 0; i < kPalette.size(); ++i) EXPECT_EQ(slots[i], kPalette[i].value);
+    for (int i = 0; i < 9; ++i) EXPECT_EQ(slots[kFirstExtraSlot + i], c.slots[i]) << i;
+  }
+
+  // Nine taken, but the ninth (slot 36) has no item.
+  ColorMenu menu(0, false, many.data());
+  std::vector<MenuItem> items = ReadMenu(menu.Handle());
+  ASSERT_EQ(items.size(), 30u + 2u + 8u);
+  EXPECT_EQ(items.back().command, 35);
+  EXPECT_EQ(menu.ColorFor(36), firstNine[8]);
+}
+
+TEST_F(ColorMenuTest, MenuReadsJapaneseWhenTheLanguageIsJapanese) {
+  SetLanguage(kJapanese);
+  ColorMenu menu(0, true, nullptr);
+  std::vector<MenuItem> items = ReadMenu(menu.Handle());
+  ASSERT_EQ(items.size(), 30u);
+  EXPECT_EQ(items[0].text, L"現在の設定");
+  EXPECT_EQ(items[2].text, L"黒色");
+  EXPECT_EQ(items[10].text, L"カスタム");
+  EXPECT_EQ(items[18].text, L"暗い水色");
+  EXPECT_EQ(items[20].text, L"表示しない");
+  EXPECT_EQ(items[29].text, L"Morva 黄");
+}
+
+TEST_F(ColorMenuTest, EveryColourItemCarriesASquareSwatchOfItsColour) {
+  const COLORREF extras[] = {0x123456, 0};
+  ColorMenu menu(0x00ABCDEF, true, extras);
+  int side = GetSystemMetrics(SM_CYMENUCHECK);
+  for (const MenuItem& item : ReadMenu(menu.Handle())) {
+    if (item.separator || item.disabled) continue;
+    if (item.command < 0) {
+      EXPECT_EQ(item.swatch, nullptr) << item.command;
+      continue;
+    }
+    ASSERT_NE(item.swatch, nullptr) << item.command;
+    BITMAP info{};
+    ASSERT_TRUE(GetObjectW(item.swatch, sizeof(info), &info));
+    EXPECT_EQ(info.bmWidth, side);
+    EXPECT_EQ(info.bmHeight, side);
+    COLORREF fill = item.command == 0 ? 0x00ABCDEF : menu.Slots()[item.command];
+    EXPECT_EQ(PixelOf(item.swatch, 0, 0), 0u) << item.command;
+    EXPECT_EQ(PixelOf(item.swatch, side - 1, side / 2), 0u) << item.command;
+    EXPECT_EQ(PixelOf(item.swatch, side / 2, side / 2), fill) << item.command;
+  }
+}
+
+TEST_F(ColorMenuTest, PickMapsEachCommandToItsColour) {
+  const COLORREF extras[] = {0x123456, 0};
+  struct Case {
+    COLORREF current;
+    int command;
+    COLORREF expected;
+  };
+  const Case cases[] = {
+      {0x00ABCDEF, 0, 0x00ABCDEF},  // "Current setting" or a dismissal
+      {kColorNone, 0, kColorNone},  // even when there is no colour
+      {0x00ABCDEF, 1, 0x000000},   {0x00ABCDEF, 4, 0x0000FF},  {0x00ABCDEF, 16, 0xBFBF00},
+      {0x00ABCDEF, 26, 0xAFFFFF},  {0x00ABCDEF, 28, 0x123456}, {0x00ABCDEF, -2, kColorNone},
+  };
+  for (const Case& c : cases) {
+    ScopedPrompts prompts;
+    HMENU shown = nullptr;
+    std::vector<HBITMAP> swatches;
+    CurrentPrompts().popupMenu = [&](HMENU menu, UINT flags, POINT, HWND owner) {
+      shown = menu;
+      EXPECT_TRUE(flags & TPM_RETURNCMD);
+      EXPECT_EQ(owner, HWND_DESKTOP);
+      for (const MenuItem& item : ReadMenu(menu)) {
+        if (item.swatch) swatches.push_back(item.swatch);
+      }
+      return c.command;
+    };
+    CurrentPrompts().chooseColor = [](CHOOSECOLORW&) {
+      ADD_FAILURE() << "no colour chooser expected";
+      return false;
+    };
+    EXPECT_EQ(PickColorFromMenu(HWND_DESKTOP, c.current, true, extras), c.expected) << c.command;
+    // The menu and its bitmaps are gone once the pick returns.
+    EXPECT_FALSE(IsMenu(shown));
+    EXPECT_EQ(swatches.size(), 26u);
+    for (HBITMAP swatch : swatches) EXPECT_EQ(GetObjectType(swatch), 0u);
+  }
+}
+
+TEST_F(ColorMenuTest, CustomAsksTheColourChooserWithTheSharedCustomColours) {
+  struct Case {
+    bool accepted;
+    COLORREF expected;
+  };
+  for (const Case& c : {Case{true, 0x00102030}, Case{false, 0x00ABCDEF}}) {
+    ScopedPrompts prompts;
+    int asked = 0;
+    CurrentPrompts().popupMenu = [](HMENU, UINT, POINT, HWND) { return kCommandCustom; };
+    CurrentPrompts().chooseColor = [&](CHOOSECOLORW& request) {
+      ++asked;
+      EXPECT_EQ(request.lStructSize, sizeof(CHOOSECOLORW));
+      EXPECT_EQ(request.Flags & (CC_FULLOPEN | CC_RGBINIT), DWORD(CC_FULLOPEN | CC_RGBINIT));
+      EXPECT_EQ(request.rgbResult, 0x00ABCDEFu);
+      EXPECT_EQ(request.lpCustColors, g_customColors.data());
+      request.lpCustColors[3] = 0x00445566;
+      request.rgbResult = 0x00102030;
+      return c.accepted;
+    };
+    EXPECT_EQ(PickColorFromMenu(nullptr, 0x00ABCDEF, false), c.expected);
+    EXPECT_EQ(asked, 1);
+    // The chooser's custom colours live on for the next pick.
+    EXPECT_EQ(g_customColors[3], 0x00445566u);
+    g_customColors[3] = 0x00FFFFFF;
+  }
+}
