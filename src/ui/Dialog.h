@@ -1,0 +1,79 @@
+#pragma once
+#include <windows.h>
+
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "ui/DialogTemplate.h"
+#include "ui/Handles.h"
+#include "ui/MessageLoop.h"
+#include "ui/MessageMap.h"
+#include "ui/Window.h"
+
+// Base of every dialog: a definition and control table (DialogTemplate.h), a message map
+// (MessageMap.h) and typed handlers in the derived class.
+//
+//   class CEditStringDlg : public CDialog {
+//    public:
+//     CEditStringDlg() : CDialog(kDialog, kControls) {}
+//     BEGIN_MSG_MAP(CEditStringDlg)
+//       COMMAND_ID_HANDLER(IDOK, OnOk)
+//     END_MSG_MAP()
+//    ...
+//   };
+//
+// The template is built when the dialog opens, so it shows the language of that moment. Controls
+// follow their anchors when the dialog is resized. IDOK and IDCANCEL that the map leaves end the
+// dialog with their id.
+class CDialog : public CWindow, public CMessageFilter {
+ public:
+  CDialog(const DialogDef& definition, std::span<const ControlDef> controls);
+  virtual ~CDialog();
+  CDialog(const CDialog&) = delete;
+  CDialog& operator=(const CDialog&) = delete;
+
+  // Runs the dialog modally over its owner and returns the code given to EndDialog (-1 when it
+  // could not be created).
+  INT_PTR DoModal(HWND owner);
+  // Creates the dialog modeless, hidden until shown. Returns false when creation failed.
+  bool Create(HWND owner);
+  // Ends a modal dialog with the code, or destroys a modeless one.
+  void EndDialog(INT_PTR code);
+
+  // Sets caption and control texts again in the current language, with that language's font.
+  void Relabel();
+  // The font the dialog's controls show now.
+  HFONT DialogFont() const;
+  // A rectangle in dialog units, in this dialog's pixels.
+  RECT DialogUnitsToPixels(int x, int y, int cx, int cy) const;
+
+  const DialogDef& Definition() const { return definition; }
+  std::span<const ControlDef> Controls() const { return controls; }
+
+  // Dialog navigation for a modeless dialog, as a filter of the message loop.
+  bool PreTranslateMessage(MSG& message) override;
+
+  virtual bool ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+
+  // Called after every dialog's OnInitDialog. Tests use it to drive and finish modal dialogs.
+  static std::function<void(CDialog&)>& AfterInitHook();
+
+ protected:
+  // Returns true to let the system give the focus to the first control, false when it set it.
+  virtual bool OnInitDialog() { return true; }
+  // Messages every dialog of a kind handles before its map sees them (sizes, layout).
+  virtual bool ProcessFrameMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
+
+ private:
+  static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  void RecordLayout();
+  void ApplyAnchors(int width, int height);
+
+  DialogDef definition;
+  std::span<const ControlDef> controls;
+  bool modal = false;
+  SIZE initialClient{};
+  std::vector<RECT> initialRects;
+  FontHandle languageFont;
+};

@@ -1,0 +1,46 @@
+#include "ui/Window.h"
+
+namespace {
+
+std::wstring TextOf(HWND window) {
+  std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(static_cast<size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
+}  // namespace
+
+std::wstring CWindow::GetText() const {
+  return TextOf(handle);
+}
+
+void CWindow::SetText(std::wstring_view text) const {
+  SetWindowTextW(handle, std::wstring(text).c_str());
+}
+
+std::wstring CWindow::GetItemText(int id) const {
+  return TextOf(Item(id));
+}
+
+void CWindow::SetItemText(int id, std::wstring_view text) const {
+  SetDlgItemTextW(handle, id, std::wstring(text).c_str());
+}
+
+RECT CWindow::ItemRect(int id) const {
+  RECT rect{};
+  GetWindowRect(Item(id), &rect);
+  MapWindowPoints(nullptr, handle, reinterpret_cast<POINT*>(&rect), 2);
+  return rect;
+}
+
+RECT CWindow::ClientRect() const {
+  RECT rect{};
+  GetClientRect(handle, &rect);
+  return rect;
+}
+
+RECT CWindow::WindowRect() const {
+  RECT rect{};
+  GetWindowRect(handle, &rect);
+  return rect;
+}
