@@ -1,0 +1,304 @@
+#include "lists/DraggableListViewCtrl.h"
+
+#include <algorithm>
+
+#include "app/Prompt.h"
+#include "app/Strings.h"
+
+namespace {
+
+// Programming-error guards: they name the class, the same in both languages.
+constexpr TextPair strTooManyColumns{L"CDraggableListViewCtrl Error: Too many columns. (>16)",
+                                     L"CDraggableListViewCtrl Error: Too many columns. (>16)"};
+constexpr TextPair strColumnCountMismatch{L"CDraggableListViewCtrl Error: Column count is not match.",
+                                          L"CDraggableListViewCtrl Error: Column count is not match."};
+constexpr TextPair strListFileMissing{L"DraggerbleListViewCtrl Error\r\n\r\nqcsv is null",
+                                      L"DraggerbleListViewCtrl Error\r\n\r\nqcsv is null"};
+
+constexpr DWORD kGridAndFullRow = LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT;
+// The drag image stands this far right of the cursor so that the row under it stays readable.
+constexpr int kDragImageOffset = 16;
+
+// Mouse positions are signed 16-bit client coordinates (negative while captured outside).
+POINT PointOf(LPARAM position) {
+  return POINT{static_cast<short>(LOWORD(position)), static_cast<short>(HIWORD(position))};
+}
+
+const std::wstring& CellOf(const QcsvDocument::Row& row, int column) {
+  static const std::wstring empty;
+  return column >= 0 && static_cast<size_t>(column) < row.size() ? row[column] : empty;
+}
+
+}  // namespace
+
+bool CDraggableListViewCtrl::Attach(HWND listView) {
+  if (!SubclassWindow(listView)) return false;
+  ListView_SetExtendedListViewStyleEx(handle, kGridAndFullRow, kGridAndFullRow);
+  return true;
+}
+
+int CDraggableListViewCtrl::HeaderColumnCount() const {
+  return Header_GetItemCount(ListView_GetHeader(handle));
+}
+
+void CDraggableListViewCtrl::SetupColumns(std::span<const TextPair> columns) {
+  for (const TextPair& column : columns) {
+    int n = HeaderColumnCount();
+    const wchar_t* label = Text(column);
+    columnIndexByLabel[label] = n + 1;
+
+    LVCOLUMNW info{};
+    info.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
+    info.fmt = LVCFMT_LEFT;
+    info.cx = ListView_GetStringWidth(handle, label) + 15;
+    info.pszText = const_cast<wchar_t*>(label);
+    info.iSubItem = n;
+    ListView_InsertColumn(handle, n, &info);
+
+    // Columns past the limit are left for the press guard to report.
+    if (n < kMaxColumns) {
+      columnLabels[n] = label;
+      columnKeys[n] = column.English();
+    }
+    if (!listFile) {
+      ShowMessage(nullptr, Text(strListFileMissing), Text(strConfigTitle), MB_ICONERROR);
+      EndProcess(0);
+      return;
+    }
+    // Every shown column must be readable and writable by name, also in a file that lacks it.
+    listFile->EnsureColumn(column.English());
+  }
+}
+
+int CDraggableListViewCtrl::ColumnByLabel(const std::wstring& label) const {
+  auto found = columnIndexByLabel.find(label);
+  return found == columnIndexByLabel.end() ? 0 : found->second;
+}
+
+void CDraggableListViewCtrl::FillRows() {
+  if (!listFile) return;
+  for (size_t row = 0; row < listFile->RowCount(); ++row) InsertRowItem(static_cast<int>(row));
+}
+
+void CDraggableListViewCtrl::InsertRowItem(int row) {
+  int columns = std::min(HeaderColumnCount(), kMaxColumns);
+  const QcsvDocument::Row& cells = listFile->RowAt(row);
+  LVITEMW item{};
+  item.mask = LVIF_TEXT;
+  item.iItem = row;
+  for (int column = 0; column < columns; ++column) {
+    const std::wstring& text = CellOf(cells, listFile->ColumnIndex(columnKeys[column]));
+    item.iSubItem = column;
+    item.pszText = const_cast<wchar_t*>(text.c_str());
+    if (column == 0) {
+      ListView_InsertItem(handle, &item);
+    } else {
+      ListView_SetItem(handle, &item);
+    }
+  }
+}
+
+void CDraggableListViewCtrl::SelectItem(int index) {
+  if (index == -1) {
+    ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
+    return;
+  }
+  if (!(GetWindowLongPtrW(handle, GWL_STYLE) & LVS_SINGLESEL))
+    ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
+  ListView_SetItemState(handle, index, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  ListView_EnsureVisible(handle, index, FALSE);
+}
+
+int CDraggableListViewCtrl::FirstSelected() const {
+  return ListView_GetNextItem(handle, -1, LVNI_SELECTED);
+}
+
+LVHITTESTINFO CDraggableListViewCtrl::HitTest(POINT at) const {
+  LVHITTESTINFO hit{};
+  hit.pt = at;
+  ListView_HitTest(handle, &hit);
+  ListView_SubItemHitTest(handle, &hit);
+  // A release over the header (the mouse is captured) is on no row. Some list views round such a
+  // point onto row 0, so the header's rectangle is checked here.
+  HWND header = ListView_GetHeader(handle);
+  RECT headerRect{};
+  if (header && IsWindowVisible(header) && GetWindowRect(header, &headerRect)) {
+    MapWindowPoints(nullptr, handle, reinterpret_cast<POINT*>(&headerRect), 2);
+    if (PtInRect(&headerRect, at)) {
+      hit.flags = LVHT_NOWHERE;
+      hit.iItem = -1;
+      hit.iSubItem = -1;
+    }
+  }
+  return hit;
+}
+
+std::wstring CDraggableListViewCtrl::ItemText(int item, int column) const {
+  std::wstring text(256, L'\0');
+  for (;;) {
+    LVITEMW request{};
+    request.iSubItem = column;
+    request.pszText = text.data();
+    request.cchTextMax = static_cast<int>(text.size());
+    int length =
+        static_cast<int>(SendMessageW(handle, LVM_GETITEMTEXTW, item, reinterpret_cast<LPARAM>(&request)));
+    if (length < static_cast<int>(text.size()) - 1) {
+      text.resize(length);
+      return text;
+    }
+    text.resize(text.size() * 2);
+  }
+}
+
+void CDraggableListViewCtrl::ToggleCheck(int item) {
+  UINT image = ListView_GetItemState(handle, item, LVIS_STATEIMAGEMASK) >> 12;
+  ListView_SetItemState(handle, item, INDEXTOSTATEIMAGEMASK(image == 1 ? 2 : 1), LVIS_STATEIMAGEMASK);
+}
+
+LRESULT CDraggableListViewCtrl::OnLButtonDown(WPARAM, LPARAM position) {
+  POINT at = PointOf(position);
+  columnCountAtPress = HeaderColumnCount();
+  if (columnCountAtPress > kMaxColumns) {
+    ShowMessage(handle, Text(strTooManyColumns), L"", MB_ICONERROR);
+    EndProcess(0);
+    return 0;
+  }
+  LVHITTESTINFO hit = HitTest(at);
+  if (!draggable) {
+    SelectItem(hit.iItem);
+    SetFocus(handle);
+    return 0;
+  }
+  if (hit.iItem < 0) return 0;
+  if (hit.flags & LVHT_ONITEMSTATEICON) {
+    ToggleCheck(hit.iItem);
+    return 0;
+  }
+  if (!(hit.flags & LVHT_ONITEMLABEL)) return 0;
+
+  EndDragImage();
+  int selected = FirstSelected();
+  if (hit.iItem != selected) {
+    // The first press on a row only selects it; a drag starts from the row already selected.
+    SelectItem(hit.iItem);
+    SetFocus(handle);
+    return 0;
+  }
+  BeginRowDrag(selected, at);
+  return 0;
+}
+
+void CDraggableListViewCtrl::BeginRowDrag(int row, POINT at) {
+  dragging = true;
+  if (listFile) {
+    const QcsvDocument::Row& cells = listFile->RowAt(row);
+    size_t columns = listFile->Columns().size();
+    dragRow.assign(columns, std::wstring());
+    for (size_t column = 0; column < columns && column < cells.size(); ++column)
+      dragRow[column] = cells[column];
+  }
+  int columns = std::min(columnCountAtPress, kMaxColumns);
+  for (int column = 0; column < columns; ++column) dragTexts[column] = ItemText(row, column);
+
+  LVITEMW item{};
+  item.mask = LVIF_PARAM;
+  item.iItem = row;
+  dragItemData = ListView_GetItem(handle, &item) ? item.lParam : 0;
+
+  BuildDragImage(row);
+  ImageList_BeginDrag(dragImage.get(), 0, -kDragImageOffset, 0);
+  ImageList_DragEnter(handle, at.x, at.y);
+  SetCapture(handle);
+}
+
+void CDraggableListViewCtrl::BuildDragImage(int row) {
+  RECT bounds{};
+  ListView_GetItemRect(handle, row, &bounds, LVIR_BOUNDS);
+  int width = bounds.right - bounds.left;
+  int height = bounds.bottom - bounds.top;
+  dragImage.reset(ImageList_Create(ListView_GetColumnWidth(handle, 0), height, ILC_COLOR24 | ILC_MASK, 1, 0));
+
+  HDC screen = GetDC(handle);
+  HDC memory = CreateCompatibleDC(screen);
+  BitmapHandle bitmap(CreateCompatibleBitmap(screen, width, height));
+  HGDIOBJ oldBitmap = SelectObject(memory, bitmap.Get());
+  HGDIOBJ oldFont = SelectObject(memory, reinterpret_cast<HFONT>(SendMessageW(handle, WM_GETFONT, 0, 0)));
+  RECT all{0, 0, width, height};
+  FillRect(memory, &all, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+  SetTextColor(memory, RGB(255, 255, 255));
+  SetBkColor(memory, RGB(0, 0, 0));
+  const std::wstring& text = dragTexts[0];
+  TextOutW(memory, 1, 2, text.c_str(), static_cast<int>(text.size()));
+  SelectObject(memory, oldFont);
+  SelectObject(memory, oldBitmap);
+  DeleteDC(memory);
+  ReleaseDC(handle, screen);
+  ImageList_AddMasked(dragImage.get(), bitmap.Get(), RGB(0, 0, 0));
+}
+
+void CDraggableListViewCtrl::EndDragImage() {
+  if (!dragImage) return;
+  ImageList_DragLeave(handle);
+  ImageList_EndDrag();
+  dragImage.reset();
+  ReleaseCapture();
+}
+
+LRESULT CDraggableListViewCtrl::OnMouseMove(WPARAM, LPARAM position) {
+  if (dragging) {
+    POINT at = PointOf(position);
+    ImageList_DragMove(at.x, at.y);
+  }
+  return 0;
+}
+
+LRESULT CDraggableListViewCtrl::OnLButtonUp(WPARAM, LPARAM position) {
+  if (!draggable || !dragging) return 0;
+  if (HeaderColumnCount() != columnCountAtPress) {
+    ShowMessage(handle, Text(strColumnCountMismatch), L"", MB_ICONERROR);
+    EndProcess(0);
+    return 0;
+  }
+  int from = FirstSelected();
+  dragging = false;
+  LVHITTESTINFO hit = HitTest(PointOf(position));
+  int to = hit.iItem;
+  if (to >= 0 && from >= 0 && to != from && hit.iSubItem >= 0) MoveRow(from, to);
+
+  if (dragImage) {
+    ImageList_DragLeave(handle);
+    ImageList_EndDrag();
+    dragImage.reset();
+  }
+  ReleaseCapture();
+  InvalidateRect(handle, nullptr, TRUE);
+  return 0;
+}
+
+void CDraggableListViewCtrl::MoveRow(int from, int to) {
+  ListView_DeleteItem(handle, from);
+  // `to` was hit before the erase: a row dragged down lands after the row under the cursor, one
+  // dragged up before it.
+  if (listFile) {
+    listFile->EraseRow(from);
+    listFile->InsertRow(to);
+    const std::vector<std::wstring>& names = listFile->Columns();
+    for (size_t column = 0; column < names.size() && column < dragRow.size(); ++column) {
+      listFile->SetCell(to, names[column], dragRow[column]);
+    }
+  }
+  int columns = std::min(columnCountAtPress, kMaxColumns);
+  LVITEMW item{};
+  item.mask = LVIF_TEXT;
+  item.iItem = to;
+  item.pszText = dragTexts[0].data();
+  ListView_InsertItem(handle, &item);
+  for (int column = 1; column < columns; ++column) {
+    ListView_SetItemText(handle, to, column, dragTexts[column].data());
+  }
+  LVITEMW data{};
+  data.mask = LVIF_PARAM;
+  data.iItem = to;
+  dragItemData = ListView_GetItem(handle, &data) ? data.lParam : 0;
+  SelectItem(to);
+}
