@@ -1,0 +1,31 @@
+#pragma once
+#include <string>
+
+#include "app/QcsvDocument.h"
+#include "display/ColorField.h"
+#include "ui/Dialog.h"
+
+// The option of ListColor.qcsv that holds the colour the extension gives identified items.
+inline constexpr const wchar_t* kIdentifiedItemColorOption = L"IdentifiedItemColor";
+inline constexpr COLORREF kIdentifiedItemColorDefault = 0xBF0000;
+
+// Edits the identified-item colour, an option of the list file at `path`; OK writes the whole file back
+// with its rows and other options as they were read.
+class CConfColorizeDlg : public CDialog {
+ public:
+  explicit CConfColorizeDlg(std::wstring path);
+
+  BEGIN_MSG_MAP(CConfColorizeDlg)
+  COMMAND_ID_HANDLER(IDOK, OnOk)
+  COLOR_FIELD_HANDLER(field)
+  END_MSG_MAP()
+
+  std::wstring path;
+
+ private:
+  bool OnInitDialog() override;
+  void OnOk();
+
+  QcsvDocument listFile;
+  ColorField field;
+};

@@ -1,0 +1,26 @@
+#pragma once
+#include "display/ColorField.h"
+#include "ui/Dialog.h"
+
+// Edits the text and edge colours of edged text. Set both colours, DoModal; after IDOK they hold the
+// last valid colours of the two fields, after Cancel they are unchanged.
+class CSelectEdgedTextColor : public CDialog {
+ public:
+  CSelectEdgedTextColor(COLORREF textColor, COLORREF edgeColor);
+
+  BEGIN_MSG_MAP(CSelectEdgedTextColor)
+  COMMAND_ID_HANDLER(IDOK, OnOk)
+  COLOR_FIELD_HANDLER(textField)
+  COLOR_FIELD_HANDLER(edgeField)
+  END_MSG_MAP()
+
+  COLORREF textColor;
+  COLORREF edgeColor;
+
+ private:
+  bool OnInitDialog() override;
+  void OnOk();
+
+  ColorField textField;
+  ColorField edgeField;
+};

@@ -1,0 +1,282 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/Prompt.h"
+#include "app/Strings.h"
+#include "common/TestUtil.h"
+#include "display/ColorMenu.h"
+#include "display/ConfColorizeDlg.h"
+#include "display/SelectEdgedTextColor.h"
+
+namespace {
+
+// Control ids of both dialogs: a field is edit, swatch and "Select..." in a row.
+constexpr int kTextEdit = 1001, kTextSwatch = 1002, kTextSelect = 1003;
+constexpr int kEdgeEdit = 1005, kEdgeSwatch = 1006;
+
+// Runs a modal dialog, doing `drive` from its initialisation; drive ends it.
+template <typename Dialog, typename Drive>
+INT_PTR RunModal(Dialog& dialog, Drive drive) {
+  CDialog::AfterInitHook() = [&](CDialog& opened) { drive(opened); };
+  INT_PTR result = dialog.DoModal(nullptr);
+  CDialog::AfterInitHook() = nullptr;
+  return result;
+}
+
+void Click(const CDialog& dialog, int id) {
+  SendMessageW(dialog.Item(id), BM_CLICK, 0, 0);
+}
+
+// Asks the dialog to paint a swatch into a bitmap of our own and reads back the colour inside the border.
+COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
+  HDC screen = GetDC(nullptr);
+  HDC dc = CreateCompatibleDC(screen);
+  HBITMAP bitmap = CreateCompatibleBitmap(screen, 20, 10);
+  HGDIOBJ previous = SelectObject(dc, bitmap);
+  DRAWITEMSTRUCT item{};
+  item.CtlType = ODT_STATIC;
+  item.CtlID = swatchId;
+  item.itemAction = ODA_DRAWENTIRE;
+  item.hwndItem = dialog.Item(swatchId);
+  item.hDC = dc;
+  item.rcItem = RECT{0, 0, 20, 10};
+  SendMessageW(dialog.Handle(), WM_DRAWITEM, swatchId, reinterpret_cast<LPARAM>(&item));
+  COLORREF border = GetPixel(dc, 0, 0);
+  COLORREF inside = GetPixel(dc, 10, 5);
+  SelectObject(dc, previous);
+  DeleteObject(bitmap);
+  DeleteDC(dc);
+  ReleaseDC(nullptr, screen);
+  EXPECT_EQ(border, 0u) << "swatch border";
+  return inside;
+}
+
+// A menu pick answered with `command`, remembering whether "Show nothing" was offered.
+struct MenuAnswer {
+  int command = 0;
+  int asked = 0;
+  bool offeredNone = false;
+  HMENU menu = nullptr;
+};
+
+void AnswerMenu(MenuAnswer& answer) {
+  CurrentPrompts().popupMenu = [&answer](HMENU menu, UINT, POINT, HWND) {
+    ++answer.asked;
+    wchar_t text[64] = {};
+    GetMenuStringW(menu, 20, text, static_cast<int>(std::size(text)), MF_BYPOSITION);
+    answer.offeredNone = std::wstring(text) == L"Show nothing";
+    return answer.command;
+  };
+}
+
+class ColorDialogsTest : public testing::Test {
+ protected:
+  void SetUp() override { SetLanguage(kEnglish); }
+  void TearDown() override { SetLanguage(kEnglish); }
+  ScopedPrompts prompts;
+};
+
+}  // namespace
+
+TEST_F(ColorDialogsTest, FieldKeepsItsLastValidColourWhileTyping) {
+  struct Case {
+    const wchar_t* typed;
+    COLORREF color;  // of the swatch and of the result after OK
+  };
+  const Case cases[] = {
+      {L"#12", 0x123456}, {L"#00ff00", 0x00FF00}, {L"00FF00", 0x00FF00}, {L"Nothing", 0x123456},
+      {L"", 0x123456},    {L"#gg0000", 0x123456}, {L"#ff000", 0x123456}, {L"#0000bf", 0xBF0000},
+  };
+  for (const Case& c : cases) {
+    CSelectEdgedTextColor dialog(0x123456, 0x654321);
+    INT_PTR result = RunModal(dialog, [&](CDialog& d) {
+      SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
+      EXPECT_EQ(SwatchColor(d, kTextSwatch), c.color) << testing::PrintToString(c.typed);
+      EXPECT_EQ(d.GetItemText(kTextEdit), c.typed);
+      Click(d, IDOK);
+    });
+    EXPECT_EQ(result, IDOK);
+    EXPECT_EQ(dialog.textColor, c.color) << testing::PrintToString(c.typed);
+    EXPECT_EQ(dialog.edgeColor, 0x654321u);
+  }
+}
+
+TEST_F(ColorDialogsTest, SelectPicksFromThePaletteWithoutShowNothing) {
+  struct Case {
+    const wchar_t* typed;
+    int command;
+    const wchar_t* shown;  // edit text after the pick
+    COLORREF color;
+  };
+  const Case cases[] = {
+      {L"#12", 0, L"", kColorNone},           // an unusable text and a dismissed menu clear the field
+      {L"#123456", 0, L"#123456", 0x563412},  // "Current setting" keeps the text's colour
+      {L"#123456", 4, L"#ff0000", 0x0000FF},  // Red
+      {L"#12", 19, L"#ff9b9b", 0x9B9BFF},     // Morva Red
+  };
+  for (const Case& c : cases) {
+    MenuAnswer answer;
+    answer.command = c.command;
+    AnswerMenu(answer);
+    CSelectEdgedTextColor dialog(0x00ABCDEF, 0x654321);
+    RunModal(dialog, [&](CDialog& d) {
+      SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
+      Click(d, kTextSelect);
+      EXPECT_EQ(d.GetItemText(kTextEdit), c.shown);
+      COLORREF painted = c.color == kColorNone ? 0xFFFFFF : c.color;
+      EXPECT_EQ(SwatchColor(d, kTextSwatch), painted);
+      Click(d, IDOK);
+    });
+    EXPECT_EQ(answer.asked, 1);
+    EXPECT_FALSE(answer.offeredNone);
+    EXPECT_EQ(dialog.textColor, c.color) << testing::PrintToString(c.typed) << " " << c.command;
+  }
+}
+
+TEST_F(ColorDialogsTest, EdgedTextColourOpensWithBothColoursAndCancelKeepsThem) {
+  CSelectEdgedTextColor dialog(0x0080FF, 0x312A25);
+  INT_PTR result = RunModal(dialog, [&](CDialog& d) {
+    EXPECT_EQ(d.GetText(), L"Config Edged Text Color");
+    EXPECT_EQ(d.GetItemText(kTextEdit), L"#ff8000");
+    EXPECT_EQ(d.GetItemText(kEdgeEdit), L"#252a31");
+    EXPECT_EQ(SwatchColor(d, kEdgeSwatch), 0x312A25u);
+    SetDlgItemTextW(d.Handle(), kTextEdit, L"#000000");
+    SetDlgItemTextW(d.Handle(), kEdgeEdit, L"#ffffff");
+    Click(d, IDCANCEL);
+  });
+  EXPECT_EQ(result, IDCANCEL);
+  EXPECT_EQ(dialog.textColor, 0x0080FFu);
+  EXPECT_EQ(dialog.edgeColor, 0x312A25u);
+
+  dialog.textColor = 0x0080FF;
+  result = RunModal(dialog, [&](CDialog& d) {
+    SetDlgItemTextW(d.Handle(), kEdgeEdit, L"#ffffff");
+    Click(d, IDOK);
+  });
+  EXPECT_EQ(result, IDOK);
+  EXPECT_EQ(dialog.textColor, 0x0080FFu);
+  EXPECT_EQ(dialog.edgeColor, 0xFFFFFFu);
+}
+
+TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
+  struct Expected {
+    int id;
+    const wchar_t* english;
+    const wchar_t* japanese;
+  };
+  const Expected colorize[] = {
+      {0, L"Select identified item color", L"鑑定済みアイテムの色の設定"},
+      {1000, L"Color", L"色"},
+      {1003, L"Select...", L"選択..."},
+      {IDOK, L"OK", L"OK"},
+      {IDCANCEL, L"Cancel", L"キャンセル"},
+  };
+  const Expected edged[] = {
+      {0, L"Config Edged Text Color", L"縁付き文字の色の設定"},
+      {1000, L"Text Color", L"文字の色"},
+      {1003, L"Select...", L"選択..."},
+      {1004, L"Edge Color", L"縁の色"},
+      {1007, L"Select...", L"選択..."},
+      {IDOK, L"OK", L"OK"},
+      {IDCANCEL, L"Cancel", L"キャンセル"},
+  };
+  auto check = [](CDialog& d, const auto& table, uint32_t language) {
+    for (const Expected& e : table) {
+      std::wstring shown = e.id == 0 ? d.GetText() : d.GetItemText(e.id);
+      EXPECT_EQ(shown, language == kEnglish ? e.english : e.japanese) << e.id;
+    }
+  };
+  TempDir dir;
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    SetLanguage(language);
+    CConfColorizeDlg colorizeDlg(dir.File(L"ListColor.qcsv"));
+    RunModal(colorizeDlg, [&](CDialog& d) {
+      check(d, colorize, language);
+      Click(d, IDCANCEL);
+    });
+    CSelectEdgedTextColor edgedDlg(0, 0);
+    RunModal(edgedDlg, [&](CDialog& d) {
+      check(d, edged, language);
+      Click(d, IDCANCEL);
+    });
+  }
+}
+
+TEST_F(ColorDialogsTest, IdentifiedItemColourIsReadAndWrittenBackWithTheWholeFile) {
+  const std::string head = "#format,qcsv\r\n#option,WindowWidth:640\r\n";
+  const std::string tail =
+      "\r\n#option,Other:x\r\n#column,type,threshold,color\r\nskill,10,#ff0000\r\nspell,5,\r\n";
+  struct Case {
+    const char* stored;    // the option line's value, or null for no option
+    const wchar_t* shown;  // the edit on opening
+    const wchar_t* typed;  // typed before OK, or null
+    const char* written;
+  };
+  const Case cases[] = {
+      {"red", L"#ffffff", nullptr, "#ffffff"},    {"#00FF00", L"#00ff00", nullptr, "#00ff00"},
+      {"", L"#0000bf", nullptr, "#0000bf"},       {"Nothing", L"#ffffff", nullptr, "#ffffff"},
+      {"#123456", L"#123456", L"#12", "#123456"}, {"#123456", L"#123456", L"#abcdef", "#abcdef"},
+  };
+  for (const Case& c : cases) {
+    TempDir dir;
+    std::wstring path = dir.File(L"ListColor.qcsv");
+    std::string before = head + "#option,IdentifiedItemColor:" + c.stored + tail;
+    ASSERT_TRUE(WriteFileBytes(path, before));
+    CConfColorizeDlg dialog(path);
+    INT_PTR result = RunModal(dialog, [&](CDialog& d) {
+      EXPECT_EQ(d.GetItemText(kTextEdit), c.shown) << c.stored;
+      if (c.typed) SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
+      Click(d, IDOK);
+    });
+    EXPECT_EQ(result, IDOK);
+    EXPECT_EQ(ReadFileBytes(path), head + "#option,IdentifiedItemColor:" + c.written + tail) << c.stored;
+  }
+}
+
+TEST_F(ColorDialogsTest, IdentifiedItemColourDefaultsToDarkBlueAndCancelWritesNothing) {
+  TempDir dir;
+  std::wstring path = dir.File(L"ListColor.qcsv");
+  const std::string before = "#format,qcsv\r\n#column,type,threshold,color\r\nskill,10,#ff0000\r\n";
+  ASSERT_TRUE(WriteFileBytes(path, before));
+
+  CConfColorizeDlg dialog(path);
+  INT_PTR result = RunModal(dialog, [&](CDialog& d) {
+    EXPECT_EQ(d.GetItemText(kTextEdit), L"#0000bf");
+    EXPECT_EQ(SwatchColor(d, kTextSwatch), 0xBF0000u);
+    SetDlgItemTextW(d.Handle(), kTextEdit, L"#ffffff");
+    Click(d, IDCANCEL);
+  });
+  EXPECT_EQ(result, IDCANCEL);
+  EXPECT_EQ(ReadFileBytes(path), before);
+
+  result = RunModal(dialog, [&](CDialog& d) { Click(d, IDOK); });
+  EXPECT_EQ(result, IDOK);
+  EXPECT_EQ(ReadFileBytes(path),
+            "#format,qcsv\r\n#option,IdentifiedItemColor:#0000bf\r\n#column,type,threshold,color\r\n"
+            "skill,10,#ff0000\r\n");
+}
+
+TEST_F(ColorDialogsTest, DialogsOpenCentredOnTheirOwner) {
+  TempDir dir;
+  CSelectEdgedTextColor owner(0, 0);
+  ASSERT_TRUE(owner.Create(nullptr));
+  SetWindowPos(owner.Handle(), nullptr, 40, 30, 700, 500, SWP_NOZORDER | SWP_NOACTIVATE);
+  ShowWindow(owner.Handle(), SW_SHOWNOACTIVATE);
+  RECT outer = owner.WindowRect();
+  auto centred = [&](CDialog& d) {
+    RECT inner = d.WindowRect();
+    EXPECT_NEAR((inner.left + inner.right) / 2, (outer.left + outer.right) / 2, 1);
+    EXPECT_NEAR((inner.top + inner.bottom) / 2, (outer.top + outer.bottom) / 2, 1);
+    Click(d, IDCANCEL);
+  };
+  CConfColorizeDlg colorize(dir.File(L"ListColor.qcsv"));
+  CDialog::AfterInitHook() = centred;
+  EXPECT_EQ(colorize.DoModal(owner.Handle()), IDCANCEL);
+  CSelectEdgedTextColor edged(0, 0);
+  EXPECT_EQ(edged.DoModal(owner.Handle()), IDCANCEL);
+  CDialog::AfterInitHook() = nullptr;
+}
