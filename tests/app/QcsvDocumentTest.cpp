@@ -1,0 +1,244 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/Prompt.h"
+#include "app/QcsvDocument.h"
+#include "app/QcsvTestUtil.h"
+#include "app/Strings.h"
+#include "app/TextPair.h"
+#include "common/TestUtil.h"
+
+namespace {
+
+class LanguageScope {
+ public:
+  explicit LanguageScope(uint32_t language) : saved(Language()) { SetLanguage(language); }
+  ~LanguageScope() { SetLanguage(saved); }
+
+ private:
+  uint32_t saved;
+};
+
+}  // namespace
+
+TEST(QcsvWriter, WritesTheExactBytes) {
+  QcsvDocument doc;
+  doc.SetOption(L"WindowWidth", 640);
+  doc.SetOption(L"名前", L"青い\"空\"");
+  doc.SetColumns({L"keyword", L"color", L"a,b"});
+  doc.AppendRow({L"日本語のキーワード", L"#ff0000", L"x"});
+  doc.AppendRow({L"one, two", L"say \"hi\"", L"a\"b"});
+  doc.AppendRow({L"line1\r\nline2", L"", L"z"});
+  doc.InsertRow(3);
+  doc.AppendRow({L"-5"});
+
+  TempDir dir;
+  RecordedMessages messages;
+  ASSERT_TRUE(doc.Write(dir.File(L"LogEx.qcsv")));
+  EXPECT_TRUE(messages.shown.empty());
+  std::string expected =
+      "#format,qcsv\r\n"
+      "#option,WindowWidth:640\r\n" +
+      Utf8(L"#option,名前:\"青い\"\"空\"\"\"\r\n") + "#column,keyword,color,\"a,b\"\r\n" +
+      Utf8(L"日本語のキーワード,#ff0000,x\r\n") +
+      "\"one, two\",\"say \"\"hi\"\"\",\"a\"\"b\"\r\n"
+      "line1\r\nline2,,z\r\n"
+      ",,\r\n"
+      "-5,,\r\n";
+  EXPECT_EQ(ReadFileBytes(dir.File(L"LogEx.qcsv")), expected);
+
+  // The field with CR LF was written unquoted, so it comes back as two records. A quoted option
+  // value does not start its field, so the reader keeps its quotes.
+  QcsvDocument back;
+  ASSERT_TRUE(back.Read(dir.File(L"LogEx.qcsv")));
+  EXPECT_EQ(Dump(back),
+            L"O[WindowWidth][640] O[名前][\"青い\"\"空\"\"\"] C[keyword][color][a,b] "
+            L"R[日本語のキーワード][#ff0000][x] "
+            L"R[one, two][say \"hi\"][a\"b] R[line1][][] R[line2][][z] R[][][] R[-5][][]");
+  EXPECT_EQ(back.Path(), dir.File(L"LogEx.qcsv"));
+}
+
+TEST(QcsvWriter, NoOptionsAndNoColumnsStillWriteTheColumnLine) {
+  QcsvDocument doc;
+  doc.AppendRow({});
+  TempDir dir;
+  ASSERT_TRUE(doc.Write(dir.File(L"x.qcsv")));
+  EXPECT_EQ(ReadFileBytes(dir.File(L"x.qcsv")), "#format,qcsv\r\n#column\r\n\r\n");
+}
+
+TEST(QcsvReader, CasesFromTheGrammar) {
+  struct Case {
+    const char* name;
+    std::string bytes;
+    bool ok;
+    const wchar_t* dump;  // for a successful read
+  };
+  const std::string head = "#format,qcsv\r\n";
+  const Case cases[] = {
+      {"byte-order mark", "\xEF\xBB\xBF" + head + "#column,a\r\n", false, L""},
+      {"tag in capitals", "#FORMAT,qcsv\r\n#column,a\r\n", false, L""},
+      {"format name in capitals", "#format,QCSV\r\n", false, L""},
+      {"format name longer", "#format,qcsvx\r\n", false, L""},
+      {"format field alone", "#format\r\n", false, L""},
+      {"data before the tag", "a,b\r\n" + head, false, L""},
+      {"leading blank line", "\r\n" + head, false, L""},
+      {"tag only", head, true, L"C"},
+      {"tag without CR LF", "#format,qcsv", true, L"C"},
+      {"extra field on the tag line", "#format,qcsv,1\r\n", true, L"C"},
+      {"quoted tag", "\"#format\",\"qcsv\"\r\n", true, L"C"},
+      {"short row padded", head + "#column,a,b,c,d\r\nx,y\r\n", true, L"C[a][b][c][d] R[x][y][][]"},
+      {"long row kept", head + "#column,a,b\r\n1,2,3\r\n", true, L"C[a][b] R[1][2][3]"},
+      {"row before the column line", head + "x\r\n#column,a,b\r\ny\r\n", true, L"C[a][b] R[x] R[y][]"},
+      {"second column line", head + "#column,a\r\n#column,b\r\n", false, L""},
+      {"second format line", head + "#format,qcsv\r\n", false, L""},
+      {"options in one line", head + "#option,a:1,b:2\r\n#option,c:3\r\n", true,
+       L"O[a][1] O[b][2] O[c][3] C"},
+      {"option without colon", head + "#option,flag,x:1:2,:v\r\n", true, L"O[flag][] O[x][1:2] O[][v] C"},
+      {"option line without options", head + "#option\r\n", true, L"C"},
+      {"quoted option tag", head + "\"#option\",a:1\r\n", true, L"O[a][1] C"},
+      {"quoted option name and value", head + "#option,\"a,b\":\"c\"\r\n", true, L"O[a,b][\"c\"] C"},
+      {"final record without CR LF", head + "#column,a,b\r\nx,y", true, L"C[a][b] R[x][y]"},
+      {"trailing comma", head + "x,\r\n", true, L"C R[x][]"},
+      {"empty line is a row", head + "#column,a,b\r\n\r\nx\r\n", true, L"C[a][b] R[][] R[x][]"},
+      {"lone CR and LF are text", head + "a\rb,c\nd\r\n", true, L"C R[a\rb][c\nd]"},
+      {"CR at the very end is text", head + "a\r", true, L"C R[a\r]"},
+      {"quoted comma and CR LF", head + "\"a,b\r\nc\",d\r\n", true, L"C R[a,b\r\nc][d]"},
+      {"doubled quotes", head + "\"a\"\"b\",\"\"\"\"\r\n", true, L"C R[a\"b][\"]"},
+      {"text after closing quote", head + "\"ab\"cd\"e,f\r\n", true, L"C R[abcd\"e][f]"},
+      {"quote inside unquoted text", head + "a\"b,c\r\n", true, L"C R[a\"b][c]"},
+      {"unterminated quote", head + "\"abc\r\ndef", true, L"C R[abc\r\ndef]"},
+      {"empty quoted field", head + "\"\",x\r\n", true, L"C R[][x]"},
+      {"Japanese", head + Utf8(L"#column,名前\r\n日本語,テキスト\r\n"), true, L"C[名前] R[日本語][テキスト]"},
+  };
+  TempDir dir;
+  RecordedMessages messages;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"case.qcsv"), c.bytes));
+    QcsvDocument doc;
+    doc.SetOption(L"stale", L"1");
+    EXPECT_EQ(doc.Read(dir.File(L"case.qcsv")), c.ok);
+    EXPECT_EQ(Dump(doc), c.ok ? std::wstring(c.dump) : L"C");
+  }
+  EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST(QcsvReader, MissingOrEmptyFileFailsSilently) {
+  TempDir dir;
+  RecordedMessages messages;
+  QcsvDocument doc;
+  EXPECT_FALSE(doc.Read(dir.File(L"missing.qcsv")));
+  EXPECT_FALSE(doc.Read(dir.File(L"no folder\\missing.qcsv")));
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"empty.qcsv"), ""));
+  EXPECT_FALSE(doc.Read(dir.File(L"empty.qcsv")));
+  EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST(QcsvReader, FileThatCannotBeOpenedShowsItsName) {
+  TempDir dir;
+  std::wstring path = dir.File(L"Label.qcsv");
+  ASSERT_TRUE(WriteFileBytes(path, "#format,qcsv\r\n"));
+  // Held open without sharing, as another program might.
+  HANDLE lock = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+  const struct {
+    uint32_t language;
+    std::wstring text;
+  } cases[] = {
+      {kEnglish, L"Cannot open file\r\nFile name " + path},
+      {kJapanese, L"ファイルを開くことができません\r\nファイル名 " + path},
+  };
+  for (const auto& c : cases) {
+    LanguageScope language(c.language);
+    RecordedMessages messages;
+    QcsvDocument doc;
+    EXPECT_FALSE(doc.Read(path));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, c.text);
+    EXPECT_EQ(messages.shown[0].caption, L"");
+  }
+  CloseHandle(lock);
+}
+
+TEST(QcsvDocument, OptionsMatchWithoutRegardToCase) {
+  QcsvDocument doc;
+  doc.SetOption(L"BkColor3", L"#ff0000");
+  doc.SetOption(L"BkCOlor3", L"#00ff00");
+  doc.SetOption(L"WindowHeight", -12);
+  ASSERT_EQ(doc.Options().size(), 2u);
+  EXPECT_EQ(doc.Options()[0].first, L"BkColor3");
+  EXPECT_EQ(doc.Option(L"bkcolor3"), L"#00ff00");
+  EXPECT_EQ(doc.Option(L"WINDOWHEIGHT"), L"-12");
+  EXPECT_EQ(doc.Option(L"WindowWidth"), std::nullopt);
+  EXPECT_EQ(doc.OptionOr(L"WindowWidth", L"0"), L"0");
+  EXPECT_EQ(doc.OptionOr(L"windowheight", L"0"), L"-12");
+}
+
+TEST(QcsvDocument, RepeatedOptionInAFileIsKeptAndTheLastOneCounts) {
+  TempDir dir;
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"a.qcsv"), "#format,qcsv\r\n#option,Size:1,size:2\r\n"));
+  QcsvDocument doc;
+  ASSERT_TRUE(doc.Read(dir.File(L"a.qcsv")));
+  EXPECT_EQ(doc.Option(L"SIZE"), L"2");
+  doc.SetOption(L"Size", 3);
+  EXPECT_EQ(Dump(doc), L"O[Size][1] O[size][3] C");
+}
+
+TEST(QcsvDocument, EditorsWorkByColumnNameEvenForMissingColumns) {
+  TempDir dir;
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"a.qcsv"), "#format,qcsv\r\n#column,keyword\r\nk1\r\nk2,extra\r\n"));
+  QcsvDocument doc;
+  ASSERT_TRUE(doc.Read(dir.File(L"a.qcsv")));
+  EXPECT_EQ(doc.ColumnIndex(L"keyword"), 0);
+  EXPECT_EQ(doc.ColumnIndex(L"color"), -1);
+  EXPECT_EQ(doc.ColumnIndex(L"Keyword"), -1);
+  EXPECT_EQ(doc.Cell(0, L"keyword"), L"k1");
+  EXPECT_EQ(doc.Cell(0, L"color", L"none"), L"none");
+  EXPECT_EQ(doc.Cell(5, L"keyword", L"none"), L"none");
+
+  doc.SetCell(0, L"color", L"#ff0000");
+  EXPECT_EQ(doc.ColumnIndex(L"color"), 1);
+  EXPECT_EQ(doc.EnsureColumn(L"color"), 1);
+  EXPECT_EQ(doc.EnsureColumn(L"regex"), 2);
+  EXPECT_EQ(Dump(doc), L"C[keyword][color][regex] R[k1][#ff0000][] R[k2][][][extra]");
+
+  doc.InsertRow(0);
+  doc.SetCell(0, L"keyword", L"new");
+  doc.InsertRow(99);
+  EXPECT_EQ(Dump(doc), L"C[keyword][color][regex] R[new][][] R[k1][#ff0000][] R[k2][][][extra] R[][][]");
+  doc.EraseRow(1);
+  doc.EraseRow(99);
+  EXPECT_EQ(doc.RowCount(), 3u);
+  EXPECT_EQ(doc.Cell(1, L"keyword"), L"k2");
+  EXPECT_EQ(doc.RowAt(0)[0], L"new");
+}
+
+TEST(QcsvWriter, ReadOnlyTargetFailsWithTheWritersMessageAndStaysIntact) {
+  TempDir dir;
+  std::wstring path = dir.File(L"LogEx.qcsv");
+  const std::string old = "#format,qcsv\r\n#column,a\r\nold\r\n";
+  ASSERT_TRUE(WriteFileBytes(path, old));
+  ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
+  QcsvDocument doc;
+  doc.AppendRow({L"new"});
+  RecordedMessages messages;
+  EXPECT_FALSE(doc.Write(path));
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
+  EXPECT_EQ(messages.shown[0].caption, L"Morva Extender");
+  EXPECT_EQ(ReadFileBytes(path), old);
+  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"LogEx.qcsv"});
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(QcsvWriter, MissingFolderFailsWithTheWritersMessage) {
+  TempDir dir;
+  std::wstring path = dir.File(L"nowhere\\LogEx.qcsv");
+  QcsvDocument doc;
+  RecordedMessages messages;
+  EXPECT_FALSE(doc.Write(path));
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
+}
