@@ -1,22 +1,20 @@
 #include <windows.h>
 
-#include "app/Settings.h"
-#include "app/Strings.h"
+#include "app/StartUp.h"
+#include "ui/FeatureDialogs.h"
+#include "ui/MainDlg.h"
 
-// Loads the settings beside the program and settles the language; the dialogs come later.
-int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
-  wchar_t module[MAX_PATH];
-  DWORD length = GetModuleFileNameW(nullptr, module, MAX_PATH);
-  std::wstring folder(module, length);
-  folder.resize(folder.find_last_of(L'\\') == std::wstring::npos ? 0 : folder.find_last_of(L'\\'));
+namespace {
 
-  Settings& settings = GlobalSettings();
-  settings.section = kSettingsSection;
-  settings.path = folder + L"\\" + kSettingsFileName;
-  settings.PrepareForLoad();
-  settings.Load();
-  settings.ApplyDefaultsAfterLoad(GetUserDefaultLCID());
-  SetLanguage(static_cast<uint32_t>(settings.iLanguage));
-  SetBuildDateText(FormatBuildDate(Language()));
-  return 0;
+// The feature dialogs behind the main dialog's "Config" buttons, by the key of their row.
+void RegisterFeatureDialogs() {}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int show) {
+  if (ActivateRunningInstance()) return kExitNone;
+  if (!PrepareFolders(ProgramFile())) return kExitNone;
+  LoadSettingsAndLanguage(GetUserDefaultLCID());
+  RegisterFeatureDialogs();
+  return RunMainDialog(show);
 }

@@ -1,6 +1,23 @@
 #include "ui/Dialog.h"
 
+#include <commctrl.h>
+
 #include "app/Strings.h"
+
+namespace {
+
+// The common control classes a control table may name must be registered before a dialog opens.
+void RegisterControlClasses() {
+  static const bool registered = [] {
+    INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_STANDARD_CLASSES | ICC_LISTVIEW_CLASSES |
+                                                      ICC_TAB_CLASSES | ICC_BAR_CLASSES | ICC_USEREX_CLASSES |
+                                                      ICC_LINK_CLASS};
+    return InitCommonControlsEx(&classes) != FALSE;
+  }();
+  (void)registered;
+}
+
+}  // namespace
 
 CDialog::CDialog(const DialogDef& definition, std::span<const ControlDef> controls)
     : definition(definition), controls(controls) {}
@@ -16,6 +33,7 @@ std::function<void(CDialog&)>& CDialog::AfterInitHook() {
 
 INT_PTR CDialog::DoModal(HWND owner) {
   modal = true;
+  RegisterControlClasses();
   const std::vector<WORD> dialogTemplate = BuildDialogTemplate(definition, controls);
   return DialogBoxIndirectParamW(GetModuleHandleW(nullptr),
                                  reinterpret_cast<const DLGTEMPLATE*>(dialogTemplate.data()), owner,
@@ -24,6 +42,7 @@ INT_PTR CDialog::DoModal(HWND owner) {
 
 bool CDialog::Create(HWND owner) {
   modal = false;
+  RegisterControlClasses();
   const std::vector<WORD> dialogTemplate = BuildDialogTemplate(definition, controls);
   return CreateDialogIndirectParamW(GetModuleHandleW(nullptr),
                                     reinterpret_cast<const DLGTEMPLATE*>(dialogTemplate.data()), owner,

@@ -1,0 +1,418 @@
+#include "ui/MainDlg.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <cwctype>
+#include <vector>
+
+#include "app/Paths.h"
+#include "app/Prompt.h"
+#include "app/Settings.h"
+#include "app/StartUp.h"
+#include "app/Strings.h"
+#include "ui/AboutDlg.h"
+#include "ui/FeatureDialogs.h"
+
+namespace {
+
+constexpr OptionRow kInfoWindowRows[] = {
+    {{L"Enable 'Log Extractor'", L"「ログ抽出」を有効にする"}, L"enLogExtender", true},
+    {{L"Enable 'Full Log' Window", L"「全ログ」ウィンドウを有効にする"}, L"enLogExtender_FullLog", false},
+    {{L"Enable 'Item Information'", L"「アイテム情報」を有効にする"}, L"enItemInfo", false},
+    {{L"Enable 'Pet Information'", L"「ペット情報」を有効にする"}, L"enPetInfo", false},
+    {{L"Show treasure map to external window", L"宝の地図を外部ウィンドウに表示する"},
+     L"enTreasureMap",
+     false},
+};
+
+constexpr OptionRow kItemMagicRows[] = {
+    {{L"Enable 'Label'", L"「ラベル」を有効にする"}, L"enLabel", true},
+    {{L"Enable 'Enchant Finder'", L"「エンチャントファインダー」を有効にする"}, L"enEnchantFinder", true},
+    {{L"Format item/skill/magic list", L"アイテム・スキル・魔法の一覧を整形する"}, L"enListExtender", true},
+    {{L"Use kilo/mega on large magic stock", L"多い魔法ストックをk/Mで表示する"}, L"enStockMK", true},
+    {{L"Change color of identified item", L"鑑定済みアイテムの色を変える"},
+     L"enColorizeIdentifiedItem",
+     true},
+    {{L"Enable 'Weight Graph'", L"「重量グラフ」を有効にする"}, L"enWeightGraph", true},
+    {{L"Show amounts of gp in piggy bank", L"貯金箱の中のgpを表示する"}, L"enShowPiggyBank", false},
+    {{L"Show remaining time of food", L"食べ物の残り時間を表示する"}, L"enShowFoodRemainingTime", false},
+    {{L"Display \"(Quest)\" on items required by requests", L"依頼で必要なアイテムに\"(Quest)\"と表示する"},
+     L"enShowQuestItem",
+     false},
+};
+
+constexpr OptionRow kMisc1Rows[] = {
+    {{L"Show count of remaining quests", L"残りの依頼数を表示する"}, L"enQuestCounter", false},
+    {{L"Show the direction of the nearest quest NPC", L"最寄りの依頼NPCの方向を表示する"},
+     L"enQuestNpcDir",
+     false},
+    {{L"Show score of quest", L"依頼のスコアを表示する"}, L"enQuestStatus", false},
+    {{L"Show framerate", L"フレームレートを表示する"}, L"enFrameCounter", false},
+    {{L"Show etherwind alert", L"エーテルの風の警報を表示する"}, L"enEtherwindAlert", false},
+    {{L"Config position of additional information", L"追加情報の表示位置を設定する"}, L"enSetInfoPos", true},
+    {{L"Show when restock at shop", L"店の品物が入れ替わる時期を表示する"}, L"enShowRestock", false},
+    {{L"Use separator(comma) every 3 columns in gp/pp", L"gp/ppを3桁ごとにカンマで区切る"},
+     L"enUseComma",
+     false},
+};
+
+constexpr OptionRow kMisc2Rows[] = {
+    {{L"Show inventory weight by % when you carry 50.0% or more",
+      L"所持重量が50.0%以上のとき重量を%で表示する"},
+     L"enShowWeight",
+     false},
+    {{L"Show sleepiness", L"眠気を表示する"}, L"enShowSleepiness", false},
+    {{L"Show wet status", L"濡れ状態を表示する"}, L"enShowWet", false},
+    {{L"Show satiety", L"満腹度を表示する"}, L"enShowSatiety", true},
+    {{L"Show stamina", L"スタミナを表示する"}, L"enShowStamina", false},
+    {{L"Change date format", L"日付の表示形式を変える"}, L"enDateFormat", true},
+    {{L"Show additional info during character creation", L"キャラクター作成中に追加情報を表示する"},
+     L"enCharacterCreateHelper",
+     false},
+    {{L"Enable Casino glitch fix (for Morva v1.22)", L"カジノの不具合修正を有効にする（Morva v1.22用）"},
+     L"enCasinoFix",
+     false},
+    {{L"Hide 'No Party' (for Tessel and its variants) ", L"「No Party」を隠す（Tesselとその派生版用）"},
+     L"enHideNoParty",
+     false},
+};
+
+constexpr OptionRow kInterfaceRows[] = {
+    {{L"Enable 'Equipment memory/restore'", L"「装備の記憶・復元」を有効にする"}, L"enEquipSet", false},
+    {{L"Enable 'Screenshot'", L"「スクリーンショット」を有効にする"}, L"enScreenshot", true},
+    {{L"Enable 'Quick Search'", L"「クイックサーチ」を有効にする"}, L"enQuickSearch", true},
+    {{L"Restore window placement once Morva is launched", L"Morvaの起動時にウィンドウの配置を復元する"},
+     L"enRestoreWindowPlacement",
+     false},
+    {{L"Turn off NumLock once Morva is launched", L"Morvaの起動時にNumLockをオフにする"},
+     L"enNumlockOff",
+     false},
+};
+
+constexpr OptionRow kMusicRows[] = {
+    {{L"Enable 'BGM Extender'", L"「BGM拡張」を有効にする"}, L"enMusicExtender", true},
+    {{L"When play the same music, keep playing.", L"同じ曲に切り替わるときは演奏を続ける"},
+     L"enMusicExtender_SupressRestart",
+     false},
+};
+
+constexpr OptionRow kDebugRows[] = {
+    {{L"Disable compression of the savegame file", L"セーブファイルを圧縮しない"}, L"enNoZip", false},
+    {{L"Do not trigger events with real dates (MMA)", L"リアルの日付でイベントを起こさない（MMA）"},
+     L"enCustomRealDate",
+     true},
+};
+
+constexpr OptionCategory kCategories[] = {
+    {L"Additional Info Window", kInfoWindowRows, RGB(0x3C, 0x78, 0xD8)},
+    {L"Display(Item/Magic)", kItemMagicRows, RGB(0xD8, 0x8C, 0x1E)},
+    {L"Display(Misc-1)", kMisc1Rows, RGB(0x2E, 0xA0, 0x5A)},
+    {L"Display(Misc-2)", kMisc2Rows, RGB(0x1E, 0xA0, 0xA0)},
+    {L"User Interface", kInterfaceRows, RGB(0x8C, 0x50, 0xC8)},
+    {L"Music", kMusicRows, RGB(0xD0, 0x40, 0x70)},
+    {L"* Debug *", kDebugRows, RGB(0x78, 0x78, 0x78)},
+};
+
+constexpr TextPair strGameLocation{L"Morva location", L"Morva本体の場所"};
+constexpr TextPair strSearchGame{L"Search", L"検索"};
+constexpr TextPair strGameNotFound{
+    L"Morva is not found.\r\n\r\nPlease check Morva Extender manual for detail.",
+    L"Morva本体が見つかりません。\r\n\r\n・Morva本体が正しくインストールされていない\r\n・Morva "
+    L"Extenderが正しくインストールされていない\r\n・このMorva本体（ヴァリアント）には対応していない\r\nなどの"
+    L"可能性が"
+    L"あります。詳しくは説明書を確認してください。"};
+
+// Layout in dialog units.
+constexpr int kMargin = 7;
+constexpr int kListWidth = 96;
+constexpr int kRowsLeft = kMargin + kListWidth + 6;
+constexpr int kRowPitch = 16;
+constexpr int kRowHeight = 12;
+constexpr int kConfigWidth = 40;
+constexpr int kConfigLeft = 354 - kMargin - kConfigWidth;
+constexpr int kCheckWidthWithButton = kConfigLeft - 4 - kRowsLeft;
+constexpr int kCheckWidth = 354 - kMargin - kRowsLeft;
+constexpr int kBottomRow = 194;
+constexpr int kGameRow = 174;
+constexpr int kButtonWidth = 50;
+constexpr int kButtonHeight = 15;
+
+constexpr DialogDef kDialog{&strConfigTitle, 0, 0, 354, 216, 0x80C800C8};
+constexpr ControlDef kControls[] = {
+    {Ctl::ListView, CMainDlg::kCategoryListId, kMargin, kMargin, kListWidth, 160,
+     LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOCOLUMNHEADER | LVS_SHAREIMAGELISTS | WS_TABSTOP,
+     WS_EX_CLIENTEDGE, kNoText},
+    {Ctl::Static, CMainDlg::kGameLabelId, kMargin, kGameRow + 2, 64, 10, SS_LEFT, 0, &strGameLocation},
+    {Ctl::Edit, CMainDlg::kGameLocationId, kMargin + 66, kGameRow, 216, 13,
+     WS_BORDER | ES_AUTOHSCROLL | WS_TABSTOP, 0, kNoText},
+    {Ctl::Button, CMainDlg::kSearchGameId, 354 - kMargin - 58, kGameRow - 1, 58, kButtonHeight, WS_TABSTOP, 0,
+     &strSearchGame},
+    {Ctl::ComboBox, CMainDlg::kLanguageId, kMargin, kBottomRow + 1, 64, 60,
+     CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0, kNoText},
+    {Ctl::Static, CMainDlg::kDateId, kMargin + 70, kBottomRow + 3, 100, 10, SS_LEFT, 0, kNoText},
+    {Ctl::Button, IDOK, 354 - kMargin - 2 * kButtonWidth - 6, kBottomRow, kButtonWidth, kButtonHeight,
+     BS_DEFPUSHBUTTON | WS_TABSTOP, 0, &strOk},
+    {Ctl::Button, IDCANCEL, 354 - kMargin - kButtonWidth, kBottomRow, kButtonWidth, kButtonHeight, WS_TABSTOP,
+     0, &strCancel},
+};
+
+int32_t* FieldOf(const OptionRow& row) {
+  return GlobalSettings().IntField(row.key);
+}
+
+// A round mark in the category's colour, drawn for the screen's resolution.
+void AddCategoryIcon(HIMAGELIST list, int size, COLORREF color) {
+  HDC screen = GetDC(nullptr);
+  HDC canvas = CreateCompatibleDC(screen);
+  BitmapHandle image(CreateCompatibleBitmap(screen, size, size));
+  ReleaseDC(nullptr, screen);
+  HGDIOBJ oldBitmap = SelectObject(canvas, image.Get());
+  RECT all{0, 0, size, size};
+  BrushHandle background(CreateSolidBrush(RGB(255, 0, 255)));
+  FillRect(canvas, &all, background.Get());
+  BrushHandle fill(CreateSolidBrush(color));
+  HGDIOBJ oldBrush = SelectObject(canvas, fill.Get());
+  HGDIOBJ oldPen = SelectObject(canvas, GetStockObject(NULL_PEN));
+  const int inset = std::max(1, size / 8);
+  Ellipse(canvas, inset, inset, size - inset + 1, size - inset + 1);
+  SelectObject(canvas, oldPen);
+  SelectObject(canvas, oldBrush);
+  SelectObject(canvas, oldBitmap);
+  DeleteDC(canvas);
+  ImageList_AddMasked(list, image.Get(), RGB(255, 0, 255));
+}
+
+}  // namespace
+
+std::span<const OptionCategory> MainCategories() {
+  return kCategories;
+}
+
+std::wstring FindGameProgram(const std::wstring& programFolder) {
+  const std::wstring pattern = CombinePath(programFolder, L"..\\*.exe");
+  WIN32_FIND_DATAW found{};
+  HANDLE search = FindFirstFileW(pattern.c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return {};
+  std::vector<std::wstring> names;
+  do {
+    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.emplace_back(found.cFileName);
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+  if (names.empty()) return {};
+  // The game's own program is named after it; other programs in its folder (tools, updaters) only
+  // count when it is missing.
+  auto lower = [](std::wstring text) {
+    std::transform(text.begin(), text.end(), text.begin(), [](wchar_t c) { return std::towlower(c); });
+    return text;
+  };
+  std::sort(names.begin(), names.end());
+  auto game = std::find_if(names.begin(), names.end(),
+                           [&](const std::wstring& name) { return lower(name).starts_with(L"morva"); });
+  return CombinePath(FolderOf(programFolder), game != names.end() ? *game : names.front());
+}
+
+CMainDlg::CMainDlg() : CDialog(kDialog, kControls) {}
+
+bool CMainDlg::OnInitDialog() {
+  HINSTANCE module = GetModuleHandleW(nullptr);
+  if (HICON icon = LoadIconW(module, MAKEINTRESOURCEW(1))) {
+    Send(WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+    const int small = GetSystemMetrics(SM_CXSMICON);
+    Send(WM_SETICON, ICON_SMALL,
+         reinterpret_cast<LPARAM>(
+             LoadImageW(module, MAKEINTRESOURCEW(1), IMAGE_ICON, small, small, LR_SHARED)));
+  }
+
+  HMENU systemMenu = GetSystemMenu(handle, FALSE);
+  AppendMenuW(systemMenu, MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(systemMenu, MF_STRING, kAboutCommand, Text(strAboutTitle));
+
+  HWND list = Item(kCategoryListId);
+  ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
+  UINT dpi = GetDpiForWindow(handle);
+  if (!dpi) dpi = USER_DEFAULT_SCREEN_DPI;
+  const int iconSize = MulDiv(16, static_cast<int>(dpi), USER_DEFAULT_SCREEN_DPI);
+  icons.reset(ImageList_Create(iconSize, iconSize, ILC_COLOR32 | ILC_MASK, std::size(kCategories), 0));
+  for (const OptionCategory& category : kCategories)
+    AddCategoryIcon(icons.get(), iconSize, category.iconColor);
+  ListView_SetImageList(list, icons.get(), LVSIL_SMALL);
+  RECT listClient{};
+  GetClientRect(list, &listClient);
+  LVCOLUMNW column{};
+  column.mask = LVCF_WIDTH;
+  column.cx = listClient.right;
+  ListView_InsertColumn(list, 0, &column);
+
+  HWND language = Item(kLanguageId);
+  for (const wchar_t* name : kLanguageNames)
+    SendMessageW(language, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
+  SendMessageW(language, CB_SETCURSEL, GlobalSettings().iLanguage == 1 ? 1 : 0, 0);
+
+  SetItemText(kDateId, BuildDateText());
+  std::wstring game = GlobalSettings().wstrMorva;
+  if (game.empty()) game = FindGameProgram(Paths().programFolder);
+  SetItemText(kGameLocationId, game);
+
+  FillCategoryList();
+  ListView_SetItemState(list, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  return true;
+}
+
+void CMainDlg::FillCategoryList() {
+  HWND list = Item(kCategoryListId);
+  fillingList = true;
+  ListView_DeleteAllItems(list);
+  for (size_t i = 0; i < std::size(kCategories); ++i) {
+    LVITEMW item{};
+    item.mask = LVIF_TEXT | LVIF_IMAGE;
+    item.iItem = static_cast<int>(i);
+    item.iImage = static_cast<int>(i);
+    item.pszText = const_cast<wchar_t*>(kCategories[i].name);
+    ListView_InsertItem(list, &item);
+  }
+  fillingList = false;
+}
+
+LRESULT CMainDlg::OnCategoryChanged(NMHDR& header) {
+  const auto& change = reinterpret_cast<const NMLISTVIEW&>(header);
+  const bool selected = (change.uNewState & LVIS_SELECTED) && !(change.uOldState & LVIS_SELECTED);
+  if (!fillingList && selected && change.iItem != shownCategory) ShowCategory(change.iItem);
+  return 0;
+}
+
+void CMainDlg::ShowCategory(int index) {
+  StoreShownRows();
+  DestroyRows();
+  shownCategory = index;
+  CreateRows();
+}
+
+void CMainDlg::StoreShownRows() {
+  if (shownCategory < 0) return;
+  const auto rows = kCategories[shownCategory].rows;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    if (int32_t* field = FieldOf(rows[i])) *field = IsChecked(kFirstCheckId + static_cast<int>(i)) ? 1 : 0;
+  }
+}
+
+void CMainDlg::DestroyRows() {
+  for (int i = 0; i < kMaxRows; ++i) {
+    if (HWND check = Item(kFirstCheckId + i)) DestroyWindow(check);
+    if (HWND button = Item(kFirstConfigId + i)) DestroyWindow(button);
+  }
+}
+
+void CMainDlg::CreateRows() {
+  if (shownCategory < 0) return;
+  HINSTANCE module = GetModuleHandleW(nullptr);
+  const WPARAM font = reinterpret_cast<WPARAM>(DialogFont());
+  // New rows go after the category list in the tab order.
+  HWND previous = Item(kCategoryListId);
+  const auto rows = kCategories[shownCategory].rows;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    const OptionRow& row = rows[i];
+    const int id = kFirstCheckId + static_cast<int>(i);
+    const int top = kMargin + static_cast<int>(i) * kRowPitch;
+    RECT place = DialogUnitsToPixels(kRowsLeft, top + 1, row.hasConfig ? kCheckWidthWithButton : kCheckWidth,
+                                     kRowHeight);
+    HWND check =
+        CreateWindowExW(0, L"Button", Text(row.label), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX,
+                        place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, nullptr);
+    SendMessageW(check, WM_SETFONT, font, FALSE);
+    const int32_t* field = FieldOf(row);
+    CheckButton(id, field && *field != 0);
+    SetWindowPos(check, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    previous = check;
+    if (!row.hasConfig) continue;
+
+    const int buttonId = kFirstConfigId + static_cast<int>(i);
+    place = DialogUnitsToPixels(kConfigLeft, top, kConfigWidth, kRowHeight + 2);
+    HWND button =
+        CreateWindowExW(0, L"Button", Text(strConfig), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON,
+                        place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
+    SendMessageW(button, WM_SETFONT, font, FALSE);
+    EnableWindow(button, FindFeatureDialog(row.key) != nullptr);
+    SetWindowPos(button, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    previous = button;
+  }
+}
+
+void CMainDlg::OnConfig(int id) {
+  if (shownCategory < 0) return;
+  const auto rows = kCategories[shownCategory].rows;
+  const size_t index = static_cast<size_t>(id - kFirstConfigId);
+  if (index >= rows.size() || !rows[index].hasConfig) return;
+  if (const FeatureDialogOpener* open = FindFeatureDialog(rows[index].key)) (*open)(handle);
+}
+
+void CMainDlg::OnLanguage() {
+  const auto selected = SendMessageW(Item(kLanguageId), CB_GETCURSEL, 0, 0);
+  if (selected < 0) return;
+  StoreShownRows();
+  SetLanguage(static_cast<uint32_t>(selected));
+  Relabel();
+  SetAboutMenuText();
+  // The rows are made again in the new language, for the category that was shown.
+  const int shown = shownCategory;
+  DestroyRows();
+  shownCategory = -1;
+  FillCategoryList();
+  if (shown >= 0) {
+    ListView_SetItemState(Item(kCategoryListId), shown, LVIS_SELECTED | LVIS_FOCUSED,
+                          LVIS_SELECTED | LVIS_FOCUSED);
+  }
+}
+
+void CMainDlg::SetAboutMenuText() {
+  ModifyMenuW(GetSystemMenu(handle, FALSE), kAboutCommand, MF_BYCOMMAND | MF_STRING, kAboutCommand,
+              Text(strAboutTitle));
+}
+
+void CMainDlg::OnSearchGame() {
+  const std::wstring game = FindGameProgram(Paths().programFolder);
+  if (game.empty()) {
+    ShowMessage(handle, Text(strGameNotFound), L"", MB_OK);
+    return;
+  }
+  SetItemText(kGameLocationId, game);
+}
+
+void CMainDlg::OnAbout() {
+  CAboutDlg about;
+  about.DoModal(handle);
+}
+
+void CMainDlg::OnOk() {
+  Settings& settings = GlobalSettings();
+  StoreShownRows();
+  settings.iLanguage = static_cast<int32_t>(SendMessageW(Item(kLanguageId), CB_GETCURSEL, 0, 0));
+  settings.wstrMorva = GetItemText(kGameLocationId);
+  settings.Save();
+  NotifyExtension(kFlagSettings);
+  Finish(kExitOk);
+}
+
+void CMainDlg::OnCancel() {
+  Finish(kExitCancel);
+}
+
+void CMainDlg::Finish(int exitCode) {
+  ListView_SetImageList(Item(kCategoryListId), nullptr, LVSIL_SMALL);
+  icons.reset();
+  EndDialog(exitCode);
+  PostQuitMessage(exitCode);
+}
+
+int RunMainDialog(int show) {
+  CMessageLoop loop;
+  CMainDlg dialog;
+  loop.AddMessageFilter(&dialog);
+  if (!dialog.Create(nullptr)) return kExitNone;
+  ShowWindow(dialog.Handle(), show);
+  const int exitCode = loop.Run();
+  loop.RemoveMessageFilter(&dialog);
+  return exitCode;
+}

@@ -1,0 +1,69 @@
+#include "ui/SizingDialog.h"
+
+#include <cstdlib>
+
+namespace {
+
+int IntegerOption(const QcsvDocument& listFile, std::wstring_view name) {
+  const std::optional<std::wstring> value = listFile.Option(name);
+  return value ? _wtoi(value->c_str()) : 0;
+}
+
+}  // namespace
+
+void CSizingDialog::ClampSizing(UINT edge, RECT& rect, int minWidth, int minHeight) {
+  const bool top = edge == WMSZ_TOP || edge == WMSZ_TOPLEFT || edge == WMSZ_TOPRIGHT;
+  const bool bottom = edge == WMSZ_BOTTOM || edge == WMSZ_BOTTOMLEFT || edge == WMSZ_BOTTOMRIGHT;
+  const bool left = edge == WMSZ_LEFT || edge == WMSZ_TOPLEFT || edge == WMSZ_BOTTOMLEFT;
+  const bool right = edge == WMSZ_RIGHT || edge == WMSZ_TOPRIGHT || edge == WMSZ_BOTTOMRIGHT;
+  if (top && rect.top > rect.bottom - minHeight) rect.top = rect.bottom - minHeight;
+  if (bottom && rect.bottom < rect.top + minHeight) rect.bottom = rect.top + minHeight;
+  if (left && rect.left > rect.right - minWidth) rect.left = rect.right - minWidth;
+  if (right && rect.right < rect.left + minWidth) rect.right = rect.left + minWidth;
+}
+
+bool CSizingDialog::ProcessFrameMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
+  if (message == WM_SIZING) {
+    ClampSizing(static_cast<UINT>(wParam), *reinterpret_cast<RECT*>(lParam), minWidth, minHeight);
+    result = TRUE;
+    return true;
+  }
+  return CDialog::ProcessFrameMessage(message, wParam, lParam, result);
+}
+
+void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {
+  int width = IntegerOption(listFile, L"WindowWidth");
+  int height = IntegerOption(listFile, L"WindowHeight");
+  const int maximized = IntegerOption(listFile, L"WindowMaximized");
+  if (width == 0 || height == 0) {
+    width = minWidth;
+    height = minHeight;
+  }
+  // One pixel narrower first: the size then changes even when it equals the template's, so the
+  // controls are laid out in any case.
+  MoveWindow(handle, 0, 0, width - 1, height, TRUE);
+  MoveWindow(handle, 0, 0, width, height, TRUE);
+
+  RECT around{};
+  HWND owner = GetWindow(handle, GW_OWNER);
+  if (owner) {
+    GetWindowRect(owner, &around);
+  } else {
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
+  }
+  const int x = around.left + ((around.right - around.left) - width) / 2;
+  const int y = around.top + ((around.bottom - around.top) - height) / 2;
+  SetWindowPos(handle, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+
+  if (maximized != 0) ShowWindow(handle, SW_SHOWMAXIMIZED);
+}
+
+void CSizingDialog::SaveSize(QcsvDocument& listFile) const {
+  WINDOWPLACEMENT placement{};
+  placement.length = sizeof(placement);
+  if (!GetWindowPlacement(handle, &placement)) return;
+  const RECT& normal = placement.rcNormalPosition;
+  listFile.SetOption(L"WindowWidth", static_cast<int>(normal.right - normal.left));
+  listFile.SetOption(L"WindowHeight", static_cast<int>(normal.bottom - normal.top));
+  listFile.SetOption(L"WindowMaximized", (placement.showCmd & 3) == 3 ? 1 : 0);
+}

@@ -1,0 +1,32 @@
+#pragma once
+#include "app/QcsvDocument.h"
+#include "ui/Dialog.h"
+
+// A resizable list dialog: no smaller than its minimum while the user drags a border, and opened
+// at the size remembered in its list file (options WindowWidth, WindowHeight, WindowMaximized).
+class CSizingDialog : public CDialog {
+ public:
+  static constexpr int kMinWidth = 636;
+  static constexpr int kMinHeight = 444;
+
+  CSizingDialog(const DialogDef& definition, std::span<const ControlDef> controls, int minWidth = kMinWidth,
+                int minHeight = kMinHeight)
+      : CDialog(definition, controls), minWidth(minWidth), minHeight(minHeight) {}
+
+  // At the end of initialisation, after the list file was read: the remembered size (or the
+  // minimum when none), centred on the owner, maximised when it was closed maximised.
+  void RestoreSize(const QcsvDocument& listFile);
+  // In the OK handler, before the list file is written: the restored size and whether maximised.
+  void SaveSize(QcsvDocument& listFile) const;
+
+  // Holds back the dragged edge of a proposed rectangle so that it keeps the minimum size; the
+  // opposite edge never moves.
+  static void ClampSizing(UINT edge, RECT& rect, int minWidth, int minHeight);
+
+ protected:
+  bool ProcessFrameMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+
+ private:
+  int minWidth;
+  int minHeight;
+};
