@@ -242,3 +242,54 @@ TEST(QcsvWriter, MissingFolderFailsWithTheWritersMessage) {
   ASSERT_EQ(messages.shown.size(), 1u);
   EXPECT_EQ(messages.shown[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
 }
+
+// The extension converts each block through a 1 MiB buffer; a block that does not fit is left out
+// and the rest of the file is written as usual.
+TEST(QcsvWriter, BlockOverOneMebibyteIsLeftOut) {
+  const size_t limit = 0x100000;
+  const std::wstring kanji(349524, L'あ');  // 3 bytes each
+  const std::wstring pairs = [] {           // 4 bytes each
+    std::wstring text;
+    for (int i = 0; i < 262143; ++i) text += L"\U00020BB7";
+    return text;
+  }();
+  const std::wstring lone(349524, static_cast<wchar_t>(0xD800));  // U+FFFD, 3 bytes each
+  const struct {
+    const char* name;
+    std::wstring field;
+    bool written;
+  } cases[] = {
+      {"ASCII exactly at the limit", std::wstring(limit - 2, L'a'), true},
+      {"ASCII one byte over", std::wstring(limit - 1, L'a'), false},
+      {"Japanese exactly at the limit", kanji + L"aa", true},
+      {"Japanese one byte over", kanji + L"aaa", false},
+      {"surrogate pairs exactly at the limit", pairs + L"aa", true},
+      {"surrogate pairs one byte over", pairs + L"aaa", false},
+      {"lone surrogates exactly at the limit", lone + L"aa", true},
+      {"lone surrogates one byte over", lone + L"aaa", false},
+  };
+  TempDir dir;
+  RecordedMessages messages;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    QcsvDocument doc;
+    doc.SetColumns({L"k"});
+    doc.AppendRow({L"before"});
+    doc.AppendRow({c.field});
+    doc.AppendRow({L"after"});
+    ASSERT_TRUE(doc.Write(dir.File(L"big.qcsv")));
+    std::string expected = "#format,qcsv\r\n#column,k\r\nbefore\r\n";
+    if (c.written) expected += Utf8(c.field) + "\r\n";
+    expected += "after\r\n";
+    std::string file = ReadFileBytes(dir.File(L"big.qcsv"));
+    EXPECT_EQ(file.size(), expected.size());
+    EXPECT_TRUE(file == expected);
+  }
+
+  QcsvDocument doc;
+  doc.SetOption(L"small", 1);
+  doc.SetOption(L"big", std::wstring(limit, L'a'));
+  ASSERT_TRUE(doc.Write(dir.File(L"options.qcsv")));
+  EXPECT_EQ(ReadFileBytes(dir.File(L"options.qcsv")), "#format,qcsv\r\n#column\r\n");
+  EXPECT_TRUE(messages.shown.empty());
+}
