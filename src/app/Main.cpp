@@ -1,13 +1,16 @@
 #include <windows.h>
 
 #include "app/StartUp.h"
+#include "display/ConfColorizeDlg.h"
 #include "ui/FeatureDialogs.h"
 #include "ui/MainDlg.h"
 
 namespace {
 
 // The feature dialogs behind the main dialog's "Config" buttons, by the key of their row.
-void RegisterFeatureDialogs() {}
+void RegisterFeatureDialogs() {
+  SetFeatureDialog(L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog);
+}
 
 }  // namespace
 

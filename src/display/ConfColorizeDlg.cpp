@@ -1,5 +1,7 @@
 #include "display/ConfColorizeDlg.h"
 
+#include "app/ListSchemas.h"
+#include "app/Paths.h"
 #include "app/Strings.h"
 #include "display/DialogPlacement.h"
 
@@ -41,4 +43,9 @@ void CConfColorizeDlg::OnOk() {
   listFile.SetOption(kIdentifiedItemColorOption, FormatColorHex(field.color));
   listFile.Write(path);
   EndDialog(IDOK);
+}
+
+void OpenIdentifiedItemColorDialog(HWND owner) {
+  CConfColorizeDlg dialog(CombinePath(Paths().programFolder, kListColorFile));
+  dialog.DoModal(owner);
 }

@@ -29,3 +29,7 @@ class CConfColorizeDlg : public CDialog {
   QcsvDocument listFile;
   ColorField field;
 };
+
+// Opens the dialog on ListColor.qcsv in the tool's folder: the main dialog's "Config" button of the
+// identified-item colour switch.
+void OpenIdentifiedItemColorDialog(HWND owner);

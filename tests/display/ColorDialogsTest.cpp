@@ -1,16 +1,20 @@
 #include <windows.h>
 
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <string>
 #include <vector>
 
+#include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
 #include "common/TestUtil.h"
 #include "display/ColorMenu.h"
 #include "display/ConfColorizeDlg.h"
 #include "display/SelectEdgedTextColor.h"
+#include "ui/FeatureDialogs.h"
+#include "ui/MainDlg.h"
 
 namespace {
 
@@ -279,4 +283,43 @@ TEST_F(ColorDialogsTest, DialogsOpenCentredOnTheirOwner) {
   CSelectEdgedTextColor edged(0, 0);
   EXPECT_EQ(edged.DoModal(owner.Handle()), IDCANCEL);
   CDialog::AfterInitHook() = nullptr;
+}
+
+TEST_F(ColorDialogsTest, MainDialogConfigButtonOpensTheIdentifiedItemColourOnTheToolsListFile) {
+  TempDir dir;
+  std::wstring tool = dir.File(L"Vrk");
+  CreateDirectoryW(tool.c_str(), nullptr);
+  SetProgramFolder(tool + L"\\VrkConfig.exe");
+  ASSERT_TRUE(
+      WriteFileBytes(tool + L"\\ListColor.qcsv", "#format,qcsv\r\n#option,IdentifiedItemColor:#123456\r\n"));
+  // The same registration as the program's start-up.
+  SetFeatureDialog(L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog);
+
+  CMainDlg main;
+  ASSERT_TRUE(main.Create(nullptr));
+  ListView_SetItemState(main.Item(CMainDlg::kCategoryListId), 1, LVIS_SELECTED | LVIS_FOCUSED,
+                        LVIS_SELECTED | LVIS_FOCUSED);
+  const auto rows = MainCategories()[1].rows;
+  int row = 0;
+  while (row < static_cast<int>(rows.size()) && std::wstring(rows[row].key) != L"enColorizeIdentifiedItem")
+    ++row;
+  ASSERT_LT(row, static_cast<int>(rows.size()));
+  HWND button = main.Item(CMainDlg::kFirstConfigId + row);
+  ASSERT_TRUE(button && IsWindowEnabled(button));
+
+  int opened = 0;
+  CDialog::AfterInitHook() = [&](CDialog& d) {
+    ++opened;
+    EXPECT_EQ(d.GetText(), L"Select identified item color");
+    EXPECT_EQ(GetWindow(d.Handle(), GW_OWNER), main.Handle());
+    EXPECT_EQ(d.GetItemText(kTextEdit), L"#123456");
+    SetDlgItemTextW(d.Handle(), kTextEdit, L"#abcdef");
+    Click(d, IDOK);
+  };
+  SendMessageW(button, BM_CLICK, 0, 0);
+  CDialog::AfterInitHook() = nullptr;
+  ClearFeatureDialogs();
+  EXPECT_EQ(opened, 1);
+  EXPECT_EQ(ReadFileBytes(tool + L"\\ListColor.qcsv"),
+            "#format,qcsv\r\n#option,IdentifiedItemColor:#abcdef\r\n#column\r\n");
 }
