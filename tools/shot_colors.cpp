@@ -1,0 +1,69 @@
+// Pictures of the palette menu and the two colour dialogs, in English and Japanese.
+#include <windows.h>
+
+#include <string>
+
+#include "Capture.h"
+#include "app/TextPair.h"
+#include "display/ColorMenu.h"
+#include "display/ConfColorizeDlg.h"
+#include "display/SelectEdgedTextColor.h"
+
+namespace {
+
+std::wstring g_menuPicture;
+int g_ticks = 0;
+
+// Runs inside the menu's own loop: once the menu has drawn, save it and close it.
+void CALLBACK CaptureMenu(HWND, UINT, UINT_PTR timer, DWORD) {
+  HWND menu = FindWindowW(L"#32768", nullptr);
+  if (menu && IsWindowVisible(menu) && ++g_ticks >= 3) {
+    CaptureWindowToBmp(menu, g_menuPicture);
+    KillTimer(nullptr, timer);
+    EndMenu();
+  } else if (g_ticks > 50) {
+    KillTimer(nullptr, timer);
+    EndMenu();
+  }
+}
+
+void ShootMenu(HWND owner, const std::wstring& path) {
+  g_menuPicture = path;
+  g_ticks = 0;
+  SetForegroundWindow(owner);
+  SetCursorPos(60, 60);
+  SetTimer(nullptr, 0, 100, CaptureMenu);
+  // The Log Extractor's variant: "Show nothing" and a column of extra colours.
+  const COLORREF extras[] = {0x123456, 0x0080FF, 0x0000FF, 0};
+  PickColorFromMenu(owner, 0x9B9BFF, true, extras);
+}
+
+void ShootDialog(CDialog& dialog, const std::wstring& path) {
+  if (!dialog.Create(nullptr)) return;
+  ShowWindow(dialog.Handle(), SW_SHOW);
+  SettleWindow(dialog.Handle());
+  CaptureWindowToBmp(dialog.Handle(), path);
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  std::wstring out = argc > 1 ? argv[1] : L".";
+  wchar_t temp[MAX_PATH];
+  GetTempPathW(MAX_PATH, temp);
+  // No list file: the dialog shows the default colour.
+  std::wstring listFile = std::wstring(temp) + L"vrk-shot-none\\ListColor.qcsv";
+
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    SetLanguage(language);
+    std::wstring suffix = language == kEnglish ? L"_en.bmp" : L"_ja.bmp";
+
+    CConfColorizeDlg colorize(listFile);
+    ShootDialog(colorize, out + L"\\colors_identified" + suffix);
+
+    CSelectEdgedTextColor edged(0x00FFFFFF, 0x00312A25);
+    ShootDialog(edged, out + L"\\colors_edged" + suffix);
+    ShootMenu(edged.Handle(), out + L"\\colors_menu" + suffix);
+  }
+  return 0;
+}
