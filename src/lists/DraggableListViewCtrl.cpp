@@ -75,26 +75,40 @@ int CDraggableListViewCtrl::ColumnByLabel(const std::wstring& label) const {
   return found == columnIndexByLabel.end() ? 0 : found->second;
 }
 
+std::vector<int> CDraggableListViewCtrl::ShownFileColumns() const {
+  std::vector<int> shown(std::min(HeaderColumnCount(), kMaxColumns));
+  for (size_t column = 0; column < shown.size(); ++column)
+    shown[column] = listFile->ColumnIndex(columnKeys[column]);
+  return shown;
+}
+
 void CDraggableListViewCtrl::FillRows() {
   if (!listFile) return;
-  for (size_t row = 0; row < listFile->RowCount(); ++row) InsertRowItem(static_cast<int>(row));
+  std::vector<int> shown = ShownFileColumns();
+  // Drawing and scroll-bar updates after every insertion would cost more than the insertions.
+  SendMessageW(handle, WM_SETREDRAW, FALSE, 0);
+  ListView_SetItemCount(handle, static_cast<int>(listFile->RowCount()));
+  for (size_t row = 0; row < listFile->RowCount(); ++row) InsertItemFor(static_cast<int>(row), shown);
+  SendMessageW(handle, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(handle, nullptr, TRUE);
 }
 
 void CDraggableListViewCtrl::InsertRowItem(int row) {
-  int columns = std::min(HeaderColumnCount(), kMaxColumns);
+  if (listFile) InsertItemFor(row, ShownFileColumns());
+}
+
+void CDraggableListViewCtrl::InsertItemFor(int row, const std::vector<int>& shown) {
   const QcsvDocument::Row& cells = listFile->RowAt(row);
   LVITEMW item{};
   item.mask = LVIF_TEXT;
   item.iItem = row;
-  for (int column = 0; column < columns; ++column) {
-    const std::wstring& text = CellOf(cells, listFile->ColumnIndex(columnKeys[column]));
-    item.iSubItem = column;
+  // Straight to the list view's own procedure: a whole file is many messages, and this control adds
+  // nothing to these.
+  for (size_t column = 0; column < shown.size(); ++column) {
+    const std::wstring& text = CellOf(cells, shown[column]);
+    item.iSubItem = static_cast<int>(column);
     item.pszText = const_cast<wchar_t*>(text.c_str());
-    if (column == 0) {
-      ListView_InsertItem(handle, &item);
-    } else {
-      ListView_SetItem(handle, &item);
-    }
+    DefaultProc(column == 0 ? LVM_INSERTITEMW : LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
   }
 }
 

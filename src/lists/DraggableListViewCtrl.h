@@ -58,6 +58,9 @@ class CDraggableListViewCtrl : public CWindowImpl {
   LRESULT OnMouseMove(WPARAM, LPARAM position);
 
   int HeaderColumnCount() const;
+  // For each shown column, the list-file column it shows (-1 when the file lacks it).
+  std::vector<int> ShownFileColumns() const;
+  void InsertItemFor(int row, const std::vector<int>& shown);
   LVHITTESTINFO HitTest(POINT at) const;
   std::wstring ItemText(int item, int column) const;
   void ToggleCheck(int item);
