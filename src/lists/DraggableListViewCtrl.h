@@ -24,6 +24,8 @@ class CDraggableListViewCtrl : public CWindowImpl {
   bool Attach(HWND listView);
 
   void setListFile(QcsvDocument* file) { listFile = file; }
+  // Off, a press only selects the row under it (or clears the selection) and takes the focus.
+  void SetDraggable(bool on) { draggable = on; }
 
   // Adds one column per entry of the owner's table (English text = the list-file column it shows,
   // label in the current language). Without a bound list file this is a programming error that ends

@@ -407,3 +407,21 @@ TEST(DraggableListView, DragImageShowsTheRowRightOfTheCursorUntilTheRelease) {
   h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
   EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
 }
+
+TEST(DraggableListView, WithoutDraggingAPressOnlySelectsAndChecksNothing) {
+  Harness h(LVS_EX_CHECKBOXES);
+  h.list.SetDraggable(false);
+  h.Click(h.RowPoint(1));
+  h.Click(h.RowPoint(1));
+  EXPECT_EQ(h.Selected(), std::vector<int>{1});
+  h.Send(WM_LBUTTONDOWN, h.RowPoint(1), MK_LBUTTON);
+  EXPECT_EQ(GetCapture(), nullptr);
+  h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
+  EXPECT_EQ(h.FileOrder(), (Order{L"a", L"b", L"c"}));
+  h.Click(h.CheckBoxPoint(2));
+  EXPECT_EQ(h.CheckImage(2), 1u);
+  EXPECT_EQ(h.Selected(), std::vector<int>{2});
+  h.Click(h.BelowLastRow());
+  EXPECT_TRUE(h.Selected().empty());
+  EXPECT_EQ(GetFocus(), h.List());
+}
