@@ -12,7 +12,6 @@
 #include "app/Strings.h"
 #include "ui/AboutDlg.h"
 #include "ui/EditStringDlg.h"
-#include "ui/FeatureDialogs.h"
 #include "ui/MainDlg.h"
 
 namespace {
@@ -50,17 +49,11 @@ int wmain(int argc, wchar_t** argv) {
   settings.path = Paths().settingsFile;
   settings.PrepareForLoad();
   settings.Load();
+  settings.wstrMorva = L"C:\\Games\\Morva\\Morva.exe";
   for (const wchar_t* key : {L"enLogExtender", L"enItemInfo", L"enLabel", L"enListExtender", L"enWeightGraph",
                              L"enFrameCounter", L"enShowWeight", L"enShowSatiety", L"enQuickSearch"}) {
     *settings.IntField(key) = 1;
   }
-  // As with every feature dialog present, so that the Config buttons show enabled.
-  for (const OptionCategory& category : MainCategories()) {
-    for (const OptionRow& row : category.rows) {
-      if (row.hasConfig) SetFeatureDialog(row.key, [](HWND) {});
-    }
-  }
-
   bool ok = true;
   for (uint32_t language : {kEnglish, kJapanese}) {
     const std::wstring suffix = language == kEnglish ? L"en" : L"ja";
