@@ -1,0 +1,109 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/Paths.h"
+#include "app/Prompt.h"
+#include "app/Settings.h"
+#include "app/StartUp.h"
+#include "app/Strings.h"
+#include "common/TestUtil.h"
+
+namespace {
+
+struct LanguageGuard {
+  uint32_t saved = Language();
+  ~LanguageGuard() { SetLanguage(saved); }
+};
+
+struct CurrentDirectoryGuard {
+  CurrentDirectoryGuard() { GetCurrentDirectoryW(MAX_PATH, saved); }
+  ~CurrentDirectoryGuard() { SetCurrentDirectoryW(saved); }
+  wchar_t saved[MAX_PATH]{};
+};
+
+HWND MakeWindow(const wchar_t* className, const wchar_t* title) {
+  return CreateWindowExW(0, className, title, WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
+                         GetModuleHandleW(nullptr), nullptr);
+}
+
+TEST(StartUp, RunningInstanceIsFoundAsADialogByEitherTitle) {
+  EXPECT_EQ(FindRunningInstance(), nullptr);
+  // Another kind of window with the title does not count.
+  HWND other = MakeWindow(L"Static", L"Morva Extender Config");
+  EXPECT_EQ(FindRunningInstance(), nullptr);
+  for (const wchar_t* title : {L"Morva Extender Config", L"Morva Extender 設定"}) {
+    HWND dialog = MakeWindow(L"#32770", title);
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(FindRunningInstance(), dialog);
+    EXPECT_TRUE(ActivateRunningInstance());
+    DestroyWindow(dialog);
+  }
+  DestroyWindow(other);
+  EXPECT_FALSE(ActivateRunningInstance());
+}
+
+TEST(StartUp, FoldersComeFromTheProgramAndItsFolderBecomesCurrent) {
+  CurrentDirectoryGuard directoryGuard;
+  TempDir dir;
+  const std::wstring tool = dir.File(L"game") + L"\\Vrk";
+  CreateDirectoryW(dir.File(L"game").c_str(), nullptr);
+  CreateDirectoryW(tool.c_str(), nullptr);
+  ASSERT_TRUE(PrepareFolders(tool + L"\\VrkConfig.exe"));
+  wchar_t current[MAX_PATH]{};
+  GetCurrentDirectoryW(MAX_PATH, current);
+  EXPECT_EQ(lstrcmpiW(current, tool.c_str()), 0) << Utf8(current);
+  EXPECT_EQ(GlobalSettings().path, tool + L"\\Vrk.ini");
+  EXPECT_EQ(Paths().gameFolder, dir.File(L"game"));
+  EXPECT_EQ(Paths().userMusic, dir.File(L"game") + L"\\user\\music");
+}
+
+TEST(StartUp, ProgramOutsideAnyFolderSaysItIsNotInstalled) {
+  LanguageGuard languageGuard;
+  CurrentDirectoryGuard directoryGuard;
+  ScopedPrompts prompts;
+  std::vector<std::wstring> shown;
+  CurrentPrompts().messageBox = [&](HWND, const std::wstring& text, const std::wstring& caption, UINT type) {
+    shown.push_back(text + L"|" + caption + L"|" + std::to_wstring(type));
+    return IDOK;
+  };
+  SetLanguage(kEnglish);
+  EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
+  SetLanguage(kJapanese);
+  EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
+  EXPECT_EQ(shown, (std::vector<std::wstring>{L"Morva Extender is not installed correctly.||0",
+                                              L"Morva Extenderが正しくインストールされていません。||0"}));
+}
+
+TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
+  LanguageGuard languageGuard;
+  TempDir dir;
+  struct Case {
+    const char* file;
+    LCID locale;
+    uint32_t language;
+    const wchar_t* date;
+  };
+  const Case cases[] = {
+      {"", 1041, kJapanese, L"[2022/08/26]"},
+      {"", 1033, kEnglish, L"[Aug 26, 2022]"},
+      {"[MorvaExtender_v5]\r\niLanguage=-1\r\n", 1041, kJapanese, L"[2022/08/26]"},
+      {"[MorvaExtender_v5]\r\niLanguage=0\r\n", 1041, kEnglish, L"[Aug 26, 2022]"},
+      {"[MorvaExtender_v5]\r\niLanguage=1\r\n", 1033, kJapanese, L"[2022/08/26]"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.file);
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), c.file));
+    GlobalSettings().path = dir.File(L"Vrk.ini");
+    LoadSettingsAndLanguage(c.locale);
+    EXPECT_EQ(Language(), c.language);
+    EXPECT_EQ(GlobalSettings().iLanguage, static_cast<int32_t>(c.language));
+    EXPECT_EQ(GlobalSettings().section, L"MorvaExtender_v5");
+    EXPECT_EQ(BuildDateText(), c.date);
+  }
+}
+
+}  // namespace
