@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 #include "app/Prompt.h"
@@ -65,7 +66,7 @@ size_t Utf8Length(const wchar_t* text, size_t count) {
 }
 
 void AppendField(std::wstring& out, std::wstring_view field) {
-  if (field.find_first_of(L",\"") == std::wstring_view::npos) {
+  if (std::none_of(field.begin(), field.end(), [](wchar_t c) { return c == L',' || c == L'"'; })) {
     out.append(field);
     return;
   }
@@ -77,48 +78,157 @@ void AppendField(std::wstring& out, std::wstring_view field) {
   out.push_back(L'"');
 }
 
-// Reads one field starting at p; returns true when the record ends after it (CR LF or end of text).
-bool ParseField(const wchar_t*& p, const wchar_t* end, std::wstring& field) {
-  if (p < end && *p == L'"') {
-    ++p;
+// Splits the file's UTF-8 bytes into records of UTF-16 fields. The characters that structure a
+// file ("," the quote, CR and LF) are ASCII, and UTF-8 never uses an ASCII byte inside a longer
+// sequence, so splitting the bytes gives the fields that splitting the converted text would; each
+// field is then converted by itself, which spares a UTF-16 copy of the whole file.
+class RecordParser {
+ public:
+  RecordParser(const char* begin, const char* end) : p(begin), end(end) {}
+
+  bool AtEnd() const { return p >= end; }
+
+  void Next(QcsvDocument::Row& record) {
     for (;;) {
-      const wchar_t* quote = std::find(p, end, L'"');
-      field.append(p, quote);
-      if (quote == end) {
-        p = end;
-        return true;
-      }
-      if (quote + 1 < end && quote[1] == L'"') {
-        field.push_back(L'"');
-        p = quote + 2;
-        continue;
-      }
-      p = quote + 1;
-      break;
+      record.emplace_back();
+      if (NextField(record.back())) return;
     }
   }
-  // Unquoted text, or what follows a closing quote, runs to the next "," or CR LF.
-  const wchar_t* s = p;
-  while (s < end && *s != L',' && !(*s == L'\r' && s + 1 < end && s[1] == L'\n')) ++s;
-  field.append(p, s);
-  if (s == end) {
-    p = end;
-    return true;
-  }
-  if (*s == L',') {
-    p = s + 1;
-    return false;
-  }
-  p = s + 2;
-  return true;
-}
 
-void ParseRecord(const wchar_t*& p, const wchar_t* end, QcsvDocument::Row& record) {
-  for (;;) {
-    record.emplace_back();
-    if (ParseField(p, end, record.back())) return;
+ private:
+  // Reads one field; returns true when the record ends after it (CR LF or end of file).
+  bool NextField(std::wstring& field) {
+    bool isQuoted = p < end && *p == '"';
+    if (isQuoted) {
+      quoted.clear();
+      ++p;
+      for (;;) {
+        const char* quote = static_cast<const char*>(std::memchr(p, '"', static_cast<size_t>(end - p)));
+        if (!quote) {
+          quoted.append(p, end);
+          p = end;
+          Append(field, quoted.data(), quoted.size());
+          return true;
+        }
+        quoted.append(p, quote);
+        if (quote + 1 < end && quote[1] == '"') {
+          quoted.push_back('"');
+          p = quote + 2;
+          continue;
+        }
+        p = quote + 1;
+        break;
+      }
+    }
+    // Unquoted text, or what follows a closing quote, runs to the next "," or CR LF.
+    const char* s = p;
+    while (s < end && *s != ',' && !(*s == '\r' && s + 1 < end && s[1] == '\n')) ++s;
+    // The two parts are converted apart: in the whole text the closing quote stands between them.
+    if (isQuoted) Append(field, quoted.data(), quoted.size());
+    Append(field, p, static_cast<size_t>(s - p));
+    if (s == end) {
+      p = end;
+      return true;
+    }
+    p = s + (*s == ',' ? 1 : 2);
+    return *s != ',';
   }
-}
+
+  void Append(std::wstring& field, const char* data, size_t size) {
+    if (size == 0) return;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(data);
+    size_t ascii = 0;
+    while (ascii < size && bytes[ascii] < 0x80) ++ascii;
+    if (ascii == size) {
+      wchar_t* out = Grow(field, size);
+      for (size_t i = 0; i < size; ++i) out[i] = bytes[i];
+      return;
+    }
+    size_t units = Utf16Length(bytes, size);
+    if (units > 0) {
+      Decode(bytes, size, Grow(field, units));
+      return;
+    }
+    // Bytes that are not valid UTF-8 are left to the system, whose replacement rules then apply.
+    // UTF-8 never needs more UTF-16 units than bytes.
+    if (wide.size() < size) wide.resize(size);
+    int count =
+        MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size));
+    field.append(wide.data(), static_cast<size_t>(count));
+  }
+
+  // Room for `count` more characters; a field's first part gets a string of exactly its size.
+  static wchar_t* Grow(std::wstring& field, size_t count) {
+    size_t at = field.size();
+    if (at == 0) {
+      field = std::wstring(count, L'\0');
+    } else {
+      field.resize(at + count);
+    }
+    return field.data() + at;
+  }
+
+  // UTF-16 units of valid UTF-8 (no overlong form, surrogate or value over U+10FFFF), else 0.
+  static size_t Utf16Length(const unsigned char* s, size_t size) {
+    size_t units = 0;
+    for (size_t i = 0; i < size;) {
+      unsigned char c = s[i];
+      size_t extra = 0;
+      unsigned char low = 0x80;
+      unsigned char high = 0xBF;
+      if (c < 0x80) {
+        extra = 0;
+      } else if (c >= 0xC2 && c <= 0xDF) {
+        extra = 1;
+      } else if (c >= 0xE0 && c <= 0xEF) {
+        extra = 2;
+        if (c == 0xE0) low = 0xA0;
+        if (c == 0xED) high = 0x9F;
+      } else if (c >= 0xF0 && c <= 0xF4) {
+        extra = 3;
+        if (c == 0xF0) low = 0x90;
+        if (c == 0xF4) high = 0x8F;
+      } else {
+        return 0;
+      }
+      if (extra > 0 && (i + extra >= size || s[i + 1] < low || s[i + 1] > high)) return 0;
+      for (size_t k = 2; k <= extra; ++k) {
+        if (s[i + k] < 0x80 || s[i + k] > 0xBF) return 0;
+      }
+      units += extra == 3 ? 2 : 1;
+      i += extra + 1;
+    }
+    return units;
+  }
+
+  static void Decode(const unsigned char* s, size_t size, wchar_t* out) {
+    for (size_t i = 0; i < size;) {
+      unsigned char c = s[i];
+      if (c < 0x80) {
+        *out++ = c;
+        i += 1;
+      } else if (c < 0xE0) {
+        *out++ = static_cast<wchar_t>(((c & 0x1F) << 6) | (s[i + 1] & 0x3F));
+        i += 2;
+      } else if (c < 0xF0) {
+        *out++ = static_cast<wchar_t>(((c & 0x0F) << 12) | ((s[i + 1] & 0x3F) << 6) | (s[i + 2] & 0x3F));
+        i += 3;
+      } else {
+        unsigned value =
+            ((c & 0x07u) << 18) | ((s[i + 1] & 0x3Fu) << 12) | ((s[i + 2] & 0x3Fu) << 6) | (s[i + 3] & 0x3Fu);
+        value -= 0x10000;
+        *out++ = static_cast<wchar_t>(0xD800 + (value >> 10));
+        *out++ = static_cast<wchar_t>(0xDC00 + (value & 0x3FF));
+        i += 4;
+      }
+    }
+  }
+
+  const char* p;
+  const char* end;
+  std::string quoted;
+  std::vector<wchar_t> wide;
+};
 
 // Closes and deletes the temporary file unless it has taken the target's place.
 class TempFile {
@@ -220,15 +330,9 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
   CloseHandle(file);
   if (got == 0) return false;
 
-  int wideCount = MultiByteToWideChar(CP_UTF8, 0, bytes.get(), static_cast<int>(got), nullptr, 0);
-  std::unique_ptr<wchar_t[]> text(new wchar_t[static_cast<size_t>(wideCount)]);
-  MultiByteToWideChar(CP_UTF8, 0, bytes.get(), static_cast<int>(got), text.get(), wideCount);
-  bytes.reset();
-
-  const wchar_t* p = text.get();
-  const wchar_t* end = p + wideCount;
+  RecordParser parser(bytes.get(), bytes.get() + got);
   Row record;
-  ParseRecord(p, end, record);
+  parser.Next(record);
   if (record.size() < 2 || record[0] != L"#format" || record[1] != L"qcsv") return false;
 
   bool formatSeen = false;
@@ -262,10 +366,10 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
       ShowMessage(nullptr, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
       break;
     }
-    if (p >= end) return true;
+    if (parser.AtEnd()) return true;
     record = Row();
     record.reserve(columns.size());
-    ParseRecord(p, end, record);
+    parser.Next(record);
   }
   Clear();
   return false;
@@ -287,7 +391,9 @@ bool QcsvDocument::Write(const std::wstring& target) const {
   TempFile temp(target);
   if (!temp.Opened()) return fail();
 
-  std::wstring text = L"#format,qcsv\r\n";
+  std::wstring text;
+  text.reserve(kFlushChars + kFlushChars / 8);
+  text = L"#format,qcsv\r\n";
   std::string bytes;
   // Adds the block that starts at `start` only when its UTF-8 form fits the extension's buffer.
   auto endBlock = [&text](size_t start) {
