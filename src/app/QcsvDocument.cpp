@@ -383,7 +383,8 @@ bool QcsvDocument::Write(const std::wstring& target) const {
     return false;
   };
   DWORD attributes = GetFileAttributesW(target.c_str());
-  // Renaming over a read-only file succeeds on some systems; a read-only list stays as it is.
+  // Windows refuses to rename over a read-only file but Wine does it; checking first makes a
+  // read-only list stay as it is on both.
   if (attributes != INVALID_FILE_ATTRIBUTES &&
       (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))
     return fail();
@@ -391,9 +392,8 @@ bool QcsvDocument::Write(const std::wstring& target) const {
   TempFile temp(target);
   if (!temp.Opened()) return fail();
 
-  std::wstring text;
-  text.reserve(kFlushChars + kFlushChars / 8);
-  text = L"#format,qcsv\r\n";
+  std::wstring text = L"#format,qcsv\r\n";
+  text.reserve(std::min(kFlushChars + kFlushChars / 8, 1024 + rows.size() * (columns.size() + 1) * 16));
   std::string bytes;
   // Adds the block that starts at `start` only when its UTF-8 form fits the extension's buffer.
   auto endBlock = [&text](size_t start) {
