@@ -107,7 +107,7 @@ class RecordParser {
         if (!quote) {
           quoted.append(p, end);
           p = end;
-          Append(field, quoted.data(), quoted.size());
+          Append(field, quoted.data(), quoted.size(), false);
           return true;
         }
         quoted.append(p, quote);
@@ -122,10 +122,15 @@ class RecordParser {
     }
     // Unquoted text, or what follows a closing quote, runs to the next "," or CR LF.
     const char* s = p;
-    while (s < end && *s != ',' && !(*s == '\r' && s + 1 < end && s[1] == '\n')) ++s;
+    unsigned char seen = 0;
+    for (; s < end; ++s) {
+      auto c = static_cast<unsigned char>(*s);
+      if (c == ',' || (c == '\r' && s + 1 < end && s[1] == '\n')) break;
+      seen |= c;
+    }
     // The two parts are converted apart: in the whole text the closing quote stands between them.
-    if (isQuoted) Append(field, quoted.data(), quoted.size());
-    Append(field, p, static_cast<size_t>(s - p));
+    if (isQuoted) Append(field, quoted.data(), quoted.size(), false);
+    Append(field, p, static_cast<size_t>(s - p), seen < 0x80);
     if (s == end) {
       p = end;
       return true;
@@ -134,27 +139,23 @@ class RecordParser {
     return *s != ',';
   }
 
-  void Append(std::wstring& field, const char* data, size_t size) {
+  void Append(std::wstring& field, const char* data, size_t size, bool ascii) {
     if (size == 0) return;
     const auto* bytes = reinterpret_cast<const unsigned char*>(data);
-    size_t ascii = 0;
-    while (ascii < size && bytes[ascii] < 0x80) ++ascii;
-    if (ascii == size) {
+    if (ascii || std::all_of(bytes, bytes + size, [](unsigned char c) { return c < 0x80; })) {
       wchar_t* out = Grow(field, size);
       for (size_t i = 0; i < size; ++i) out[i] = bytes[i];
       return;
     }
-    size_t units = Utf16Length(bytes, size);
-    if (units > 0) {
-      Decode(bytes, size, Grow(field, units));
-      return;
-    }
-    // Bytes that are not valid UTF-8 are left to the system, whose replacement rules then apply.
     // UTF-8 never needs more UTF-16 units than bytes.
     if (wide.size() < size) wide.resize(size);
-    int count =
-        MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size));
-    field.append(wide.data(), static_cast<size_t>(count));
+    size_t units = DecodeValid(bytes, size, wide.data());
+    if (units == 0) {
+      // Bytes that are not valid UTF-8 are left to the system, whose replacement rules then apply.
+      units = static_cast<size_t>(
+          MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size)));
+    }
+    std::copy_n(wide.data(), units, Grow(field, units));
   }
 
   // Room for `count` more characters; a field's first part gets a string of exactly its size.
@@ -168,60 +169,52 @@ class RecordParser {
     return field.data() + at;
   }
 
-  // UTF-16 units of valid UTF-8 (no overlong form, surrogate or value over U+10FFFF), else 0.
-  static size_t Utf16Length(const unsigned char* s, size_t size) {
-    size_t units = 0;
-    for (size_t i = 0; i < size;) {
-      unsigned char c = s[i];
-      size_t extra = 0;
-      unsigned char low = 0x80;
-      unsigned char high = 0xBF;
-      if (c < 0x80) {
-        extra = 0;
-      } else if (c >= 0xC2 && c <= 0xDF) {
-        extra = 1;
-      } else if (c >= 0xE0 && c <= 0xEF) {
-        extra = 2;
-        if (c == 0xE0) low = 0xA0;
-        if (c == 0xED) high = 0x9F;
-      } else if (c >= 0xF0 && c <= 0xF4) {
-        extra = 3;
-        if (c == 0xF0) low = 0x90;
-        if (c == 0xF4) high = 0x8F;
-      } else {
-        return 0;
-      }
-      if (extra > 0 && (i + extra >= size || s[i + 1] < low || s[i + 1] > high)) return 0;
-      for (size_t k = 2; k <= extra; ++k) {
-        if (s[i + k] < 0x80 || s[i + k] > 0xBF) return 0;
-      }
-      units += extra == 3 ? 2 : 1;
-      i += extra + 1;
-    }
-    return units;
-  }
-
-  static void Decode(const unsigned char* s, size_t size, wchar_t* out) {
+  // Decodes valid UTF-8 (no overlong form, surrogate or value over U+10FFFF) and returns the
+  // number of UTF-16 units written, or 0 at the first invalid byte.
+  static size_t DecodeValid(const unsigned char* s, size_t size, wchar_t* out) {
+    wchar_t* start = out;
     for (size_t i = 0; i < size;) {
       unsigned char c = s[i];
       if (c < 0x80) {
         *out++ = c;
         i += 1;
-      } else if (c < 0xE0) {
-        *out++ = static_cast<wchar_t>(((c & 0x1F) << 6) | (s[i + 1] & 0x3F));
-        i += 2;
-      } else if (c < 0xF0) {
-        *out++ = static_cast<wchar_t>(((c & 0x0F) << 12) | ((s[i + 1] & 0x3F) << 6) | (s[i + 2] & 0x3F));
-        i += 3;
+        continue;
+      }
+      size_t extra = 0;
+      unsigned char low = 0x80;
+      unsigned char high = 0xBF;
+      unsigned value = 0;
+      if (c >= 0xC2 && c <= 0xDF) {
+        extra = 1;
+        value = c & 0x1Fu;
+      } else if (c >= 0xE0 && c <= 0xEF) {
+        extra = 2;
+        value = c & 0x0Fu;
+        if (c == 0xE0) low = 0xA0;
+        if (c == 0xED) high = 0x9F;
+      } else if (c >= 0xF0 && c <= 0xF4) {
+        extra = 3;
+        value = c & 0x07u;
+        if (c == 0xF0) low = 0x90;
+        if (c == 0xF4) high = 0x8F;
       } else {
-        unsigned value =
-            ((c & 0x07u) << 18) | ((s[i + 1] & 0x3Fu) << 12) | ((s[i + 2] & 0x3Fu) << 6) | (s[i + 3] & 0x3Fu);
+        return 0;
+      }
+      if (i + extra >= size || s[i + 1] < low || s[i + 1] > high) return 0;
+      for (size_t k = 1; k <= extra; ++k) {
+        if (s[i + k] < 0x80 || s[i + k] > 0xBF) return 0;
+        value = (value << 6) | (s[i + k] & 0x3Fu);
+      }
+      if (value >= 0x10000) {
         value -= 0x10000;
         *out++ = static_cast<wchar_t>(0xD800 + (value >> 10));
         *out++ = static_cast<wchar_t>(0xDC00 + (value & 0x3FF));
-        i += 4;
+      } else {
+        *out++ = static_cast<wchar_t>(value);
       }
+      i += extra + 1;
     }
+    return static_cast<size_t>(out - start);
   }
 
   const char* p;
