@@ -21,7 +21,7 @@ const wchar_t* const kFile = L"bench_qcsv.qcsv";
 const wchar_t* const kFloorFile = L"bench_qcsv_floor.qcsv";
 const wchar_t* const kMemoryFile = L"bench_qcsv_memory.txt";
 constexpr int kRows = 100000;
-constexpr int kRuns = 11;
+constexpr int kRuns = 21;
 
 double Now() {
   static LARGE_INTEGER frequency = [] {
