@@ -3,10 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "app/Prompt.h"
 #include "app/QcsvDocument.h"
 #include "app/QcsvTestUtil.h"
-#include "app/Strings.h"
 #include "app/TextPair.h"
 #include "common/TestUtil.h"
 
