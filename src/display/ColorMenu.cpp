@@ -25,7 +25,7 @@ constexpr UINT kColumnStart = MF_STRING | MF_MENUBARBREAK;
 constexpr UINT kDisabledColumnStart = MF_STRING | MF_MENUBARBREAK | MF_GRAYED;
 
 void AddItem(HMENU menu, UINT flags, int command, const wchar_t* text) {
-  AppendMenuW(menu, flags, static_cast<UINT_PTR>(static_cast<UINT>(command)), text);
+  AppendMenuW(menu, flags, static_cast<UINT_PTR>(command), text);
 }
 
 void AddSeparator(HMENU menu) {
@@ -72,11 +72,11 @@ void ColorMenu::AddSwatches() {
   HDC screen = GetDC(nullptr);
   HDC memory = CreateCompatibleDC(screen);
   for (int command = 0; command < kColorSlotCount; ++command) {
-    HBITMAP bitmap = CreateCompatibleBitmap(screen, side, side);
+    swatches[command].Reset(CreateCompatibleBitmap(screen, side, side));
+    HBITMAP bitmap = swatches[command].Get();
     HGDIOBJ previous = SelectObject(memory, bitmap);
     PaintColorSwatch(memory, RECT{0, 0, side, side}, command == 0 ? current : slots[command], RGB(0, 0, 0));
     SelectObject(memory, previous);
-    swatches[command] = bitmap;
     // Commands without an item (9, 18, 27, unused extras) are simply not found.
     SetMenuItemBitmaps(menu, command, MF_BYCOMMAND, bitmap, nullptr);
   }
@@ -85,7 +85,6 @@ void ColorMenu::AddSwatches() {
 }
 
 ColorMenu::~ColorMenu() {
-  for (HBITMAP bitmap : swatches) DeleteObject(bitmap);
   DestroyMenu(menu);
 }
 

@@ -4,15 +4,17 @@
 #include <array>
 
 #include "display/Color.h"
+#include "ui/Handles.h"
 
 // Colours the open palette menu offers: slots 0-27 are the palette, 28-36 extra colours from the caller.
 inline constexpr int kColorSlotCount = 37;
 inline constexpr int kFirstExtraSlot = 28;
 using ColorSlots = std::array<COLORREF, kColorSlotCount>;
 
-// Menu commands besides the slot numbers; 0 is "Current setting" and also a dismissal.
-inline constexpr int kCommandCustom = -1;
-inline constexpr int kCommandShowNothing = -2;
+// Menu commands besides the slot numbers; 0 is "Current setting" and also a dismissal. They lie above
+// the slots and are positive: some menu implementations take the identifier -1 for "nothing chosen".
+inline constexpr int kCommandCustom = 100;
+inline constexpr int kCommandShowNothing = 101;
 
 // The palette plus up to nine of the extras (a list ended by 0, read for at most 64 entries) that are
 // neither kColorNone nor already offered.
@@ -37,7 +39,7 @@ class ColorMenu {
   COLORREF current;
   ColorSlots slots;
   HMENU menu;
-  std::array<HBITMAP, kColorSlotCount> swatches{};
+  std::array<BitmapHandle, kColorSlotCount> swatches;
 };
 
 // Shows the palette menu at the cursor and returns the chosen colour; "Current setting", a dismissal or a

@@ -6,6 +6,7 @@
 #include "app/Prompt.h"
 #include "app/TextPair.h"
 #include "display/ColorMenu.h"
+#include "display/SelectEdgedTextColor.h"
 
 namespace {
 
@@ -70,7 +71,7 @@ std::vector<Expected> PaletteMenu(const Expected& thirdColumnStart) {
       {"", 6, L"Green"},
       {"", 7, L"Light blue"},
       {"", 8, L"Yellow"},
-      {"|", -1, L"Custom"},
+      {"|", kCommandCustom, L"Custom"},
       {"-", 0, L""},
       {"", 10, L"Gray"},
       {"", 11, L"Light Gray"},
@@ -117,7 +118,7 @@ TEST_F(ColorMenuTest, ThreeColumnsWithDisabledStarterWhenNoneIsNotAllowed) {
 
 TEST_F(ColorMenuTest, AllowNoneStartsTheThirdColumnWithShowNothing) {
   ColorMenu menu(0x00123456, true, nullptr);
-  ExpectMenu(menu.Handle(), PaletteMenu({"|", -2, L"Show nothing"}));
+  ExpectMenu(menu.Handle(), PaletteMenu({"|", kCommandShowNothing, L"Show nothing"}));
 }
 
 TEST_F(ColorMenuTest, ExtrasAddANewColumnOfColoursNotYetOffered) {
@@ -182,7 +183,7 @@ TEST_F(ColorMenuTest, EveryColourItemCarriesASquareSwatchOfItsColour) {
   int side = GetSystemMetrics(SM_CYMENUCHECK);
   for (const MenuItem& item : ReadMenu(menu.Handle())) {
     if (item.separator || item.disabled) continue;
-    if (item.command < 0) {
+    if (item.command == kCommandCustom || item.command == kCommandShowNothing) {
       EXPECT_EQ(item.swatch, nullptr) << item.command;
       continue;
     }
@@ -209,7 +210,7 @@ TEST_F(ColorMenuTest, PickMapsEachCommandToItsColour) {
       {0x00ABCDEF, 0, 0x00ABCDEF},  // "Current setting" or a dismissal
       {kColorNone, 0, kColorNone},  // even when there is no colour
       {0x00ABCDEF, 1, 0x000000},   {0x00ABCDEF, 4, 0x0000FF},  {0x00ABCDEF, 16, 0xBFBF00},
-      {0x00ABCDEF, 26, 0xAFFFFF},  {0x00ABCDEF, 28, 0x123456}, {0x00ABCDEF, -2, kColorNone},
+      {0x00ABCDEF, 26, 0xAFFFFF},  {0x00ABCDEF, 28, 0x123456}, {0x00ABCDEF, kCommandShowNothing, kColorNone},
   };
   for (const Case& c : cases) {
     ScopedPrompts prompts;
@@ -260,5 +261,66 @@ TEST_F(ColorMenuTest, CustomAsksTheColourChooserWithTheSharedCustomColours) {
     // The chooser's custom colours live on for the next pick.
     EXPECT_EQ(g_customColors[3], 0x00445566u);
     g_customColors[3] = 0x00FFFFFF;
+  }
+}
+
+namespace {
+
+// Keys typed into the real pop-up menu once it is open (from a timer that runs inside its loop).
+std::vector<WORD> g_keys;
+int g_menuTicks = 0;
+bool g_menuSeen = false;
+
+void CALLBACK TypeIntoMenu(HWND, UINT, UINT_PTR timer, DWORD) {
+  HWND menu = FindWindowW(L"#32768", nullptr);
+  if (menu && IsWindowVisible(menu) && !g_menuSeen) {
+    g_menuSeen = true;
+    for (WORD key : g_keys) {
+      PostMessageW(menu, WM_KEYDOWN, key, 0);
+      PostMessageW(menu, WM_KEYUP, key, 0xC0000000);
+    }
+  }
+  // A menu that ignores the keys is closed, so that the test fails instead of hanging.
+  if (++g_menuTicks > 100) {
+    KillTimer(nullptr, timer);
+    EndMenu();
+  }
+}
+
+}  // namespace
+
+TEST_F(ColorMenuTest, RealMenuReturnsTheCommandsOfItsItems) {
+  struct Case {
+    std::vector<WORD> keys;
+    COLORREF expected;
+    int chooserAsked;
+  };
+  const Case cases[] = {
+      {{VK_ESCAPE}, 0x00ABCDEF, 0},
+      {{VK_DOWN, VK_RETURN}, 0x00ABCDEF, 0},                  // "Current setting"
+      {{VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, 0xFFFFFF, 0},  // past the separator to "White"
+      {{VK_DOWN, VK_RIGHT, VK_RIGHT, VK_RETURN}, kColorNone, 0},
+      {{VK_DOWN, VK_RIGHT, VK_RETURN}, 0x00102030, 1},  // "Custom" leads on to the colour chooser
+  };
+  for (const Case& c : cases) {
+    ScopedPrompts prompts;
+    int asked = 0;
+    CurrentPrompts().chooseColor = [&](CHOOSECOLORW& request) {
+      ++asked;
+      request.rgbResult = 0x00102030;
+      return true;
+    };
+    CSelectEdgedTextColor ownerDialog(0, 0);
+    ASSERT_TRUE(ownerDialog.Create(nullptr));
+    HWND owner = ownerDialog.Handle();
+    ShowWindow(owner, SW_SHOW);
+    SetForegroundWindow(owner);
+    g_keys = c.keys;
+    g_menuTicks = 0;
+    g_menuSeen = false;
+    SetTimer(nullptr, 0, 20, TypeIntoMenu);
+    EXPECT_EQ(PickColorFromMenu(owner, 0x00ABCDEF, true), c.expected) << c.keys.size();
+    EXPECT_TRUE(g_menuSeen);
+    EXPECT_EQ(asked, c.chooserAsked);
   }
 }
