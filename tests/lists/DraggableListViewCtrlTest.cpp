@@ -3,6 +3,7 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -166,35 +167,41 @@ TEST(DraggableListView, ShowsTheChosenColumnsOfEveryRowInFileOrder) {
 }
 
 TEST(DraggableListView, ColumnsAreLabelledInTheLanguageAndSizedToTheLabel) {
-  for (uint32_t language : {kEnglish, kJapanese}) {
-    SetLanguage(language);
-    CHostDlg host;
-    ASSERT_TRUE(host.Create(nullptr));
-    CDraggableListViewCtrl view;
-    ASSERT_TRUE(view.Attach(host.Item(kListId)));
-    QcsvDocument empty;
-    view.setListFile(&empty);
-    view.SetupColumns(kLogExColumns);
-    HWND handle = view.Handle();
-    ASSERT_EQ(Header_GetItemCount(ListView_GetHeader(handle)), 7);
-    for (int column = 0; column < 7; ++column) {
-      const wchar_t* label = kLogExColumns[column][language];
-      wchar_t text[64] = {};
-      LVCOLUMNW info{};
-      info.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
-      info.pszText = text;
-      info.cchTextMax = static_cast<int>(std::size(text));
-      ASSERT_TRUE(ListView_GetColumn(handle, column, &info));
-      EXPECT_STREQ(text, label);
-      EXPECT_EQ(info.cx, ListView_GetStringWidth(handle, label) + 15);
-      EXPECT_EQ(info.iSubItem, column);
-      EXPECT_EQ(info.fmt & LVCFMT_JUSTIFYMASK, LVCFMT_LEFT);
-      EXPECT_EQ(view.ColumnByLabel(label), column + 1);
-      EXPECT_EQ(view.ColumnKey(column), kLogExColumns[column].English());
-      // A file that lacks a shown column gets it, so that every shown cell can be read and written.
-      EXPECT_EQ(empty.ColumnIndex(kLogExColumns[column].English()), column);
+  // Every column count the list editors use: 1, 2, 3, 4, 5 and 7.
+  const std::span<const TextPair> tables[] = {kKeywordColumns, kEnchantColorColumns, kListColorColumns,
+                                              kLabelColumns,   kBgmExColumns,        kLogExColumns};
+  for (std::span<const TextPair> table : tables) {
+    for (uint32_t language : {kEnglish, kJapanese}) {
+      SetLanguage(language);
+      CHostDlg host;
+      ASSERT_TRUE(host.Create(nullptr));
+      CDraggableListViewCtrl view;
+      ASSERT_TRUE(view.Attach(host.Item(kListId)));
+      QcsvDocument empty;
+      view.setListFile(&empty);
+      view.SetupColumns(table);
+      HWND handle = view.Handle();
+      const int count = static_cast<int>(table.size());
+      ASSERT_EQ(Header_GetItemCount(ListView_GetHeader(handle)), count);
+      for (int column = 0; column < count; ++column) {
+        const wchar_t* label = table[column][language];
+        wchar_t text[64] = {};
+        LVCOLUMNW info{};
+        info.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM | LVCF_FMT;
+        info.pszText = text;
+        info.cchTextMax = static_cast<int>(std::size(text));
+        ASSERT_TRUE(ListView_GetColumn(handle, column, &info));
+        EXPECT_STREQ(text, label);
+        EXPECT_EQ(info.cx, ListView_GetStringWidth(handle, label) + 15);
+        EXPECT_EQ(info.iSubItem, column);
+        EXPECT_EQ(info.fmt & LVCFMT_JUSTIFYMASK, LVCFMT_LEFT);
+        EXPECT_EQ(view.ColumnByLabel(label), column + 1);
+        EXPECT_EQ(view.ColumnKey(column), table[column].English());
+        // A file that lacks a shown column gets it, so that every shown cell can be read and written.
+        EXPECT_EQ(empty.ColumnIndex(table[column].English()), column);
+      }
+      EXPECT_EQ(view.ColumnByLabel(L"no such label"), 0);
     }
-    EXPECT_EQ(view.ColumnByLabel(L"no such label"), 0);
   }
   SetLanguage(kEnglish);
 }
