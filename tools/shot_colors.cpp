@@ -56,14 +56,14 @@ int wmain(int argc, wchar_t** argv) {
 
   for (uint32_t language : {kEnglish, kJapanese}) {
     SetLanguage(language);
-    std::wstring suffix = language == kEnglish ? L"_en.bmp" : L"_ja.bmp";
+    std::wstring suffix = language == kEnglish ? L"-en.bmp" : L"-ja.bmp";
 
     CConfColorizeDlg colorize(listFile);
-    ShootDialog(colorize, out + L"\\colors_identified" + suffix);
+    ShootDialog(colorize, out + L"\\colors-identified-item" + suffix);
 
     CSelectEdgedTextColor edged(0x00FFFFFF, 0x00312A25);
-    ShootDialog(edged, out + L"\\colors_edged" + suffix);
-    ShootMenu(edged.Handle(), out + L"\\colors_menu" + suffix);
+    ShootDialog(edged, out + L"\\colors-edged-text" + suffix);
+    ShootMenu(edged.Handle(), out + L"\\colors-menu" + suffix);
   }
   return 0;
 }
