@@ -44,7 +44,9 @@ class CDraggableListViewCtrl : public CWindowImpl {
 
   // Position plus one of the list-view column showing a label, 0 when none does.
   int ColumnByLabel(const std::wstring& label) const;
+  // The list-file column a list-view column shows, and its label as shown.
   const std::wstring& ColumnKey(int column) const { return columnKeys[column]; }
+  const std::wstring& ColumnLabel(int column) const { return columnLabels[column]; }
   // The item data of the dragged row, then of the row at the drop position.
   LPARAM DragItemData() const { return dragItemData; }
 

@@ -197,6 +197,7 @@ TEST(DraggableListView, ColumnsAreLabelledInTheLanguageAndSizedToTheLabel) {
         EXPECT_EQ(info.fmt & LVCFMT_JUSTIFYMASK, LVCFMT_LEFT);
         EXPECT_EQ(view.ColumnByLabel(label), column + 1);
         EXPECT_EQ(view.ColumnKey(column), table[column].English());
+        EXPECT_EQ(view.ColumnLabel(column), label);
         // A file that lacks a shown column gets it, so that every shown cell can be read and written.
         EXPECT_EQ(empty.ColumnIndex(table[column].English()), column);
       }
