@@ -15,6 +15,7 @@
 #include "display/SelectEdgedTextColor.h"
 #include "ui/FeatureDialogs.h"
 #include "ui/MainDlg.h"
+#include "ui/UiTestUtil.h"
 
 namespace {
 
@@ -192,6 +193,7 @@ TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
     for (const Expected& e : table) {
       std::wstring shown = e.id == 0 ? d.GetText() : d.GetItemText(e.id);
       EXPECT_EQ(shown, language == kEnglish ? e.english : e.japanese) << e.id;
+      if (e.id != 0) ExpectTextFits(d.Item(e.id));
     }
   };
   TempDir dir;
