@@ -230,8 +230,7 @@ bool CMainDlg::OnInitDialog() {
 
   HWND list = Item(kCategoryListId);
   ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
-  UINT dpi = GetDpiForWindow(handle);
-  if (!dpi) dpi = USER_DEFAULT_SCREEN_DPI;
+  const UINT dpi = WindowDpi(handle);
   const int iconSize = MulDiv(16, static_cast<int>(dpi), USER_DEFAULT_SCREEN_DPI);
   icons.reset(ImageList_Create(iconSize, iconSize, ILC_COLOR32 | ILC_MASK, std::size(kCategories), 0));
   for (const OptionCategory& category : kCategories)
