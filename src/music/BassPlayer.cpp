@@ -190,7 +190,7 @@ bool CBassPlayer::SetSoundFont(const std::wstring& path) {
     SendVstCommand(kVstQuit, L"");
     StartVstHost(BuildVstHostLaunch(CurrentFolder(), vstBitness, GetCurrentProcessId(), hwndpf, hwndee));
     // The host needs a moment to create its window before it can take the instrument.
-    Sleep(kVstHostStartWait);
+    Sleep(VstHostStartWait());
     SendVstCommand(kVstLoadInstrument, path);
     return true;
   }

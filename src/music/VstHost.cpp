@@ -28,7 +28,20 @@ class ReadOnlyFile {
   HANDLE handle;
 };
 
+DWORD& StartWait() {
+  static DWORD wait = kVstHostStartWait;
+  return wait;
+}
+
 }  // namespace
+
+DWORD VstHostStartWait() {
+  return StartWait();
+}
+
+void SetVstHostStartWait(DWORD milliseconds) {
+  StartWait() = milliseconds;
+}
 
 int ReadVstBitness(const std::wstring& dllPath) {
   ReadOnlyFile file(dllPath);

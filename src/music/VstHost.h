@@ -17,7 +17,6 @@ enum VstCommand : int {
 };
 
 inline constexpr int kVstProtocolVersion = 3;
-inline constexpr DWORD kVstHostStartWait = 1000;
 inline constexpr const wchar_t* kVstHostClass32 = L"VrkVstHost32";
 inline constexpr const wchar_t* kVstHostClass64 = L"VrkVstHost64";
 // Room for a command's text, terminating zero included.
@@ -41,3 +40,9 @@ struct VstHostLaunch {
 VstHostLaunch BuildVstHostLaunch(const std::wstring& baseFolder, int bitness, DWORD processId,
                                  uint32_t hwndpf, uint32_t hwndee);
 bool StartVstHost(const VstHostLaunch& launch);
+
+// How long a freshly started host is given to create its window before it is sent the instrument: one
+// second, shortened only by tests.
+inline constexpr DWORD kVstHostStartWait = 1000;
+DWORD VstHostStartWait();
+void SetVstHostStartWait(DWORD milliseconds);

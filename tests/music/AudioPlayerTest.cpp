@@ -16,6 +16,7 @@
 #include "music/MciPlayer.h"
 #include "music/NullPlayer.h"
 #include "music/SoundEffectPlayer.h"
+#include "music/VstHost.h"
 
 namespace {
 
@@ -56,6 +57,12 @@ bool MakeShortcut(const std::wstring& link, const std::wstring& target) {
   CoUninitialize();
   return ok;
 }
+
+// No host starts in these tests: its start-up wait would only slow them.
+struct ShortHostWait {
+  ShortHostWait() { SetVstHostStartWait(0); }
+  ~ShortHostWait() { SetVstHostStartWait(kVstHostStartWait); }
+};
 
 class LanguageScope {
  public:
@@ -141,8 +148,8 @@ TEST(AudioPlayer, ShortcutOpensItsTarget) {
 TEST(AudioPlayer, MergedPatternsAreTheFilePlayersForEveryMethod) {
   AudioFolder folder = AllLibraries();
   // The built-in patterns, then those bassmidi.dll adds as a plug-in.
-  const std::vector<std::wstring> filePatterns{L"*.mid", L"*.flac", L"*.ogg", L"*.aac",  L"*.m4a",
-                                               L"*.mp4", L"*.mp3",  L"*.mp2", L"*.mp1",  L"*.wma",
+  const std::vector<std::wstring> filePatterns{L"*.mid", L"*.flac", L"*.ogg",  L"*.aac", L"*.m4a",
+                                               L"*.mp4", L"*.mp3",  L"*.mp2",  L"*.mp1", L"*.wma",
                                                L"*.wav", L"*.aif",  L"*.midi", L"*.rmi", L"*.kar"};
   for (int method : {0, 1, 2, 3, 9}) {
     CAudioPlayer player(method, nullptr);
@@ -276,6 +283,7 @@ TEST(AudioPlayer, WithoutLibrariesEveryOperationFailsCleanlyAndNamesTheMissingFi
                         {kMidiMci, nullptr},
                         {kMidiDirectMusic, L"GuruGuruSMF4.dll is not loaded"}};
   AudioFolder folder{};
+  ShortHostWait noWait;
   std::wstring ogg = folder.MakeFile(L"a.ogg");
   std::wstring mid = folder.MakeFile(L"b.mid");
   for (const Case& c : cases) {
@@ -367,4 +375,24 @@ TEST(NullPlayer, AcceptsEverythingAndPlaysNothing) {
   EXPECT_EQ(text, L"N/A");
   ASSERT_EQ(player.GetPatternCount(), 1);
   EXPECT_EQ(player.GetPattern(0), L"*.mid");
+}
+
+TEST(AudioLibraries, ALibraryWithoutTheEntryPointsIsHandledCleanly) {
+  // A DLL of the right name that exports none of the entry points: for BASS it does not count as loaded;
+  // GuruGuruSMF4 counts only a failed load, and each missing entry point answers "ApiNull".
+  AudioFolder folder{{kStandInPlugin, L"bass.dll"}, {kStandInPlugin, L"GuruGuruSMF4.dll"}};
+  RecordedMessages messages;
+  CAudioPlayer player(kMidiDirectMusic, nullptr);
+  EXPECT_TRUE(messages.asked.empty());
+  EXPECT_EQ(Bass(), nullptr);
+  std::wstring text;
+  EXPECT_FALSE(player.Open(folder.MakeFile(L"a.ogg")));
+  player.GetErrorText(text);
+  EXPECT_EQ(text, L"bass.dll is not loaded");
+  EXPECT_FALSE(player.Open(folder.MakeFile(L"b.mid")));
+  player.GetErrorText(text);
+  EXPECT_EQ(text, L"ApiNull");
+  EXPECT_FALSE(player.Play());
+  player.SetVolume(0.5f);
+  player.Stop();
 }

@@ -169,13 +169,30 @@ TEST(VstHost, InstrumentRestartsTheHostAndMidiFilesGoThroughIt) {
   std::wstring smf = folder.MakeFile(L"b.SMF");
   std::wstring midi = folder.MakeFile(L"c.Midi");
   std::wstring ogg = folder.MakeFile(L"d.ogg");
+  std::wstring base = folder.File(L"");
+  base.pop_back();
+  ASSERT_TRUE(CopyFileW((StandInFolder() + L"VrkVstHost64.exe").c_str(),
+                        folder.File(L"VrkVstHost64.exe").c_str(), FALSE));
+  ASSERT_TRUE(CreateDirectoryW(folder.File(L"vst64").c_str(), nullptr));
+  HANDLE started = CreateEventW(nullptr, TRUE, FALSE, L"VrkVstHostStandInStarted");
+  OwnerWindow extender;
   CAudioPlayer player(kMidiBass, nullptr);
+  player.SetHostWindows(host.window, extender.Get());
 
+  ASSERT_EQ(VstHostStartWait(), 1000u);
   ASSERT_TRUE(player.SetSoundFont(synth));
   // Quit goes to the old host before the new one is started and given the instrument.
   using Commands_t = std::vector<std::pair<ULONG_PTR, std::wstring>>;
   EXPECT_EQ(Commands(), (Commands_t{{7, L""}, {5, synth}}));
   EXPECT_TRUE(folder.MidiCalls().empty());
+  // The stand-in host reports the command line it got and the folder it runs in.
+  ASSERT_EQ(WaitForSingleObject(started, 20000), WAIT_OBJECT_0);
+  CloseHandle(started);
+  std::string report = ReadFileBytes(folder.File(L"vst64\\started.txt"));
+  EXPECT_EQ(std::wstring(reinterpret_cast<const wchar_t*>(report.data()), report.size() / sizeof(wchar_t)),
+            base + L"\\VrkVstHost64.exe v=3 pid=" + std::to_wstring(GetCurrentProcessId()) + L" hwndpf=" +
+                std::to_wstring(reinterpret_cast<uintptr_t>(host.window)) + L" hwndee=" + extender.Number() +
+                L"\n" + base + L"\\vst64");
 
   Log().clear();
   folder.ClearCalls();
