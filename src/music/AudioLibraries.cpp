@@ -3,6 +3,8 @@
 #include <array>
 #include <utility>
 
+#include "app/TextPair.h"
+
 namespace {
 
 // Shown by a player whose library is missing; %s is the file name.
@@ -75,7 +77,9 @@ bool Resolve(HMODULE module, const char* name, Pointer& entry) {
 #define VRK_RESOLVE_ENTRY(name, result, params) all = Resolve(module.Get(), #name, api.name) && all;
 
 bool LoadLibraryFile(LoadedModule& module, const wchar_t* fileName) {
-  return module.Load(AudioLibraryFolder() + fileName);
+  // Without a folder the bare name would be looked up along the search path: never load that way.
+  std::wstring folder = AudioLibraryFolder();
+  return !folder.empty() && module.Load(folder + fileName);
 }
 
 bool LoadBassApi(LoadedModule& module, BassApi& api) {

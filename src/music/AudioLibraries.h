@@ -6,8 +6,6 @@
 #include <string>
 #include <string_view>
 
-#include "app/TextPair.h"
-
 // The audio libraries are not shipped with the tool: they are loaded at run time from the program's
 // folder by full path, and a missing one is a state the players report, never a crash.
 
@@ -139,7 +137,7 @@ inline constexpr const wchar_t* kBassMidiFileName = L"bassmidi.dll";
 inline constexpr const wchar_t* kGgs4FileName = L"GuruGuruSMF4.dll";
 
 // The folder the libraries are loaded from, ending with a backslash: the program's own folder unless a
-// test has pointed it elsewhere.
+// test has pointed it elsewhere (an empty folder puts the program's back).
 std::wstring AudioLibraryFolder();
 void SetAudioLibraryFolder(std::wstring folder);
 

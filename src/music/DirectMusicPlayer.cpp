@@ -1,6 +1,7 @@
 #include "music/DirectMusicPlayer.h"
 
 #include "app/Prompt.h"
+#include "app/TextPair.h"
 #include "music/AudioLibraries.h"
 
 namespace {
