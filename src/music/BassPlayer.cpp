@@ -10,6 +10,9 @@ namespace {
 
 constexpr const wchar_t* kBuiltInPatterns[] = {L"*.flac", L"*.ogg", L"*.aac", L"*.m4a", L"*.mp4", L"*.mp3",
                                                L"*.mp2",  L"*.mp1", L"*.wma", L"*.wav", L"*.aif"};
+// The output rate, in whole kilohertz when it is one.
+constexpr TextPair strRateKiloHertz{L"%d kHz", L"%d kHz"};
+constexpr TextPair strRateHertz{L"%d Hz", L"%d Hz"};
 // Plug-in extension lists are converted into a buffer of this many characters.
 constexpr int kExtensionBufferSize = 2000;
 
@@ -156,11 +159,12 @@ void CBassPlayer::GetDeviceInfo(std::wstring& text) {
   }
   BASS_INFO info{};
   if (!bass->BASS_GetInfo(&info)) {
-    text = kNotAvailable;
+    text = Text(strNotAvailable);
     return;
   }
   int rate = static_cast<int>(info.freq);
-  text = rate % 1000 == 0 ? std::to_wstring(rate / 1000) + L" kHz" : std::to_wstring(rate) + L" Hz";
+  text = rate % 1000 == 0 ? Text(strRateKiloHertz) : Text(strRateHertz);
+  text.replace(text.find(L"%d"), 2, std::to_wstring(rate % 1000 == 0 ? rate / 1000 : rate));
 }
 
 void CBassPlayer::GetErrorText(std::wstring& text) {

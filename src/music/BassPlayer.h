@@ -25,7 +25,6 @@ class CBassPlayer : public CMidiPlayer {
   uint32_t LoopStart() const { return loopStart; }
   uint32_t LoopEnd() const { return loopEnd; }
   int VstBitness() const { return vstBitness; }
-  bool IsRoutedToHost() const { return routedToHost != FALSE; }
 
  private:
   void LoadPlugins();

@@ -92,7 +92,7 @@ void CDirectMusicPlayer::SetVolume(float volume) {
 }
 
 void CDirectMusicPlayer::GetDeviceInfo(std::wstring& text) {
-  text = kNotAvailable;
+  text = Text(strNotAvailable);
 }
 
 void CDirectMusicPlayer::GetErrorText(std::wstring& text) {

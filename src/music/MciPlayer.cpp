@@ -41,7 +41,7 @@ void CMciPlayer::Stop() {
 void CMciPlayer::SetVolume(float) {}
 
 void CMciPlayer::GetDeviceInfo(std::wstring& text) {
-  text = kNotAvailable;
+  text = Text(strNotAvailable);
 }
 
 void CMciPlayer::GetErrorText(std::wstring& text) {

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "app/TextPair.h"
+
 // The interface of every audition player: the dialogs open a file, play, stop and set the volume without
 // knowing which engine plays it.
 class CMidiPlayer {
@@ -35,5 +37,5 @@ class CMidiPlayer {
   HWND Owner() const { return reinterpret_cast<HWND>(static_cast<uintptr_t>(owner)); }
 };
 
-// What the players that have no device to describe show.
-inline constexpr const wchar_t* kNotAvailable = L"N/A";
+// What a player shows when it has no device or error to describe.
+inline constexpr TextPair strNotAvailable{L"N/A", L"N/A"};

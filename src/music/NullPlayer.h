@@ -11,8 +11,8 @@ class CNullPlayer : public CMidiPlayer {
   bool Play() override { return false; }
   void Stop() override {}
   void SetVolume(float) override {}
-  void GetDeviceInfo(std::wstring& text) override { text = kNotAvailable; }
-  void GetErrorText(std::wstring& text) override { text = kNotAvailable; }
+  void GetDeviceInfo(std::wstring& text) override { text = Text(strNotAvailable); }
+  void GetErrorText(std::wstring& text) override { text = Text(strNotAvailable); }
   void Close() override {}
   bool SetSoundFont(const std::wstring&) override { return false; }
 };
