@@ -48,7 +48,7 @@ CDirectMusicPlayer::CDirectMusicPlayer(HWND owner) : CMidiPlayer(owner) {
     library.api = {};
     if (!LoadGgs4Api(library.module, library.api)) {
       library.api = {};
-      ShowMessage(nullptr, Text(strGgs4Missing), L"", MB_OK);
+      ShowMessage(nullptr, Text(strGgs4Missing), kDefaultCaption, MB_OK);
       return;
     }
   }

@@ -315,7 +315,7 @@ TEST(AudioPlayer, WithoutLibrariesEveryOperationFailsCleanlyAndNamesTheMissingFi
       ASSERT_EQ(messages.asked.size(), 1u);
       EXPECT_EQ(messages.asked[0].owner, nullptr);
       EXPECT_EQ(messages.asked[0].text, kGgs4Message);
-      EXPECT_EQ(messages.asked[0].caption, L"");
+      EXPECT_EQ(messages.asked[0].caption, kDefaultCaption);
       EXPECT_EQ(messages.asked[0].type, static_cast<UINT>(MB_OK));
     } else {
       EXPECT_TRUE(messages.asked.empty()) << c.method;
