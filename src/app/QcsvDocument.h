@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,9 +46,17 @@ class QcsvDocument {
   void EraseRow(size_t index);
   void AppendRow(Row row);
 
+  // The step that puts bytes into the temporary file during Write. Tests replace it to make a write
+  // fail midway; an empty function puts the real write back.
+  using WriteStep = std::function<bool(void* file, std::string_view bytes)>;
+  static void SetWriteStepForTests(WriteStep step);
+
  private:
   std::wstring path;
   std::vector<std::pair<std::wstring, std::wstring>> options;
   std::vector<std::wstring> columns;
   std::vector<Row> rows;
+
+  // Position of the option named so (the last one when a file repeats it), or -1.
+  int OptionIndex(std::wstring_view name) const;
 };

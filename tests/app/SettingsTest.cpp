@@ -9,20 +9,69 @@
 namespace {
 
 // The file order the extension expects, written out independently of the code's table.
-const wchar_t* const kFileOrder[63] = {
-    L"iLanguage", L"wstrMorva", L"enLogExtender", L"enLogExtender_FullLog", L"enPetInfo", L"enTreasureMap",
-    L"enLabel", L"enEnchantFinder", L"enListExtender", L"enStockMK", L"enColorizeIdentifiedItem",
-    L"enWeightGraph", L"enShowPiggyBank", L"enShowFoodRemainingTime", L"enShowQuestItem", L"enQuestCounter",
-    L"enQuestStatus", L"enQuestNpcDir", L"enFrameCounter", L"enEtherwindAlert", L"enSetInfoPos",
-    L"enShowRestock", L"enUseComma", L"enShowWeight", L"enShowSleepiness", L"enShowWet", L"enShowSatiety",
-    L"enShowStamina", L"enDateFormat", L"enCharacterCreateHelper", L"enCasinoFix", L"enHideNoParty",
-    L"enEquipSet", L"enScreenshot", L"enScreenshotIncludeFrame", L"enQuickSearch", L"enRestoreWindowPlacement",
-    L"enNumlockOff", L"enMusicExtender", L"enMusicExtender_NoReplace", L"enDebugOutput", L"enNoZip",
-    L"enItemInfo", L"enCustomRealDate", L"enSuperCheatMode", L"enMusicExtender_SupressRestart", L"iStockMK",
-    L"iScreenshotRange", L"iScreenshotFormat", L"iJpegQuality", L"iInfoLayerFrame", L"iInfoLayerStamina",
-    L"iInfoLayerEtherwind", L"iInfoLayerQuestCount", L"iInfoLayerQuestNpcDir", L"iDateFormat",
-    L"iSatietyFormat", L"iWeightGraphPosition_Right", L"iWeightGraphColor_Gain", L"iWeightGraphColor_Current",
-    L"iWeightGraphColor_Lose", L"iCustomRealDate_Month", L"iCustomRealDate_Day"};
+const wchar_t* const kFileOrder[63] = {L"iLanguage",
+                                       L"wstrMorva",
+                                       L"enLogExtender",
+                                       L"enLogExtender_FullLog",
+                                       L"enPetInfo",
+                                       L"enTreasureMap",
+                                       L"enLabel",
+                                       L"enEnchantFinder",
+                                       L"enListExtender",
+                                       L"enStockMK",
+                                       L"enColorizeIdentifiedItem",
+                                       L"enWeightGraph",
+                                       L"enShowPiggyBank",
+                                       L"enShowFoodRemainingTime",
+                                       L"enShowQuestItem",
+                                       L"enQuestCounter",
+                                       L"enQuestStatus",
+                                       L"enQuestNpcDir",
+                                       L"enFrameCounter",
+                                       L"enEtherwindAlert",
+                                       L"enSetInfoPos",
+                                       L"enShowRestock",
+                                       L"enUseComma",
+                                       L"enShowWeight",
+                                       L"enShowSleepiness",
+                                       L"enShowWet",
+                                       L"enShowSatiety",
+                                       L"enShowStamina",
+                                       L"enDateFormat",
+                                       L"enCharacterCreateHelper",
+                                       L"enCasinoFix",
+                                       L"enHideNoParty",
+                                       L"enEquipSet",
+                                       L"enScreenshot",
+                                       L"enScreenshotIncludeFrame",
+                                       L"enQuickSearch",
+                                       L"enRestoreWindowPlacement",
+                                       L"enNumlockOff",
+                                       L"enMusicExtender",
+                                       L"enMusicExtender_NoReplace",
+                                       L"enDebugOutput",
+                                       L"enNoZip",
+                                       L"enItemInfo",
+                                       L"enCustomRealDate",
+                                       L"enSuperCheatMode",
+                                       L"enMusicExtender_SupressRestart",
+                                       L"iStockMK",
+                                       L"iScreenshotRange",
+                                       L"iScreenshotFormat",
+                                       L"iJpegQuality",
+                                       L"iInfoLayerFrame",
+                                       L"iInfoLayerStamina",
+                                       L"iInfoLayerEtherwind",
+                                       L"iInfoLayerQuestCount",
+                                       L"iInfoLayerQuestNpcDir",
+                                       L"iDateFormat",
+                                       L"iSatietyFormat",
+                                       L"iWeightGraphPosition_Right",
+                                       L"iWeightGraphColor_Gain",
+                                       L"iWeightGraphColor_Current",
+                                       L"iWeightGraphColor_Lose",
+                                       L"iCustomRealDate_Month",
+                                       L"iCustomRealDate_Day"};
 
 // Loads the way start-up does, from a file in a temporary folder.
 struct LoadedSettings {
@@ -36,7 +85,9 @@ struct LoadedSettings {
   Settings settings;
 };
 
-std::string Ini(const char* body) { return std::string("[MorvaExtender_v5]\r\n") + body; }
+std::string Ini(const char* body) {
+  return std::string("[MorvaExtender_v5]\r\n") + body;
+}
 
 }  // namespace
 
@@ -120,9 +171,9 @@ TEST(Settings, LanguageFollowsTheUserLocaleWhenMissingOrMinusOne) {
 
 TEST(Settings, KeysNoDialogShowsSurviveALoadAndSave) {
   TempDir dir;
-  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"),
-                             Ini("enSuperCheatMode=1\r\nenDebugOutput=1\r\niJpegQuality=85\r\n"
-                                 "wstrMorva=C:\\Games\\Morva\r\niInfoLayerFrame=-7\r\n")));
+  ASSERT_TRUE(
+      WriteFileBytes(dir.File(L"Vrk.ini"), Ini("enSuperCheatMode=1\r\nenDebugOutput=1\r\niJpegQuality=85\r\n"
+                                               "wstrMorva=C:\\Games\\Morva\r\niInfoLayerFrame=-7\r\n")));
   LoadedSettings loaded(dir);
   loaded.settings.Save();
   LoadedSettings again(dir);
@@ -156,7 +207,8 @@ TEST(Settings, KindFollowsTheFirstCharacterOnly) {
   EXPECT_EQ(other, 9);
   settings.Save();
   std::string file = ReadFileBytes(dir.File(L"Vrk.ini"));
-  for (const char* line : {"\r\ntitle=hello\r\n", "\r\nnFlag=1\r\n", "\r\nuCount=4000000000\r\n", "\r\nxOther=\r\n"}) {
+  for (const char* line :
+       {"\r\ntitle=hello\r\n", "\r\nnFlag=1\r\n", "\r\nuCount=4000000000\r\n", "\r\nxOther=\r\n"}) {
     EXPECT_NE(file.find(line), std::string::npos) << line;
   }
 }

@@ -1,0 +1,363 @@
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/QcsvDocument.h"
+#include "app/QcsvTestUtil.h"
+#include "app/TextPair.h"
+#include "common/TestUtil.h"
+
+namespace {
+
+class LanguageScope {
+ public:
+  explicit LanguageScope(uint32_t language) : saved(Language()) { SetLanguage(language); }
+  ~LanguageScope() { SetLanguage(saved); }
+
+ private:
+  uint32_t saved;
+};
+
+}  // namespace
+
+TEST(QcsvWriter, WritesTheExactBytes) {
+  QcsvDocument doc;
+  doc.SetOption(L"WindowWidth", 640);
+  doc.SetOption(L"名前", L"青い\"空\"");
+  doc.SetColumns({L"keyword", L"color", L"a,b"});
+  doc.AppendRow({L"日本語のキーワード", L"#ff0000", L"x"});
+  doc.AppendRow({L"one, two", L"say \"hi\"", L"a\"b"});
+  doc.AppendRow({L"line1\r\nline2", L"", L"z"});
+  doc.InsertRow(3);
+  doc.AppendRow({L"-5"});
+
+  TempDir dir;
+  RecordedMessages messages;
+  ASSERT_TRUE(doc.Write(dir.File(L"LogEx.qcsv")));
+  EXPECT_TRUE(messages.shown.empty());
+  std::string expected =
+      "#format,qcsv\r\n"
+      "#option,WindowWidth:640\r\n" +
+      Utf8(L"#option,名前:\"青い\"\"空\"\"\"\r\n") + "#column,keyword,color,\"a,b\"\r\n" +
+      Utf8(L"日本語のキーワード,#ff0000,x\r\n") +
+      "\"one, two\",\"say \"\"hi\"\"\",\"a\"\"b\"\r\n"
+      "line1\r\nline2,,z\r\n"
+      ",,\r\n"
+      "-5,,\r\n";
+  EXPECT_EQ(ReadFileBytes(dir.File(L"LogEx.qcsv")), expected);
+
+  // The field with CR LF was written unquoted, so it comes back as two records. A quoted option
+  // value does not start its field, so the reader keeps its quotes.
+  QcsvDocument back;
+  ASSERT_TRUE(back.Read(dir.File(L"LogEx.qcsv")));
+  EXPECT_EQ(Dump(back),
+            L"O[WindowWidth][640] O[名前][\"青い\"\"空\"\"\"] C[keyword][color][a,b] "
+            L"R[日本語のキーワード][#ff0000][x] "
+            L"R[one, two][say \"hi\"][a\"b] R[line1][][] R[line2][][z] R[][][] R[-5][][]");
+  EXPECT_EQ(back.Path(), dir.File(L"LogEx.qcsv"));
+}
+
+TEST(QcsvWriter, NoOptionsAndNoColumnsStillWriteTheColumnLine) {
+  QcsvDocument doc;
+  doc.AppendRow({});
+  TempDir dir;
+  ASSERT_TRUE(doc.Write(dir.File(L"x.qcsv")));
+  EXPECT_EQ(ReadFileBytes(dir.File(L"x.qcsv")), "#format,qcsv\r\n#column\r\n\r\n");
+}
+
+TEST(QcsvReader, CasesFromTheGrammar) {
+  struct Case {
+    const char* name;
+    std::string bytes;
+    bool ok;
+    const wchar_t* dump;  // for a successful read
+  };
+  const std::string head = "#format,qcsv\r\n";
+  const Case cases[] = {
+      {"byte-order mark", "\xEF\xBB\xBF" + head + "#column,a\r\n", false, L""},
+      {"tag in capitals", "#FORMAT,qcsv\r\n#column,a\r\n", false, L""},
+      {"format name in capitals", "#format,QCSV\r\n", false, L""},
+      {"format name longer", "#format,qcsvx\r\n", false, L""},
+      {"format field alone", "#format\r\n", false, L""},
+      {"data before the tag", "a,b\r\n" + head, false, L""},
+      {"leading blank line", "\r\n" + head, false, L""},
+      {"tag only", head, true, L"C"},
+      {"tag without CR LF", "#format,qcsv", true, L"C"},
+      {"extra field on the tag line", "#format,qcsv,1\r\n", true, L"C"},
+      {"quoted tag", "\"#format\",\"qcsv\"\r\n", true, L"C"},
+      {"short row padded", head + "#column,a,b,c,d\r\nx,y\r\n", true, L"C[a][b][c][d] R[x][y][][]"},
+      {"long row kept", head + "#column,a,b\r\n1,2,3\r\n", true, L"C[a][b] R[1][2][3]"},
+      {"row before the column line", head + "x\r\n#column,a,b\r\ny\r\n", true, L"C[a][b] R[x] R[y][]"},
+      {"second column line", head + "#column,a\r\n#column,b\r\n", false, L""},
+      {"second format line", head + "#format,qcsv\r\n", false, L""},
+      {"options in one line", head + "#option,a:1,b:2\r\n#option,c:3\r\n", true,
+       L"O[a][1] O[b][2] O[c][3] C"},
+      {"option without colon", head + "#option,flag,x:1:2,:v\r\n", true, L"O[flag][] O[x][1:2] O[][v] C"},
+      {"option line without options", head + "#option\r\n", true, L"C"},
+      {"quoted option tag", head + "\"#option\",a:1\r\n", true, L"O[a][1] C"},
+      {"quoted option name and value", head + "#option,\"a,b\":\"c\"\r\n", true, L"O[a,b][\"c\"] C"},
+      {"final record without CR LF", head + "#column,a,b\r\nx,y", true, L"C[a][b] R[x][y]"},
+      {"trailing comma", head + "x,\r\n", true, L"C R[x][]"},
+      {"empty line is a row", head + "#column,a,b\r\n\r\nx\r\n", true, L"C[a][b] R[][] R[x][]"},
+      {"lone CR and LF are text", head + "a\rb,c\nd\r\n", true, L"C R[a\rb][c\nd]"},
+      {"CR at the very end is text", head + "a\r", true, L"C R[a\r]"},
+      {"quoted comma and CR LF", head + "\"a,b\r\nc\",d\r\n", true, L"C R[a,b\r\nc][d]"},
+      {"doubled quotes", head + "\"a\"\"b\",\"\"\"\"\r\n", true, L"C R[a\"b][\"]"},
+      {"text after closing quote", head + "\"ab\"cd\"e,f\r\n", true, L"C R[abcd\"e][f]"},
+      {"quote inside unquoted text", head + "a\"b,c\r\n", true, L"C R[a\"b][c]"},
+      {"unterminated quote", head + "\"abc\r\ndef", true, L"C R[abc\r\ndef]"},
+      {"empty quoted field", head + "\"\",x\r\n", true, L"C R[][x]"},
+      {"Japanese", head + Utf8(L"#column,名前\r\n日本語,テキスト\r\n"), true, L"C[名前] R[日本語][テキスト]"},
+  };
+  TempDir dir;
+  RecordedMessages messages;
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"case.qcsv"), c.bytes));
+    QcsvDocument doc;
+    doc.SetOption(L"stale", L"1");
+    EXPECT_EQ(doc.Read(dir.File(L"case.qcsv")), c.ok);
+    EXPECT_EQ(Dump(doc), c.ok ? std::wstring(c.dump) : L"C");
+  }
+  EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST(QcsvReader, MissingOrEmptyFileFailsSilently) {
+  TempDir dir;
+  RecordedMessages messages;
+  QcsvDocument doc;
+  EXPECT_FALSE(doc.Read(dir.File(L"missing.qcsv")));
+  EXPECT_FALSE(doc.Read(dir.File(L"no folder\\missing.qcsv")));
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"empty.qcsv"), ""));
+  EXPECT_FALSE(doc.Read(dir.File(L"empty.qcsv")));
+  EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST(QcsvReader, FileThatCannotBeOpenedShowsItsName) {
+  TempDir dir;
+  std::wstring path = dir.File(L"Label.qcsv");
+  ASSERT_TRUE(WriteFileBytes(path, "#format,qcsv\r\n"));
+  // Held open without sharing, as another program might.
+  HANDLE lock = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+  const struct {
+    uint32_t language;
+    std::wstring text;
+  } cases[] = {
+      {kEnglish, L"Cannot open file\r\nFile name " + path},
+      {kJapanese, L"ファイルを開くことができません\r\nファイル名 " + path},
+  };
+  for (const auto& c : cases) {
+    LanguageScope language(c.language);
+    RecordedMessages messages;
+    QcsvDocument doc;
+    EXPECT_FALSE(doc.Read(path));
+    ASSERT_EQ(messages.shown.size(), 1u);
+    EXPECT_EQ(messages.shown[0].text, c.text);
+    EXPECT_EQ(messages.shown[0].caption, L"");
+  }
+  CloseHandle(lock);
+}
+
+TEST(QcsvDocument, OptionsMatchWithoutRegardToCase) {
+  QcsvDocument doc;
+  doc.SetOption(L"BkColor3", L"#ff0000");
+  doc.SetOption(L"BkCOlor3", L"#00ff00");
+  doc.SetOption(L"WindowHeight", -12);
+  ASSERT_EQ(doc.Options().size(), 2u);
+  EXPECT_EQ(doc.Options()[0].first, L"BkColor3");
+  EXPECT_EQ(doc.Option(L"bkcolor3"), L"#00ff00");
+  EXPECT_EQ(doc.Option(L"WINDOWHEIGHT"), L"-12");
+  EXPECT_EQ(doc.Option(L"WindowWidth"), std::nullopt);
+  EXPECT_EQ(doc.OptionOr(L"WindowWidth", L"0"), L"0");
+  EXPECT_EQ(doc.OptionOr(L"windowheight", L"0"), L"-12");
+}
+
+TEST(QcsvDocument, RepeatedOptionInAFileIsKeptAndTheLastOneCounts) {
+  TempDir dir;
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"a.qcsv"), "#format,qcsv\r\n#option,Size:1,size:2\r\n"));
+  QcsvDocument doc;
+  ASSERT_TRUE(doc.Read(dir.File(L"a.qcsv")));
+  EXPECT_EQ(doc.Option(L"SIZE"), L"2");
+  doc.SetOption(L"Size", 3);
+  EXPECT_EQ(Dump(doc), L"O[Size][1] O[size][3] C");
+}
+
+TEST(QcsvDocument, EditorsWorkByColumnNameEvenForMissingColumns) {
+  TempDir dir;
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"a.qcsv"), "#format,qcsv\r\n#column,keyword\r\nk1\r\nk2,extra\r\n"));
+  QcsvDocument doc;
+  ASSERT_TRUE(doc.Read(dir.File(L"a.qcsv")));
+  EXPECT_EQ(doc.ColumnIndex(L"keyword"), 0);
+  EXPECT_EQ(doc.ColumnIndex(L"color"), -1);
+  EXPECT_EQ(doc.ColumnIndex(L"Keyword"), -1);
+  EXPECT_EQ(doc.Cell(0, L"keyword"), L"k1");
+  EXPECT_EQ(doc.Cell(0, L"color", L"none"), L"none");
+  EXPECT_EQ(doc.Cell(5, L"keyword", L"none"), L"none");
+
+  doc.SetCell(0, L"color", L"#ff0000");
+  EXPECT_EQ(doc.ColumnIndex(L"color"), 1);
+  EXPECT_EQ(doc.EnsureColumn(L"color"), 1);
+  EXPECT_EQ(doc.EnsureColumn(L"regex"), 2);
+  EXPECT_EQ(Dump(doc), L"C[keyword][color][regex] R[k1][#ff0000][] R[k2][][][extra]");
+
+  doc.InsertRow(0);
+  doc.SetCell(0, L"keyword", L"new");
+  doc.InsertRow(99);
+  EXPECT_EQ(Dump(doc), L"C[keyword][color][regex] R[new][][] R[k1][#ff0000][] R[k2][][][extra] R[][][]");
+  doc.EraseRow(1);
+  doc.EraseRow(99);
+  EXPECT_EQ(doc.RowCount(), 3u);
+  EXPECT_EQ(doc.Cell(1, L"keyword"), L"k2");
+  EXPECT_EQ(doc.RowAt(0)[0], L"new");
+}
+
+TEST(QcsvWriter, ReadOnlyTargetFailsWithTheWritersMessageAndStaysIntact) {
+  TempDir dir;
+  std::wstring path = dir.File(L"LogEx.qcsv");
+  const std::string old = "#format,qcsv\r\n#column,a\r\nold\r\n";
+  ASSERT_TRUE(WriteFileBytes(path, old));
+  ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
+  QcsvDocument doc;
+  doc.AppendRow({L"new"});
+  RecordedMessages messages;
+  EXPECT_FALSE(doc.Write(path));
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
+  EXPECT_EQ(messages.shown[0].caption, L"Morva Extender");
+  EXPECT_EQ(ReadFileBytes(path), old);
+  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"LogEx.qcsv"});
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(QcsvWriter, MissingFolderFailsWithTheWritersMessage) {
+  TempDir dir;
+  std::wstring path = dir.File(L"nowhere\\LogEx.qcsv");
+  QcsvDocument doc;
+  RecordedMessages messages;
+  EXPECT_FALSE(doc.Write(path));
+  ASSERT_EQ(messages.shown.size(), 1u);
+  EXPECT_EQ(messages.shown[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
+}
+
+// The extension converts each block through a 1 MiB buffer; a block that does not fit is left out
+// and the rest of the file is written as usual.
+TEST(QcsvWriter, BlockOverOneMebibyteIsLeftOut) {
+  const size_t limit = 0x100000;
+  const std::wstring kanji(349524, L'あ');  // 3 bytes each
+  const std::wstring pairs = [] {           // 4 bytes each
+    std::wstring text;
+    for (int i = 0; i < 262143; ++i) text += L"\U00020BB7";
+    return text;
+  }();
+  const std::wstring lone(349524, static_cast<wchar_t>(0xD800));  // U+FFFD, 3 bytes each
+  const struct {
+    const char* name;
+    std::wstring field;
+    bool written;
+  } cases[] = {
+      {"ASCII exactly at the limit", std::wstring(limit - 2, L'a'), true},
+      {"ASCII one byte over", std::wstring(limit - 1, L'a'), false},
+      {"Japanese exactly at the limit", kanji + L"aa", true},
+      {"Japanese one byte over", kanji + L"aaa", false},
+      {"surrogate pairs exactly at the limit", pairs + L"aa", true},
+      {"surrogate pairs one byte over", pairs + L"aaa", false},
+      {"lone surrogates exactly at the limit", lone + L"aa", true},
+      {"lone surrogates one byte over", lone + L"aaa", false},
+  };
+  TempDir dir;
+  RecordedMessages messages;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    QcsvDocument doc;
+    doc.SetColumns({L"k"});
+    doc.AppendRow({L"before"});
+    doc.AppendRow({c.field});
+    doc.AppendRow({L"after"});
+    ASSERT_TRUE(doc.Write(dir.File(L"big.qcsv")));
+    std::string expected = "#format,qcsv\r\n#column,k\r\nbefore\r\n";
+    if (c.written) expected += Utf8(c.field) + "\r\n";
+    expected += "after\r\n";
+    std::string file = ReadFileBytes(dir.File(L"big.qcsv"));
+    EXPECT_EQ(file.size(), expected.size());
+    EXPECT_TRUE(file == expected);
+  }
+
+  QcsvDocument doc;
+  doc.SetOption(L"small", 1);
+  doc.SetOption(L"big", std::wstring(limit, L'a'));
+  ASSERT_TRUE(doc.Write(dir.File(L"options.qcsv")));
+  EXPECT_EQ(ReadFileBytes(dir.File(L"options.qcsv")), "#format,qcsv\r\n#column\r\n");
+  EXPECT_TRUE(messages.shown.empty());
+}
+
+// Fields are what splitting the whole converted text gives, also where the bytes are not valid
+// UTF-8 next to a separator or a quote.
+TEST(QcsvReader, FieldsMatchTheWholeTextConvertedAtOnce) {
+  auto wide = [](const std::string& bytes) {
+    std::wstring text(bytes.size(), L'\0');
+    int count = MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(),
+                                    static_cast<int>(text.size()));
+    text.resize(static_cast<size_t>(count));
+    return text;
+  };
+  const std::pair<std::string, std::string> cases[] = {
+      {"\xE3", "\x81\x82"},
+      {"\xE3\x81", "\x82"},
+      {"\xFF", "\xFE"},
+      {"\x82", "\xE3"},
+      {"\xF0\x9F\x98", "\x80"},
+      {"\xED\xA0\x80", ""},
+      {"\xC0\xAF", "\xEF\xBB"},
+      {"\xEF\xBB\xBF", "\xE3\x81\x82"},
+      {"\xE0\x9F\x80", "\xC1\xBF"},
+      {"\xF4\x90\x80\x80", "\xF0\x8F\xBF\xBF"},
+      {"\xF5\x80", "\xE3\x81\x82\xE3"},
+  };
+  TempDir dir;
+  for (const auto& [x, y] : cases) {
+    SCOPED_TRACE(testing::PrintToString(x + "|" + y));
+    std::string line1 = x + "," + y;
+    std::string line2 = "\"" + x + "\"" + y;
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"u.qcsv"), "#format,qcsv\r\n" + line1 + "\r\n" + line2));
+    std::wstring whole1 = wide(line1);
+    size_t comma = whole1.find(L',');
+    std::wstring whole2 = wide(line2).substr(1);
+    whole2.erase(whole2.find(L'"'), 1);
+    QcsvDocument doc;
+    ASSERT_TRUE(doc.Read(dir.File(L"u.qcsv")));
+    EXPECT_EQ(Dump(doc),
+              L"C R[" + whole1.substr(0, comma) + L"][" + whole1.substr(comma + 1) + L"] R[" + whole2 + L"]");
+  }
+}
+
+// Every kind of UTF-8 sequence, at the edges of its range, reads back as the character written.
+TEST(QcsvReader, DecodesEveryPlaneExactly) {
+  std::wstring text;
+  auto add = [&text](char32_t c) {
+    if (c >= 0x10000) {
+      text.push_back(static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10)));
+      text.push_back(static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+    } else {
+      text.push_back(static_cast<wchar_t>(c));
+    }
+  };
+  for (char32_t c :
+       {0x7Fu, 0x80u, 0x7FFu, 0x800u, 0xD7FFu, 0xE000u, 0xFEFFu, 0xFFFDu, 0xFFFFu, 0x10000u, 0x10FFFFu})
+    add(c);
+  for (char32_t c = 0x80; c < 0x110000; c += 97) {
+    if (c < 0xD800 || c > 0xDFFF) add(c);
+  }
+  TempDir dir;
+  QcsvDocument doc;
+  doc.SetColumns({L"text"});
+  doc.AppendRow({text});
+  ASSERT_TRUE(doc.Write(dir.File(L"planes.qcsv")));
+  EXPECT_EQ(ReadFileBytes(dir.File(L"planes.qcsv")),
+            "#format,qcsv\r\n#column,text\r\n" + Utf8(text) + "\r\n");
+  QcsvDocument back;
+  ASSERT_TRUE(back.Read(dir.File(L"planes.qcsv")));
+  ASSERT_EQ(back.RowCount(), 1u);
+  EXPECT_TRUE(back.RowAt(0)[0] == text);
+}
