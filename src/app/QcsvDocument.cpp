@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 
 #include "app/Prompt.h"
@@ -65,7 +66,7 @@ size_t Utf8Length(const wchar_t* text, size_t count) {
 }
 
 void AppendField(std::wstring& out, std::wstring_view field) {
-  if (field.find_first_of(L",\"") == std::wstring_view::npos) {
+  if (std::none_of(field.begin(), field.end(), [](wchar_t c) { return c == L',' || c == L'"'; })) {
     out.append(field);
     return;
   }
@@ -77,48 +78,150 @@ void AppendField(std::wstring& out, std::wstring_view field) {
   out.push_back(L'"');
 }
 
-// Reads one field starting at p; returns true when the record ends after it (CR LF or end of text).
-bool ParseField(const wchar_t*& p, const wchar_t* end, std::wstring& field) {
-  if (p < end && *p == L'"') {
-    ++p;
+// Splits the file's UTF-8 bytes into records of UTF-16 fields. The characters that structure a
+// file ("," the quote, CR and LF) are ASCII, and UTF-8 never uses an ASCII byte inside a longer
+// sequence, so splitting the bytes gives the fields that splitting the converted text would; each
+// field is then converted by itself, which spares a UTF-16 copy of the whole file.
+class RecordParser {
+ public:
+  RecordParser(const char* begin, const char* end) : p(begin), end(end) {}
+
+  bool AtEnd() const { return p >= end; }
+
+  void Next(QcsvDocument::Row& record) {
     for (;;) {
-      const wchar_t* quote = std::find(p, end, L'"');
-      field.append(p, quote);
-      if (quote == end) {
-        p = end;
-        return true;
-      }
-      if (quote + 1 < end && quote[1] == L'"') {
-        field.push_back(L'"');
-        p = quote + 2;
-        continue;
-      }
-      p = quote + 1;
-      break;
+      record.emplace_back();
+      if (NextField(record.back())) return;
     }
   }
-  // Unquoted text, or what follows a closing quote, runs to the next "," or CR LF.
-  const wchar_t* s = p;
-  while (s < end && *s != L',' && !(*s == L'\r' && s + 1 < end && s[1] == L'\n')) ++s;
-  field.append(p, s);
-  if (s == end) {
-    p = end;
-    return true;
-  }
-  if (*s == L',') {
-    p = s + 1;
-    return false;
-  }
-  p = s + 2;
-  return true;
-}
 
-void ParseRecord(const wchar_t*& p, const wchar_t* end, QcsvDocument::Row& record) {
-  for (;;) {
-    record.emplace_back();
-    if (ParseField(p, end, record.back())) return;
+ private:
+  // Reads one field; returns true when the record ends after it (CR LF or end of file).
+  bool NextField(std::wstring& field) {
+    bool isQuoted = p < end && *p == '"';
+    if (isQuoted) {
+      quoted.clear();
+      ++p;
+      for (;;) {
+        const char* quote = static_cast<const char*>(std::memchr(p, '"', static_cast<size_t>(end - p)));
+        if (!quote) {
+          quoted.append(p, end);
+          p = end;
+          Append(field, quoted.data(), quoted.size(), false);
+          return true;
+        }
+        quoted.append(p, quote);
+        if (quote + 1 < end && quote[1] == '"') {
+          quoted.push_back('"');
+          p = quote + 2;
+          continue;
+        }
+        p = quote + 1;
+        break;
+      }
+    }
+    // Unquoted text, or what follows a closing quote, runs to the next "," or CR LF.
+    const char* s = p;
+    unsigned char seen = 0;
+    for (; s < end; ++s) {
+      auto c = static_cast<unsigned char>(*s);
+      if (c == ',' || (c == '\r' && s + 1 < end && s[1] == '\n')) break;
+      seen |= c;
+    }
+    // The two parts are converted apart: in the whole text the closing quote stands between them.
+    if (isQuoted) Append(field, quoted.data(), quoted.size(), false);
+    Append(field, p, static_cast<size_t>(s - p), seen < 0x80);
+    if (s == end) {
+      p = end;
+      return true;
+    }
+    p = s + (*s == ',' ? 1 : 2);
+    return *s != ',';
   }
-}
+
+  void Append(std::wstring& field, const char* data, size_t size, bool ascii) {
+    if (size == 0) return;
+    const auto* bytes = reinterpret_cast<const unsigned char*>(data);
+    if (ascii || std::all_of(bytes, bytes + size, [](unsigned char c) { return c < 0x80; })) {
+      wchar_t* out = Grow(field, size);
+      for (size_t i = 0; i < size; ++i) out[i] = bytes[i];
+      return;
+    }
+    // UTF-8 never needs more UTF-16 units than bytes.
+    if (wide.size() < size) wide.resize(size);
+    size_t units = DecodeValid(bytes, size, wide.data());
+    if (units == 0) {
+      // Bytes that are not valid UTF-8 are left to the system, whose replacement rules then apply.
+      units = static_cast<size_t>(
+          MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size)));
+    }
+    std::copy_n(wide.data(), units, Grow(field, units));
+  }
+
+  // Room for `count` more characters; a field's first part gets a string of exactly its size.
+  static wchar_t* Grow(std::wstring& field, size_t count) {
+    size_t at = field.size();
+    if (at == 0) {
+      field = std::wstring(count, L'\0');
+    } else {
+      field.resize(at + count);
+    }
+    return field.data() + at;
+  }
+
+  // Decodes valid UTF-8 (no overlong form, surrogate or value over U+10FFFF) and returns the
+  // number of UTF-16 units written, or 0 at the first invalid byte.
+  static size_t DecodeValid(const unsigned char* s, size_t size, wchar_t* out) {
+    wchar_t* start = out;
+    for (size_t i = 0; i < size;) {
+      unsigned char c = s[i];
+      if (c < 0x80) {
+        *out++ = c;
+        i += 1;
+        continue;
+      }
+      size_t extra = 0;
+      unsigned char low = 0x80;
+      unsigned char high = 0xBF;
+      unsigned value = 0;
+      if (c >= 0xC2 && c <= 0xDF) {
+        extra = 1;
+        value = c & 0x1Fu;
+      } else if (c >= 0xE0 && c <= 0xEF) {
+        extra = 2;
+        value = c & 0x0Fu;
+        if (c == 0xE0) low = 0xA0;
+        if (c == 0xED) high = 0x9F;
+      } else if (c >= 0xF0 && c <= 0xF4) {
+        extra = 3;
+        value = c & 0x07u;
+        if (c == 0xF0) low = 0x90;
+        if (c == 0xF4) high = 0x8F;
+      } else {
+        return 0;
+      }
+      if (i + extra >= size || s[i + 1] < low || s[i + 1] > high) return 0;
+      for (size_t k = 1; k <= extra; ++k) {
+        if (s[i + k] < 0x80 || s[i + k] > 0xBF) return 0;
+        value = (value << 6) | (s[i + k] & 0x3Fu);
+      }
+      if (value >= 0x10000) {
+        value -= 0x10000;
+        *out++ = static_cast<wchar_t>(0xD800 + (value >> 10));
+        *out++ = static_cast<wchar_t>(0xDC00 + (value & 0x3FF));
+      } else {
+        *out++ = static_cast<wchar_t>(value);
+      }
+      i += extra + 1;
+    }
+    return static_cast<size_t>(out - start);
+  }
+
+  const char* p;
+  const char* end;
+  std::string quoted;
+  std::vector<wchar_t> wide;
+};
 
 // Closes and deletes the temporary file unless it has taken the target's place.
 class TempFile {
@@ -220,15 +323,9 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
   CloseHandle(file);
   if (got == 0) return false;
 
-  int wideCount = MultiByteToWideChar(CP_UTF8, 0, bytes.get(), static_cast<int>(got), nullptr, 0);
-  std::unique_ptr<wchar_t[]> text(new wchar_t[static_cast<size_t>(wideCount)]);
-  MultiByteToWideChar(CP_UTF8, 0, bytes.get(), static_cast<int>(got), text.get(), wideCount);
-  bytes.reset();
-
-  const wchar_t* p = text.get();
-  const wchar_t* end = p + wideCount;
+  RecordParser parser(bytes.get(), bytes.get() + got);
   Row record;
-  ParseRecord(p, end, record);
+  parser.Next(record);
   if (record.size() < 2 || record[0] != L"#format" || record[1] != L"qcsv") return false;
 
   bool formatSeen = false;
@@ -262,10 +359,10 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
       ShowMessage(nullptr, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
       break;
     }
-    if (p >= end) return true;
+    if (parser.AtEnd()) return true;
     record = Row();
     record.reserve(columns.size());
-    ParseRecord(p, end, record);
+    parser.Next(record);
   }
   Clear();
   return false;
@@ -279,7 +376,8 @@ bool QcsvDocument::Write(const std::wstring& target) const {
     return false;
   };
   DWORD attributes = GetFileAttributesW(target.c_str());
-  // Renaming over a read-only file succeeds on some systems; a read-only list stays as it is.
+  // Windows refuses to rename over a read-only file but Wine does it; checking first makes a
+  // read-only list stay as it is on both.
   if (attributes != INVALID_FILE_ATTRIBUTES &&
       (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))
     return fail();
@@ -288,6 +386,7 @@ bool QcsvDocument::Write(const std::wstring& target) const {
   if (!temp.Opened()) return fail();
 
   std::wstring text = L"#format,qcsv\r\n";
+  text.reserve(std::min(kFlushChars + kFlushChars / 8, 1024 + rows.size() * (columns.size() + 1) * 16));
   std::string bytes;
   // Adds the block that starts at `start` only when its UTF-8 form fits the extension's buffer.
   auto endBlock = [&text](size_t start) {

@@ -3,10 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "app/Prompt.h"
 #include "app/QcsvDocument.h"
 #include "app/QcsvTestUtil.h"
-#include "app/Strings.h"
 #include "app/TextPair.h"
 #include "common/TestUtil.h"
 
@@ -241,4 +239,125 @@ TEST(QcsvWriter, MissingFolderFailsWithTheWritersMessage) {
   EXPECT_FALSE(doc.Write(path));
   ASSERT_EQ(messages.shown.size(), 1u);
   EXPECT_EQ(messages.shown[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
+}
+
+// The extension converts each block through a 1 MiB buffer; a block that does not fit is left out
+// and the rest of the file is written as usual.
+TEST(QcsvWriter, BlockOverOneMebibyteIsLeftOut) {
+  const size_t limit = 0x100000;
+  const std::wstring kanji(349524, L'あ');  // 3 bytes each
+  const std::wstring pairs = [] {           // 4 bytes each
+    std::wstring text;
+    for (int i = 0; i < 262143; ++i) text += L"\U00020BB7";
+    return text;
+  }();
+  const std::wstring lone(349524, static_cast<wchar_t>(0xD800));  // U+FFFD, 3 bytes each
+  const struct {
+    const char* name;
+    std::wstring field;
+    bool written;
+  } cases[] = {
+      {"ASCII exactly at the limit", std::wstring(limit - 2, L'a'), true},
+      {"ASCII one byte over", std::wstring(limit - 1, L'a'), false},
+      {"Japanese exactly at the limit", kanji + L"aa", true},
+      {"Japanese one byte over", kanji + L"aaa", false},
+      {"surrogate pairs exactly at the limit", pairs + L"aa", true},
+      {"surrogate pairs one byte over", pairs + L"aaa", false},
+      {"lone surrogates exactly at the limit", lone + L"aa", true},
+      {"lone surrogates one byte over", lone + L"aaa", false},
+  };
+  TempDir dir;
+  RecordedMessages messages;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    QcsvDocument doc;
+    doc.SetColumns({L"k"});
+    doc.AppendRow({L"before"});
+    doc.AppendRow({c.field});
+    doc.AppendRow({L"after"});
+    ASSERT_TRUE(doc.Write(dir.File(L"big.qcsv")));
+    std::string expected = "#format,qcsv\r\n#column,k\r\nbefore\r\n";
+    if (c.written) expected += Utf8(c.field) + "\r\n";
+    expected += "after\r\n";
+    std::string file = ReadFileBytes(dir.File(L"big.qcsv"));
+    EXPECT_EQ(file.size(), expected.size());
+    EXPECT_TRUE(file == expected);
+  }
+
+  QcsvDocument doc;
+  doc.SetOption(L"small", 1);
+  doc.SetOption(L"big", std::wstring(limit, L'a'));
+  ASSERT_TRUE(doc.Write(dir.File(L"options.qcsv")));
+  EXPECT_EQ(ReadFileBytes(dir.File(L"options.qcsv")), "#format,qcsv\r\n#column\r\n");
+  EXPECT_TRUE(messages.shown.empty());
+}
+
+// Fields are what splitting the whole converted text gives, also where the bytes are not valid
+// UTF-8 next to a separator or a quote.
+TEST(QcsvReader, FieldsMatchTheWholeTextConvertedAtOnce) {
+  auto wide = [](const std::string& bytes) {
+    std::wstring text(bytes.size(), L'\0');
+    int count = MultiByteToWideChar(CP_UTF8, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(),
+                                    static_cast<int>(text.size()));
+    text.resize(static_cast<size_t>(count));
+    return text;
+  };
+  const std::pair<std::string, std::string> cases[] = {
+      {"\xE3", "\x81\x82"},
+      {"\xE3\x81", "\x82"},
+      {"\xFF", "\xFE"},
+      {"\x82", "\xE3"},
+      {"\xF0\x9F\x98", "\x80"},
+      {"\xED\xA0\x80", ""},
+      {"\xC0\xAF", "\xEF\xBB"},
+      {"\xEF\xBB\xBF", "\xE3\x81\x82"},
+      {"\xE0\x9F\x80", "\xC1\xBF"},
+      {"\xF4\x90\x80\x80", "\xF0\x8F\xBF\xBF"},
+      {"\xF5\x80", "\xE3\x81\x82\xE3"},
+  };
+  TempDir dir;
+  for (const auto& [x, y] : cases) {
+    SCOPED_TRACE(testing::PrintToString(x + "|" + y));
+    std::string line1 = x + "," + y;
+    std::string line2 = "\"" + x + "\"" + y;
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"u.qcsv"), "#format,qcsv\r\n" + line1 + "\r\n" + line2));
+    std::wstring whole1 = wide(line1);
+    size_t comma = whole1.find(L',');
+    std::wstring whole2 = wide(line2).substr(1);
+    whole2.erase(whole2.find(L'"'), 1);
+    QcsvDocument doc;
+    ASSERT_TRUE(doc.Read(dir.File(L"u.qcsv")));
+    EXPECT_EQ(Dump(doc),
+              L"C R[" + whole1.substr(0, comma) + L"][" + whole1.substr(comma + 1) + L"] R[" + whole2 + L"]");
+  }
+}
+
+// Every kind of UTF-8 sequence, at the edges of its range, reads back as the character written.
+TEST(QcsvReader, DecodesEveryPlaneExactly) {
+  std::wstring text;
+  auto add = [&text](char32_t c) {
+    if (c >= 0x10000) {
+      text.push_back(static_cast<wchar_t>(0xD800 + ((c - 0x10000) >> 10)));
+      text.push_back(static_cast<wchar_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+    } else {
+      text.push_back(static_cast<wchar_t>(c));
+    }
+  };
+  for (char32_t c :
+       {0x7Fu, 0x80u, 0x7FFu, 0x800u, 0xD7FFu, 0xE000u, 0xFEFFu, 0xFFFDu, 0xFFFFu, 0x10000u, 0x10FFFFu})
+    add(c);
+  for (char32_t c = 0x80; c < 0x110000; c += 97) {
+    if (c < 0xD800 || c > 0xDFFF) add(c);
+  }
+  TempDir dir;
+  QcsvDocument doc;
+  doc.SetColumns({L"text"});
+  doc.AppendRow({text});
+  ASSERT_TRUE(doc.Write(dir.File(L"planes.qcsv")));
+  EXPECT_EQ(ReadFileBytes(dir.File(L"planes.qcsv")),
+            "#format,qcsv\r\n#column,text\r\n" + Utf8(text) + "\r\n");
+  QcsvDocument back;
+  ASSERT_TRUE(back.Read(dir.File(L"planes.qcsv")));
+  ASSERT_EQ(back.RowCount(), 1u);
+  EXPECT_TRUE(back.RowAt(0)[0] == text);
 }
