@@ -5,19 +5,12 @@
 #include "ui/FeatureDialogs.h"
 #include "ui/MainDlg.h"
 
-namespace {
-
-// The feature dialogs behind the main dialog's "Config" buttons, by the key of their row.
-void RegisterFeatureDialogs() {
-  SetFeatureDialog(L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog);
-}
-
-}  // namespace
-
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int show) {
   if (ActivateRunningInstance()) return kExitNone;
   if (!PrepareFolders(ProgramFile())) return kExitNone;
   LoadSettingsAndLanguage(GetUserDefaultLCID());
-  RegisterFeatureDialogs();
+  // Each feature dialog is registered here under the settings key of its row, as
+  // SetFeatureDialog(L"enLabel", open); rows without one show their "Config" button disabled.
+  SetFeatureDialog(L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog);
   return RunMainDialog(show);
 }

@@ -5,7 +5,7 @@
 Prompts DefaultPrompts() {
   Prompts p;
   p.messageBox = [](HWND owner, const std::wstring& text, const std::wstring& caption, UINT type) {
-    return MessageBoxW(owner, text.c_str(), caption.c_str(), type);
+    return MessageBoxW(owner, text.c_str(), caption == kDefaultCaption ? nullptr : caption.c_str(), type);
   };
   p.popupMenu = [](HMENU menu, UINT flags, POINT at, HWND owner) {
     return static_cast<int>(TrackPopupMenu(menu, flags | TPM_RETURNCMD, at.x, at.y, 0, owner, nullptr));

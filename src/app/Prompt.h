@@ -40,6 +40,9 @@ class ScopedPrompts {
   Prompts saved;
 };
 
+// The caption that asks for the system's default one; an empty caption shows an empty title.
+inline const std::wstring kDefaultCaption(1, L'\0');
+
 int ShowMessage(HWND owner, std::wstring_view text, std::wstring_view caption, UINT type);
 int ShowPopupMenu(HMENU menu, UINT flags, POINT at, HWND owner);
 bool ShowColorChooser(CHOOSECOLORW& request);

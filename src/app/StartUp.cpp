@@ -43,7 +43,8 @@ bool PrepareFolders(std::wstring_view programFile) {
   SetCurrentDirectoryW(Paths().programFolder.c_str());
   GlobalSettings().path = Paths().settingsFile;
   if (!DeriveGamePaths()) {
-    ShowMessage(nullptr, Text(strNotInstalled), L"", MB_OK);
+    // No caption of its own: the system's default title.
+    ShowMessage(nullptr, Text(strNotInstalled), kDefaultCaption, MB_OK);
     return false;
   }
   return true;

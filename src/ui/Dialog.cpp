@@ -85,8 +85,7 @@ void CDialog::Relabel() {
   }
 
   // The template's face belongs to the language the dialog opened in.
-  UINT dpi = GetDpiForWindow(handle);
-  if (!dpi) dpi = USER_DEFAULT_SCREEN_DPI;
+  const UINT dpi = WindowDpi(handle);
   LOGFONTW font{};
   font.lfHeight = -MulDiv(kFontPoints, static_cast<int>(dpi), 72);
   font.lfWeight = kFontWeight;

@@ -20,6 +20,7 @@ CEditStringDlg::CEditStringDlg(std::wstring text, bool selectAll)
     : CDialog(kDialog, kControls), text(std::move(text)), selectAll(selectAll) {}
 
 bool CEditStringDlg::OnInitDialog() {
+  if (title) SetText(Text(*title));
   HWND edit = Item(kEditId);
   SetItemText(kEditId, text);
   const auto length = static_cast<LPARAM>(GetWindowTextLengthW(edit));

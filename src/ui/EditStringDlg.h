@@ -14,6 +14,7 @@ class CEditStringDlg : public CDialog {
 
   std::wstring text;
   bool selectAll = false;
+  const TextPair* title = nullptr;  // the caption, none when null
 
   BEGIN_MSG_MAP(CEditStringDlg)
   COMMAND_ID_HANDLER(IDOK, OnOk)

@@ -32,6 +32,24 @@ class GdiObject {
   std::unique_ptr<std::remove_pointer_t<Handle>, detail::GdiDeleter> owned;
 };
 
+// A memory device context compatible with the screen, with one bitmap selected into it while it
+// lives.
+class MemoryDC {
+ public:
+  explicit MemoryDC(HBITMAP selected) : dc(CreateCompatibleDC(nullptr)), old(SelectObject(dc, selected)) {}
+  ~MemoryDC() {
+    SelectObject(dc, old);
+    DeleteDC(dc);
+  }
+  MemoryDC(const MemoryDC&) = delete;
+  MemoryDC& operator=(const MemoryDC&) = delete;
+  HDC Get() const { return dc; }
+
+ private:
+  HDC dc;
+  HGDIOBJ old;
+};
+
 using FontHandle = GdiObject<HFONT>;
 using BrushHandle = GdiObject<HBRUSH>;
 using BitmapHandle = GdiObject<HBITMAP>;

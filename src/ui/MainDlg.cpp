@@ -157,6 +157,8 @@ constexpr ControlDef kControls[] = {
      0, &strCancel},
 };
 
+constexpr COLORREF kIconMask = RGB(255, 0, 255);
+
 int32_t* FieldOf(const OptionRow& row) {
   return GlobalSettings().IntField(row.key);
 }
@@ -164,23 +166,22 @@ int32_t* FieldOf(const OptionRow& row) {
 // A round mark in the category's colour, drawn for the screen's resolution.
 void AddCategoryIcon(HIMAGELIST list, int size, COLORREF color) {
   HDC screen = GetDC(nullptr);
-  HDC canvas = CreateCompatibleDC(screen);
   BitmapHandle image(CreateCompatibleBitmap(screen, size, size));
   ReleaseDC(nullptr, screen);
-  HGDIOBJ oldBitmap = SelectObject(canvas, image.Get());
-  RECT all{0, 0, size, size};
-  BrushHandle background(CreateSolidBrush(RGB(255, 0, 255)));
-  FillRect(canvas, &all, background.Get());
-  BrushHandle fill(CreateSolidBrush(color));
-  HGDIOBJ oldBrush = SelectObject(canvas, fill.Get());
-  HGDIOBJ oldPen = SelectObject(canvas, GetStockObject(NULL_PEN));
-  const int inset = std::max(1, size / 8);
-  Ellipse(canvas, inset, inset, size - inset + 1, size - inset + 1);
-  SelectObject(canvas, oldPen);
-  SelectObject(canvas, oldBrush);
-  SelectObject(canvas, oldBitmap);
-  DeleteDC(canvas);
-  ImageList_AddMasked(list, image.Get(), RGB(255, 0, 255));
+  {
+    MemoryDC canvas(image.Get());
+    RECT all{0, 0, size, size};
+    BrushHandle background(CreateSolidBrush(kIconMask));
+    FillRect(canvas.Get(), &all, background.Get());
+    BrushHandle fill(CreateSolidBrush(color));
+    HGDIOBJ oldBrush = SelectObject(canvas.Get(), fill.Get());
+    HGDIOBJ oldPen = SelectObject(canvas.Get(), GetStockObject(NULL_PEN));
+    const int inset = std::max(1, size / 8);
+    Ellipse(canvas.Get(), inset, inset, size - inset + 1, size - inset + 1);
+    SelectObject(canvas.Get(), oldPen);
+    SelectObject(canvas.Get(), oldBrush);
+  }
+  ImageList_AddMasked(list, image.Get(), kIconMask);
 }
 
 }  // namespace
@@ -230,8 +231,7 @@ bool CMainDlg::OnInitDialog() {
 
   HWND list = Item(kCategoryListId);
   ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
-  UINT dpi = GetDpiForWindow(handle);
-  if (!dpi) dpi = USER_DEFAULT_SCREEN_DPI;
+  const UINT dpi = WindowDpi(handle);
   const int iconSize = MulDiv(16, static_cast<int>(dpi), USER_DEFAULT_SCREEN_DPI);
   icons.reset(ImageList_Create(iconSize, iconSize, ILC_COLOR32 | ILC_MASK, std::size(kCategories), 0));
   for (const OptionCategory& category : kCategories)

@@ -4,6 +4,10 @@
 #include <string>
 #include <string_view>
 
+// Dots per inch of the monitor a window is on (the system's setting on Windows before 10, which
+// lacks the per-window call).
+UINT WindowDpi(HWND window);
+
 // A borrowed window handle with the few calls the dialogs repeat. It owns nothing: copying it is
 // free and destroying it leaves the window alone.
 class CWindow {

@@ -67,15 +67,17 @@ TEST(StartUp, ProgramOutsideAnyFolderSaysItIsNotInstalled) {
   ScopedPrompts prompts;
   std::vector<std::wstring> shown;
   CurrentPrompts().messageBox = [&](HWND, const std::wstring& text, const std::wstring& caption, UINT type) {
-    shown.push_back(text + L"|" + caption + L"|" + std::to_wstring(type));
+    shown.push_back(text + L"|" + (caption == kDefaultCaption ? L"(default)" : caption) + L"|" +
+                    std::to_wstring(type));
     return IDOK;
   };
   SetLanguage(kEnglish);
   EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
   SetLanguage(kJapanese);
   EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
-  EXPECT_EQ(shown, (std::vector<std::wstring>{L"Morva Extender is not installed correctly.||0",
-                                              L"Morva Extenderが正しくインストールされていません。||0"}));
+  EXPECT_EQ(shown,
+            (std::vector<std::wstring>{L"Morva Extender is not installed correctly.|(default)|0",
+                                       L"Morva Extenderが正しくインストールされていません。|(default)|0"}));
 }
 
 TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {

@@ -188,6 +188,7 @@ TEST(EditStringDlg, CancelAndEscapeKeepTheText) {
 TEST(EditStringDlg, SelectsAllOrPutsTheCaretAtTheEnd) {
   for (bool selectAll : {true, false}) {
     CEditStringDlg editor(L"twelve chars", selectAll);
+    editor.title = &strEdit;
     DWORD start = 99, end = 99;
     HWND focus = nullptr, edit = nullptr;
     RunEditor(editor, [&](CDialog& dialog) {
@@ -195,6 +196,7 @@ TEST(EditStringDlg, SelectsAllOrPutsTheCaretAtTheEnd) {
       SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
       focus = GetFocus();
       EXPECT_EQ(dialog.GetItemText(IDCANCEL), strCancel[Language()]);
+      EXPECT_EQ(dialog.GetText(), strEdit[Language()]);
       dialog.EndDialog(IDCANCEL);
     });
     EXPECT_EQ(start, selectAll ? 0u : 12u);

@@ -1,0 +1,74 @@
+#pragma once
+#include <windows.h>
+
+#include <initializer_list>
+#include <string>
+#include <vector>
+
+#include "common/TestUtil.h"
+
+// The stand-in libraries the test suite builds, by file name in their build folder.
+inline constexpr const wchar_t* kStandInBass = L"bass.dll";
+inline constexpr const wchar_t* kStandInBassMidi = L"bassmidi.dll";
+inline constexpr const wchar_t* kStandInPlugin = L"bassfoo.dll";
+inline constexpr const wchar_t* kStandInGgs4 = L"GuruGuruSMF4.dll";
+
+std::wstring StandInFolder();
+
+// A fresh folder holding copies of chosen stand-ins (under the names given), made both the folder the
+// players load libraries from and the current folder. The test keeps its own reference to each stand-in
+// so that the call logs outlive the players; everything is put back at scope end.
+class AudioFolder {
+ public:
+  struct Copy {
+    const wchar_t* standIn;
+    const wchar_t* name;
+  };
+  explicit AudioFolder(std::initializer_list<Copy> copies);
+  ~AudioFolder();
+  AudioFolder(const AudioFolder&) = delete;
+  AudioFolder& operator=(const AudioFolder&) = delete;
+
+  std::wstring File(std::wstring_view name) const { return dir.File(name); }
+  // Creates an (empty) file in the folder and gives its path.
+  std::wstring MakeFile(std::wstring_view name) const;
+
+  // Call logs of the loaded stand-ins, one line per call; empty when that stand-in is not in the folder.
+  std::vector<std::wstring> BassCalls() const { return Calls(bass); }
+  std::vector<std::wstring> MidiCalls() const { return Calls(midi); }
+  std::vector<std::wstring> GgsCalls() const { return Calls(ggs); }
+  void ClearCalls() const;
+  void Fail(HMODULE library, const wchar_t* function, int code) const;
+  void SetTags(const char* block, int length) const;
+  void SetRate(DWORD rate) const;
+
+  HMODULE bass = nullptr;
+  HMODULE midi = nullptr;
+  HMODULE ggs = nullptr;
+
+ private:
+  static std::vector<std::wstring> Calls(HMODULE library);
+
+  TempDir dir;
+  std::wstring savedCurrent;
+};
+
+// The folder with every stand-in under its own name.
+AudioFolder AllLibraries();
+
+// Lines of the log that start with the given function name.
+std::vector<std::wstring> CallsTo(const std::vector<std::wstring>& calls, std::wstring_view function);
+
+// A hidden window to own the players.
+class OwnerWindow {
+ public:
+  OwnerWindow();
+  ~OwnerWindow();
+  OwnerWindow(const OwnerWindow&) = delete;
+  OwnerWindow& operator=(const OwnerWindow&) = delete;
+  HWND Get() const { return window; }
+  std::wstring Number() const;
+
+ private:
+  HWND window;
+};
