@@ -84,6 +84,16 @@ void ColorMenu::AddSwatches() {
   ReleaseDC(nullptr, screen);
 }
 
+POINT ColorMenuPosition(POINT cursor) {
+  if (MonitorFromPoint(cursor, MONITOR_DEFAULTTONULL)) return cursor;
+  MONITORINFO info{};
+  info.cbSize = sizeof(info);
+  if (GetMonitorInfoW(MonitorFromPoint(cursor, MONITOR_DEFAULTTONEAREST), &info)) {
+    cursor.x = std::clamp(cursor.x, info.rcWork.left, info.rcWork.right - 1);
+  }
+  return cursor;
+}
+
 ColorMenu::~ColorMenu() {
   DestroyMenu(menu);
 }
@@ -95,20 +105,6 @@ COLORREF ColorMenu::ColorFor(int command) const {
 }
 
 namespace {
-
-// A cursor beyond every monitor would open the menu off screen; keep it on the nearest one.
-POINT MenuPosition() {
-  POINT at{};
-  GetCursorPos(&at);
-  if (!MonitorFromPoint(at, MONITOR_DEFAULTTONULL)) {
-    MONITORINFO info{};
-    info.cbSize = sizeof(info);
-    if (GetMonitorInfoW(MonitorFromPoint(at, MONITOR_DEFAULTTONEAREST), &info)) {
-      at.x = std::clamp(at.x, info.rcWork.left, info.rcWork.right - 1);
-    }
-  }
-  return at;
-}
 
 COLORREF ChooseCustomColor(COLORREF current) {
   CHOOSECOLORW request{};
@@ -126,8 +122,10 @@ COLORREF PickColorFromMenu(HWND owner, COLORREF current, bool allowNone, const C
   int command = 0;
   {
     ColorMenu menu(current, allowNone, extras);
-    command =
-        ShowPopupMenu(menu.Handle(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RETURNCMD, MenuPosition(), owner);
+    POINT cursor{};
+    GetCursorPos(&cursor);
+    const UINT flags = TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RETURNCMD;
+    command = ShowPopupMenu(menu.Handle(), flags, ColorMenuPosition(cursor), owner);
     if (command != kCommandCustom) return menu.ColorFor(command);
   }
   return ChooseCustomColor(current);

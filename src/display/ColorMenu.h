@@ -42,6 +42,10 @@ class ColorMenu {
   std::array<BitmapHandle, kColorSlotCount> swatches;
 };
 
+// Where the menu opens for a cursor position: the position itself, except that a cursor beyond every
+// monitor has its x brought into the work area of the nearest one.
+POINT ColorMenuPosition(POINT cursor);
+
 // Shows the palette menu at the cursor and returns the chosen colour; "Current setting", a dismissal or a
 // cancelled colour chooser give `current` back unchanged. allowNone adds "Show nothing" (kColorNone).
 COLORREF PickColorFromMenu(HWND owner, COLORREF current, bool allowNone, const COLORREF* extras = nullptr);

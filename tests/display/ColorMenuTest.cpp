@@ -216,7 +216,11 @@ TEST_F(ColorMenuTest, PickMapsEachCommandToItsColour) {
     ScopedPrompts prompts;
     HMENU shown = nullptr;
     std::vector<HBITMAP> swatches;
-    CurrentPrompts().popupMenu = [&](HMENU menu, UINT flags, POINT, HWND owner) {
+    CurrentPrompts().popupMenu = [&](HMENU menu, UINT flags, POINT at, HWND owner) {
+      POINT cursor{};
+      GetCursorPos(&cursor);
+      EXPECT_EQ(at.x, cursor.x);
+      EXPECT_EQ(at.y, cursor.y);
       shown = menu;
       EXPECT_TRUE(flags & TPM_RETURNCMD);
       EXPECT_EQ(owner, HWND_DESKTOP);
@@ -322,5 +326,30 @@ TEST_F(ColorMenuTest, RealMenuReturnsTheCommandsOfItsItems) {
     EXPECT_EQ(PickColorFromMenu(owner, 0x00ABCDEF, true), c.expected) << c.keys.size();
     EXPECT_TRUE(g_menuSeen);
     EXPECT_EQ(asked, c.chooserAsked);
+  }
+}
+
+TEST_F(ColorMenuTest, MenuOpensAtTheCursorKeptOnAMonitor) {
+  POINT origin{0, 0};
+  MONITORINFO info{};
+  info.cbSize = sizeof(info);
+  ASSERT_TRUE(GetMonitorInfoW(MonitorFromPoint(origin, MONITOR_DEFAULTTOPRIMARY), &info));
+  const RECT work = info.rcWork;
+  const RECT screen = info.rcMonitor;
+  struct Case {
+    POINT cursor;
+    POINT expected;
+  };
+  const Case cases[] = {
+      {{screen.left + 50, screen.top + 40}, {screen.left + 50, screen.top + 40}},
+      {{screen.left - 5000, screen.top + 40}, {work.left, screen.top + 40}},
+      {{screen.right + 5000, screen.top + 40}, {work.right - 1, screen.top + 40}},
+      // Only x is brought back; the menu itself keeps on screen vertically.
+      {{screen.left + 50, screen.bottom + 5000}, {screen.left + 50, screen.bottom + 5000}},
+  };
+  for (const Case& c : cases) {
+    POINT at = ColorMenuPosition(c.cursor);
+    EXPECT_EQ(at.x, c.expected.x) << c.cursor.x << "," << c.cursor.y;
+    EXPECT_EQ(at.y, c.expected.y) << c.cursor.x << "," << c.cursor.y;
   }
 }
