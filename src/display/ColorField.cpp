@@ -1,14 +1,12 @@
 #include "display/ColorField.h"
 
 #include "display/ColorMenu.h"
+#include "ui/Window.h"
 
 namespace {
 
 std::wstring EditText(HWND dialog, int id) {
-  HWND edit = GetDlgItem(dialog, id);
-  std::wstring text(static_cast<size_t>(GetWindowTextLengthW(edit)) + 1, L'\0');
-  text.resize(static_cast<size_t>(GetWindowTextW(edit, text.data(), static_cast<int>(text.size()))));
-  return text;
+  return CWindow(dialog).GetItemText(id);
 }
 
 }  // namespace
@@ -16,7 +14,7 @@ std::wstring EditText(HWND dialog, int id) {
 void ColorField::Set(HWND dialog, COLORREF value) {
   color = value;
   text = FormatColorHex(value);
-  SetDlgItemTextW(dialog, editId, text.c_str());
+  CWindow(dialog).SetItemText(editId, text);
   RepaintSwatch(dialog);
 }
 
@@ -58,7 +56,7 @@ void ColorField::OnSelect(HWND dialog) {
   COLORREF current = ParseColorHex(EditText(dialog, editId), kColorNone);
   color = PickColorFromMenu(dialog, current, allowNone);
   text = color == kColorNone ? std::wstring() : FormatColorHex(color);
-  SetDlgItemTextW(dialog, editId, text.c_str());
+  CWindow(dialog).SetItemText(editId, text);
   RepaintSwatch(dialog);
 }
 
