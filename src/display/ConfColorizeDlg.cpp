@@ -3,7 +3,6 @@
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Strings.h"
-#include "display/DialogPlacement.h"
 
 namespace {
 
@@ -33,7 +32,7 @@ bool CConfColorizeDlg::OnInitDialog() {
   std::optional<std::wstring> stored = listFile.Option(kIdentifiedItemColorOption);
   if (stored && !stored->empty()) color = ParseColorHex(*stored, kColorNone);
   field.Set(handle, color);
-  CenterOnOwner(handle);
+  CenterOnOwner();
   return true;
 }
 

@@ -1,7 +1,6 @@
 #include "display/SelectEdgedTextColor.h"
 
 #include "app/Strings.h"
-#include "display/DialogPlacement.h"
 
 namespace {
 
@@ -49,7 +48,7 @@ CSelectEdgedTextColor::CSelectEdgedTextColor(COLORREF textColor, COLORREF edgeCo
 bool CSelectEdgedTextColor::OnInitDialog() {
   textField.Set(handle, textColor);
   edgeField.Set(handle, edgeColor);
-  CenterOnOwner(handle);
+  CenterOnOwner();
   return true;
 }
 

@@ -44,16 +44,7 @@ void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {
   MoveWindow(handle, 0, 0, width - 1, height, TRUE);
   MoveWindow(handle, 0, 0, width, height, TRUE);
 
-  RECT around{};
-  HWND owner = GetWindow(handle, GW_OWNER);
-  if (owner) {
-    GetWindowRect(owner, &around);
-  } else {
-    SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
-  }
-  const int x = around.left + ((around.right - around.left) - width) / 2;
-  const int y = around.top + ((around.bottom - around.top) - height) / 2;
-  SetWindowPos(handle, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  CenterOnOwner();
 
   if (maximized != 0) ShowWindow(handle, SW_SHOWMAXIMIZED);
 }

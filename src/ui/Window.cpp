@@ -57,3 +57,16 @@ RECT CWindow::WindowRect() const {
   GetWindowRect(handle, &rect);
   return rect;
 }
+
+void CWindow::CenterOnOwner() const {
+  RECT around{};
+  if (HWND owner = GetWindow(handle, GW_OWNER)) {
+    GetWindowRect(owner, &around);
+  } else {
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &around, 0);
+  }
+  const RECT self = WindowRect();
+  const int x = around.left + ((around.right - around.left) - (self.right - self.left)) / 2;
+  const int y = around.top + ((around.bottom - around.top) - (self.bottom - self.top)) / 2;
+  SetWindowPos(handle, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}

@@ -39,6 +39,8 @@ class CWindow {
   RECT ItemRect(int id) const;
   RECT ClientRect() const;
   RECT WindowRect() const;
+  // Centres the window over its owner, or over the work area when it has none.
+  void CenterOnOwner() const;
 
  protected:
   HWND handle = nullptr;

@@ -1,8 +1,15 @@
 #include "ui/WindowImpl.h"
 
+#include <unordered_map>
+
 namespace {
-constexpr wchar_t kSelfProperty[] = L"VrkConfig.CWindowImpl";
+// Which object owns each subclassed window. A window property would do, but under Wine every
+// property read is a server round trip, paid on every message; all windows live on the one UI thread.
+std::unordered_map<HWND, CWindowImpl*>& Owners() {
+  static std::unordered_map<HWND, CWindowImpl*> owners;
+  return owners;
 }
+}  // namespace
 
 CWindowImpl::~CWindowImpl() {
   UnsubclassWindow();
@@ -10,7 +17,7 @@ CWindowImpl::~CWindowImpl() {
 
 bool CWindowImpl::SubclassWindow(HWND window) {
   if (handle || !window) return false;
-  if (!SetPropW(window, kSelfProperty, this)) return false;
+  if (!Owners().emplace(window, this).second) return false;
   handle = window;
   original = reinterpret_cast<WNDPROC>(
       SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&CWindowImpl::WindowProc)));
@@ -21,7 +28,7 @@ HWND CWindowImpl::UnsubclassWindow() {
   if (!handle) return nullptr;
   HWND window = handle;
   SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(original));
-  RemovePropW(window, kSelfProperty);
+  Owners().erase(window);
   handle = nullptr;
   original = nullptr;
   return window;
@@ -36,8 +43,9 @@ LRESULT CWindowImpl::DefaultProc(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CALLBACK CWindowImpl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  auto* self = static_cast<CWindowImpl*>(GetPropW(window, kSelfProperty));
-  if (!self) return DefWindowProcW(window, message, wParam, lParam);
+  const auto found = Owners().find(window);
+  if (found == Owners().end()) return DefWindowProcW(window, message, wParam, lParam);
+  CWindowImpl* self = found->second;
   LRESULT result = 0;
   if (message != WM_NCDESTROY && self->ProcessWindowMessage(window, message, wParam, lParam, result)) {
     return result;
