@@ -2,6 +2,26 @@
 
 #include <shellapi.h>
 
+namespace {
+
+// The common dialogs and the shell are needed only when the user asks for them: loading them on
+// first use keeps them (and all they pull in) off the start-up path.
+template <class Function>
+Function* SystemFunction(const wchar_t* library, const char* name) {
+  HMODULE module = GetModuleHandleW(library);
+  if (!module) module = LoadLibraryExW(library, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
+  if (!module) return nullptr;
+  return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+}
+
+template <class Request>
+bool RunCommonDialog(const char* name, Request& request) {
+  auto* function = SystemFunction<BOOL WINAPI(Request*)>(L"comdlg32.dll", name);
+  return function && function(&request) != FALSE;
+}
+
+}  // namespace
+
 Prompts DefaultPrompts() {
   Prompts p;
   p.messageBox = [](HWND owner, const std::wstring& text, const std::wstring& caption, UINT type) {
@@ -10,12 +30,14 @@ Prompts DefaultPrompts() {
   p.popupMenu = [](HMENU menu, UINT flags, POINT at, HWND owner) {
     return static_cast<int>(TrackPopupMenu(menu, flags | TPM_RETURNCMD, at.x, at.y, 0, owner, nullptr));
   };
-  p.chooseColor = [](CHOOSECOLORW& request) { return ChooseColorW(&request) != FALSE; };
-  p.openFile = [](OPENFILENAMEW& request) { return GetOpenFileNameW(&request) != FALSE; };
-  p.saveFile = [](OPENFILENAMEW& request) { return GetSaveFileNameW(&request) != FALSE; };
-  p.chooseFont = [](CHOOSEFONTW& request) { return ChooseFontW(&request) != FALSE; };
+  p.chooseColor = [](CHOOSECOLORW& request) { return RunCommonDialog("ChooseColorW", request); };
+  p.openFile = [](OPENFILENAMEW& request) { return RunCommonDialog("GetOpenFileNameW", request); };
+  p.saveFile = [](OPENFILENAMEW& request) { return RunCommonDialog("GetSaveFileNameW", request); };
+  p.chooseFont = [](CHOOSEFONTW& request) { return RunCommonDialog("ChooseFontW", request); };
   p.shellOpen = [](HWND owner, const std::wstring& target) {
-    auto result = ShellExecuteW(owner, L"open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
+    auto* execute = SystemFunction<decltype(ShellExecuteW)>(L"shell32.dll", "ShellExecuteW");
+    if (!execute) return false;
+    auto result = execute(owner, L"open", target.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
     return reinterpret_cast<INT_PTR>(result) > 32;
   };
   p.localTime = [] {
@@ -40,12 +62,24 @@ int ShowPopupMenu(HMENU menu, UINT flags, POINT at, HWND owner) {
   return CurrentPrompts().popupMenu(menu, flags, at, owner);
 }
 
-bool ShowColorChooser(CHOOSECOLORW& request) { return CurrentPrompts().chooseColor(request); }
-bool ShowOpenFileChooser(OPENFILENAMEW& request) { return CurrentPrompts().openFile(request); }
-bool ShowSaveFileChooser(OPENFILENAMEW& request) { return CurrentPrompts().saveFile(request); }
-bool ShowFontChooser(CHOOSEFONTW& request) { return CurrentPrompts().chooseFont(request); }
+bool ShowColorChooser(CHOOSECOLORW& request) {
+  return CurrentPrompts().chooseColor(request);
+}
+bool ShowOpenFileChooser(OPENFILENAMEW& request) {
+  return CurrentPrompts().openFile(request);
+}
+bool ShowSaveFileChooser(OPENFILENAMEW& request) {
+  return CurrentPrompts().saveFile(request);
+}
+bool ShowFontChooser(CHOOSEFONTW& request) {
+  return CurrentPrompts().chooseFont(request);
+}
 bool ShellOpen(HWND owner, std::wstring_view target) {
   return CurrentPrompts().shellOpen(owner, std::wstring(target));
 }
-SYSTEMTIME LocalClock() { return CurrentPrompts().localTime(); }
-void EndProcess(UINT exitCode) { CurrentPrompts().exitProcess(exitCode); }
+SYSTEMTIME LocalClock() {
+  return CurrentPrompts().localTime();
+}
+void EndProcess(UINT exitCode) {
+  CurrentPrompts().exitProcess(exitCode);
+}
