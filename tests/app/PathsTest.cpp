@@ -37,13 +37,6 @@ TEST(Paths, EveryFolderComesFromTheProgramsOwnPlace) {
   EXPECT_EQ(paths.gameSavesA, "C:\\Games\\Morva\\save");
 }
 
-TEST(Paths, AProgramWithoutAParentFolderIsNotInstalled) {
-  for (const wchar_t* program : {L"C:\\VrkConfig.exe", L"VrkConfig.exe"}) {
-    SetProgramFolder(program);
-    EXPECT_FALSE(DeriveGamePaths()) << program;
-  }
-}
-
 TEST(Paths, CombiningPutsOneSeparatorBetweenTheParts) {
   EXPECT_EQ(CombinePath(L"C:\\a\\", L"b"), L"C:\\a\\b");
   EXPECT_EQ(CombinePath(L"C:\\a", L"b"), L"C:\\a\\b");

@@ -5,6 +5,7 @@
 
 #include "app/QcsvDocument.h"
 #include "app/QcsvTestUtil.h"
+#include "common/PromptRecorder.h"
 #include "common/TestUtil.h"
 
 namespace {
@@ -29,28 +30,6 @@ QcsvDocument NewDocument() {
 
 }  // namespace
 
-TEST(QcsvAtomicWrite, FailureMidwayLeavesTheOldFileAndNoTemporaryFile) {
-  TempDir dir;
-  std::wstring path = dir.File(L"LogEx.qcsv");
-  ASSERT_TRUE(WriteFileBytes(path, kOldFile));
-  std::vector<std::string> seenDuringWrite;
-  // Half the bytes reach the disk, then the disk is full.
-  WriteStepScope failing([&](void* file, std::string_view bytes) {
-    seenDuringWrite.push_back(ReadFileBytes(path));
-    DWORD written = 0;
-    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size() / 2), &written, nullptr);
-    SetLastError(ERROR_DISK_FULL);
-    return false;
-  });
-  RecordedMessages messages;
-  EXPECT_FALSE(NewDocument().Write(path));
-  EXPECT_EQ(seenDuringWrite, std::vector<std::string>{kOldFile});
-  EXPECT_EQ(ReadFileBytes(path), kOldFile);
-  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"LogEx.qcsv"});
-  ASSERT_EQ(messages.shown.size(), 1u);
-  EXPECT_EQ(messages.shown[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
-}
-
 TEST(QcsvAtomicWrite, TargetKeepsItsOldContentUntilTheNewOneIsComplete) {
   TempDir dir;
   std::wstring path = dir.File(L"LogEx.qcsv");
@@ -62,10 +41,10 @@ TEST(QcsvAtomicWrite, TargetKeepsItsOldContentUntilTheNewOneIsComplete) {
     return WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
            written == bytes.size();
   });
-  RecordedMessages messages;
+  PromptRecorder recorder;
   QcsvDocument doc = NewDocument();
   EXPECT_TRUE(doc.Write(path));
-  EXPECT_TRUE(messages.shown.empty());
+  EXPECT_TRUE(recorder.asked.empty());
   EXPECT_EQ(seenDuringWrite, std::vector<std::string>{kOldFile});
 
   QcsvDocument back;
@@ -74,26 +53,56 @@ TEST(QcsvAtomicWrite, TargetKeepsItsOldContentUntilTheNewOneIsComplete) {
   EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"LogEx.qcsv"});
 }
 
-// While another program holds the file open the rename is refused (on Windows too, even when the
-// reader shares deletion); after a short wait the save gives up and the reader's file is intact.
-TEST(QcsvAtomicWrite, TargetHeldOpenByAnotherProgramStaysIntact) {
-  const DWORD shareModes[] = {0, FILE_SHARE_READ, FILE_SHARE_READ | FILE_SHARE_DELETE};
-  for (DWORD share : shareModes) {
-    SCOPED_TRACE(share);
+// However a save fails, the old file is left byte for byte, no temporary file stays behind and the
+// writer's message names the file. While another program holds the file open the rename is refused
+// (on Windows too, even when the reader shares deletion); after a short wait the save gives up.
+TEST(QcsvAtomicWrite, FailedSaveLeavesTheOldFileAndSaysSo) {
+  enum Failure { kDiskFullMidway, kReadOnly, kMissingFolder, kHeldOpen };
+  const struct {
+    const char* name;
+    Failure failure;
+    DWORD share;
+  } cases[] = {
+      {"disk full midway", kDiskFullMidway, 0},
+      {"read-only target", kReadOnly, 0},
+      {"missing folder", kMissingFolder, 0},
+      {"held open", kHeldOpen, 0},
+      {"held open, sharing reads", kHeldOpen, FILE_SHARE_READ},
+      {"held open, sharing deletion", kHeldOpen, FILE_SHARE_READ | FILE_SHARE_DELETE},
+  };
+  // Half the bytes reach the disk, then the disk is full.
+  const QcsvDocument::WriteStep diskFull = [](void* file, std::string_view bytes) {
+    DWORD written = 0;
+    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size() / 2), &written, nullptr);
+    SetLastError(ERROR_DISK_FULL);
+    return false;
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
     TempDir dir;
-    std::wstring path = dir.File(L"LogEx.qcsv");
-    ASSERT_TRUE(WriteFileBytes(path, kOldFile));
-    HANDLE reader = CreateFileW(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
-    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
-    RecordedMessages messages;
+    std::wstring path = dir.File(c.failure == kMissingFolder ? L"nowhere\\LogEx.qcsv" : L"LogEx.qcsv");
+    ASSERT_TRUE(c.failure == kMissingFolder || WriteFileBytes(path, kOldFile));
+    ASSERT_TRUE(c.failure != kReadOnly || SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY));
+    HANDLE reader = c.failure == kHeldOpen
+                        ? CreateFileW(path.c_str(), GENERIC_READ, c.share, nullptr, OPEN_EXISTING, 0, nullptr)
+                        : INVALID_HANDLE_VALUE;
+    ASSERT_TRUE(c.failure != kHeldOpen || reader != INVALID_HANDLE_VALUE);
+    WriteStepScope step(c.failure == kDiskFullMidway ? diskFull : QcsvDocument::WriteStep{});
+    PromptRecorder recorder;
     EXPECT_FALSE(NewDocument().Write(path));
-    char buffer[256] = {};
-    DWORD got = 0;
-    ReadFile(reader, buffer, sizeof(buffer), &got, nullptr);
-    CloseHandle(reader);
-    EXPECT_EQ(std::string(buffer, got), kOldFile);
-    EXPECT_EQ(messages.shown.size(), 1u);
+    ASSERT_EQ(recorder.asked.size(), 1u);
+    EXPECT_EQ(recorder.asked[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
+    EXPECT_EQ(recorder.asked[0].caption, L"Morva Extender");
+    if (reader != INVALID_HANDLE_VALUE) {
+      char buffer[256] = {};
+      DWORD got = 0;
+      ReadFile(reader, buffer, sizeof(buffer), &got, nullptr);
+      CloseHandle(reader);
+      EXPECT_EQ(std::string(buffer, got), kOldFile);
+    }
+    if (c.failure == kMissingFolder) continue;
     EXPECT_EQ(ReadFileBytes(path), kOldFile);
     EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"LogEx.qcsv"});
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
   }
 }

@@ -6,6 +6,7 @@
 
 #include "app/QcsvDocument.h"
 #include "app/QcsvTestUtil.h"
+#include "common/PromptRecorder.h"
 #include "common/TestUtil.h"
 
 namespace {
@@ -61,7 +62,7 @@ bool IsTag(const std::wstring& field) {
 TEST(QcsvProperty, DocumentsSurviveWriteThenRead) {
   RandomText random(20261122);
   TempDir dir;
-  RecordedMessages messages;
+  PromptRecorder recorder;
   for (int round = 0; round < 300; ++round) {
     SCOPED_TRACE(round);
     QcsvDocument doc;
@@ -89,14 +90,14 @@ TEST(QcsvProperty, DocumentsSurviveWriteThenRead) {
     ASSERT_TRUE(back.Write(dir.File(L"p.qcsv")));
     ASSERT_EQ(ReadFileBytes(dir.File(L"p.qcsv")), firstBytes);
   }
-  EXPECT_TRUE(messages.shown.empty());
+  EXPECT_TRUE(recorder.asked.empty());
 }
 
 // Whatever the bytes, the reader returns an answer, and what it accepts can be written again.
 TEST(QcsvProperty, RandomBytesNeverBreakTheReader) {
   RandomText random(7);
   TempDir dir;
-  RecordedMessages messages;
+  PromptRecorder recorder;
   int accepted = 0;
   for (int round = 0; round < 400; ++round) {
     SCOPED_TRACE(round);
@@ -114,5 +115,5 @@ TEST(QcsvProperty, RandomBytesNeverBreakTheReader) {
   EXPECT_GT(accepted, 100);
   // A file is refused silently or shows the corrupted-file message; the first line check leaves
   // nothing that would reach that message.
-  EXPECT_TRUE(messages.shown.empty());
+  EXPECT_TRUE(recorder.asked.empty());
 }

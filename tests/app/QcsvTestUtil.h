@@ -4,28 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "app/Prompt.h"
 #include "app/QcsvDocument.h"
-
-struct ShownMessage {
-  std::wstring text;
-  std::wstring caption;
-};
-
-// Records every message box instead of showing it.
-class RecordedMessages {
- public:
-  RecordedMessages() {
-    CurrentPrompts().messageBox = [this](HWND, const std::wstring& text, const std::wstring& caption, UINT) {
-      shown.push_back({text, caption});
-      return IDOK;
-    };
-  }
-  std::vector<ShownMessage> shown;
-
- private:
-  ScopedPrompts scope;
-};
 
 // The document in one line: options, columns and rows, every field in brackets.
 inline std::wstring Dump(const QcsvDocument& doc) {

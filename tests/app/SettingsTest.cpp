@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <map>
+#include <sstream>
 #include <string>
 
 #include "app/Settings.h"
@@ -9,69 +11,35 @@
 namespace {
 
 // The file order the extension expects, written out independently of the code's table.
-const wchar_t* const kFileOrder[63] = {L"iLanguage",
-                                       L"wstrMorva",
-                                       L"enLogExtender",
-                                       L"enLogExtender_FullLog",
-                                       L"enPetInfo",
-                                       L"enTreasureMap",
-                                       L"enLabel",
-                                       L"enEnchantFinder",
-                                       L"enListExtender",
-                                       L"enStockMK",
-                                       L"enColorizeIdentifiedItem",
-                                       L"enWeightGraph",
-                                       L"enShowPiggyBank",
-                                       L"enShowFoodRemainingTime",
-                                       L"enShowQuestItem",
-                                       L"enQuestCounter",
-                                       L"enQuestStatus",
-                                       L"enQuestNpcDir",
-                                       L"enFrameCounter",
-                                       L"enEtherwindAlert",
-                                       L"enSetInfoPos",
-                                       L"enShowRestock",
-                                       L"enUseComma",
-                                       L"enShowWeight",
-                                       L"enShowSleepiness",
-                                       L"enShowWet",
-                                       L"enShowSatiety",
-                                       L"enShowStamina",
-                                       L"enDateFormat",
-                                       L"enCharacterCreateHelper",
-                                       L"enCasinoFix",
-                                       L"enHideNoParty",
-                                       L"enEquipSet",
-                                       L"enScreenshot",
-                                       L"enScreenshotIncludeFrame",
-                                       L"enQuickSearch",
-                                       L"enRestoreWindowPlacement",
-                                       L"enNumlockOff",
-                                       L"enMusicExtender",
-                                       L"enMusicExtender_NoReplace",
-                                       L"enDebugOutput",
-                                       L"enNoZip",
-                                       L"enItemInfo",
-                                       L"enCustomRealDate",
-                                       L"enSuperCheatMode",
-                                       L"enMusicExtender_SupressRestart",
-                                       L"iStockMK",
-                                       L"iScreenshotRange",
-                                       L"iScreenshotFormat",
-                                       L"iJpegQuality",
-                                       L"iInfoLayerFrame",
-                                       L"iInfoLayerStamina",
-                                       L"iInfoLayerEtherwind",
-                                       L"iInfoLayerQuestCount",
-                                       L"iInfoLayerQuestNpcDir",
-                                       L"iDateFormat",
-                                       L"iSatietyFormat",
-                                       L"iWeightGraphPosition_Right",
-                                       L"iWeightGraphColor_Gain",
-                                       L"iWeightGraphColor_Current",
-                                       L"iWeightGraphColor_Lose",
-                                       L"iCustomRealDate_Month",
-                                       L"iCustomRealDate_Day"};
+const char kFileOrder[] =
+    "iLanguage wstrMorva enLogExtender enLogExtender_FullLog enPetInfo enTreasureMap enLabel "
+    "enEnchantFinder enListExtender enStockMK enColorizeIdentifiedItem enWeightGraph enShowPiggyBank "
+    "enShowFoodRemainingTime enShowQuestItem enQuestCounter enQuestStatus enQuestNpcDir enFrameCounter "
+    "enEtherwindAlert enSetInfoPos enShowRestock enUseComma enShowWeight enShowSleepiness enShowWet "
+    "enShowSatiety enShowStamina enDateFormat enCharacterCreateHelper enCasinoFix enHideNoParty enEquipSet "
+    "enScreenshot enScreenshotIncludeFrame enQuickSearch enRestoreWindowPlacement enNumlockOff "
+    "enMusicExtender enMusicExtender_NoReplace enDebugOutput enNoZip enItemInfo enCustomRealDate "
+    "enSuperCheatMode enMusicExtender_SupressRestart iStockMK iScreenshotRange iScreenshotFormat "
+    "iJpegQuality iInfoLayerFrame iInfoLayerStamina iInfoLayerEtherwind iInfoLayerQuestCount "
+    "iInfoLayerQuestNpcDir iDateFormat iSatietyFormat iWeightGraphPosition_Right iWeightGraphColor_Gain "
+    "iWeightGraphColor_Current iWeightGraphColor_Lose iCustomRealDate_Month iCustomRealDate_Day";
+
+// The whole file a save writes: every key in order with its default unless `values` names it.
+std::string ExpectedFile(std::map<std::string, std::string> values) {
+  values.try_emplace("iWeightGraphColor_Gain", "10198015");
+  values.try_emplace("iWeightGraphColor_Current", "11534335");
+  values.try_emplace("iWeightGraphColor_Lose", "11534255");
+  values.try_emplace("wstrMorva", "");
+  std::string file = "[MorvaExtender_v5]\r\n";
+  std::istringstream names(kFileOrder);
+  int count = 0;
+  for (std::string name; names >> name; ++count) {
+    auto value = values.find(name);
+    file += name + "=" + (value == values.end() ? "0" : value->second) + "\r\n";
+  }
+  EXPECT_EQ(count, 63);
+  return file;
+}
 
 // Loads the way start-up does, from a file in a temporary folder.
 struct LoadedSettings {
@@ -85,103 +53,50 @@ struct LoadedSettings {
   Settings settings;
 };
 
-std::string Ini(const char* body) {
-  return std::string("[MorvaExtender_v5]\r\n") + body;
+std::string Ini(const std::string& body) {
+  return "[MorvaExtender_v5]\r\n" + body;
 }
 
 }  // namespace
 
 TEST(Settings, FreshSaveWritesEveryKeyInTableOrder) {
   TempDir dir;
-  LoadedSettings loaded(dir);
-  loaded.settings.Save();
-
-  std::string expected = "[MorvaExtender_v5]\r\n";
-  for (const wchar_t* key : kFileOrder) {
-    std::string name = Utf8(key);
-    std::string value = "0";
-    if (name == "wstrMorva") value = "";
-    if (name == "iWeightGraphColor_Gain") value = "10198015";
-    if (name == "iWeightGraphColor_Current") value = "11534335";
-    if (name == "iWeightGraphColor_Lose") value = "11534255";
-    expected += name + "=" + value + "\r\n";
-  }
-  EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), expected);
+  LoadedSettings(dir).settings.Save();
+  EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), ExpectedFile({}));
 }
 
-TEST(Settings, SwitchKeepsItsValueInMemoryAndIsWrittenAsOne) {
+// Switches keep any number in memory but are written as 1, texts are cut to 255 characters, missing or
+// -1 weight-graph colours take their defaults (written in decimal), and keys no dialog shows survive.
+TEST(Settings, LoadedValuesAndWhatASaveWritesBack) {
   TempDir dir;
-  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), Ini("enLabel=5\r\nenPetInfo=-3\r\n")));
-  LoadedSettings loaded(dir);
-  EXPECT_EQ(loaded.settings.enLabel, 5);
-  EXPECT_EQ(loaded.settings.enPetInfo, -3);
-  loaded.settings.Save();
-  std::string file = ReadFileBytes(dir.File(L"Vrk.ini"));
-  EXPECT_NE(file.find("\r\nenLabel=1\r\n"), std::string::npos);
-  EXPECT_NE(file.find("\r\nenPetInfo=1\r\n"), std::string::npos);
-}
-
-TEST(Settings, LongTextIsCutTo255Characters) {
-  TempDir dir;
-  std::string longText(300, 'x');
-  longText[254] = 'y';
-  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), Ini(("wstrMorva=" + longText + "\r\n").c_str())));
-  LoadedSettings loaded(dir);
-  ASSERT_EQ(loaded.settings.wstrMorva.size(), 255u);
-  EXPECT_EQ(loaded.settings.wstrMorva.back(), L'y');
-}
-
-TEST(Settings, WeightGraphColoursDefaultWhenMissingOrMinusOne) {
-  TempDir dir;
+  const std::string longText = std::string(254, 'x') + "y" + std::string(45, 'z');
   ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"),
-                             Ini("iWeightGraphColor_Current=-1\r\niWeightGraphColor_Lose=255\r\n")));
+                             Ini("enLabel=5\r\nenPetInfo=-3\r\nwstrMorva=" + longText +
+                                 "\r\niWeightGraphColor_Current=-1\r\niWeightGraphColor_Lose=255\r\n"
+                                 "enSuperCheatMode=1\r\niJpegQuality=85\r\niInfoLayerFrame=-7\r\n")));
   LoadedSettings loaded(dir);
-  EXPECT_EQ(loaded.settings.iWeightGraphColor_Gain, 0x009B9BFF);
-  EXPECT_EQ(loaded.settings.iWeightGraphColor_Current, 0x00AFFFFF);
-  EXPECT_EQ(loaded.settings.iWeightGraphColor_Lose, 255);
+  const Settings& s = loaded.settings;
+  EXPECT_EQ(s.enLabel, 5);
+  EXPECT_EQ(s.enPetInfo, -3);
+  EXPECT_EQ(s.wstrMorva, std::wstring(254, L'x') + L"y");
+  EXPECT_EQ(s.iWeightGraphColor_Gain, 0x009B9BFF);
+  EXPECT_EQ(s.iWeightGraphColor_Current, 0x00AFFFFF);
+  EXPECT_EQ(s.iWeightGraphColor_Lose, 255);
+  EXPECT_EQ(s.iJpegQuality, 85);
+  DeleteFileW(dir.File(L"Vrk.ini").c_str());  // a save keeps the places of keys already in the file
   loaded.settings.Save();
-  std::string file = ReadFileBytes(dir.File(L"Vrk.ini"));
-  EXPECT_NE(file.find("\r\niWeightGraphColor_Gain=10198015\r\n"), std::string::npos);
-  EXPECT_NE(file.find("\r\niWeightGraphColor_Current=11534335\r\n"), std::string::npos);
-  EXPECT_NE(file.find("\r\niWeightGraphColor_Lose=255\r\n"), std::string::npos);
-}
-
-TEST(Settings, LanguageFollowsTheUserLocaleWhenMissingOrMinusOne) {
-  struct Case {
-    const char* file;
-    LCID locale;
-    int32_t language;
-  };
-  const Case cases[] = {
-      {"", 1041, 1},
-      {"", 1033, 0},
-      {"", 2052, 0},
-      {"iLanguage=-1\r\n", 1041, 1},
-      {"iLanguage=-1\r\n", 1033, 0},
-      {"iLanguage=0\r\n", 1041, 0},
-      {"iLanguage=1\r\n", 1033, 1},
-  };
-  for (const Case& c : cases) {
-    TempDir dir;
-    ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), Ini(c.file)));
-    LoadedSettings loaded(dir, c.locale);
-    EXPECT_EQ(loaded.settings.iLanguage, c.language) << c.file << " locale " << c.locale;
-  }
-}
-
-TEST(Settings, KeysNoDialogShowsSurviveALoadAndSave) {
-  TempDir dir;
-  ASSERT_TRUE(
-      WriteFileBytes(dir.File(L"Vrk.ini"), Ini("enSuperCheatMode=1\r\nenDebugOutput=1\r\niJpegQuality=85\r\n"
-                                               "wstrMorva=C:\\Games\\Morva\r\niInfoLayerFrame=-7\r\n")));
-  LoadedSettings loaded(dir);
-  loaded.settings.Save();
-  LoadedSettings again(dir);
-  EXPECT_EQ(again.settings.enSuperCheatMode, 1);
-  EXPECT_EQ(again.settings.enDebugOutput, 1);
-  EXPECT_EQ(again.settings.iJpegQuality, 85);
-  EXPECT_EQ(again.settings.iInfoLayerFrame, -7);
-  EXPECT_EQ(again.settings.wstrMorva, L"C:\\Games\\Morva");
+  EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), ExpectedFile({{"enLabel", "1"},
+                                                               {"enPetInfo", "1"},
+                                                               {"wstrMorva", longText.substr(0, 255)},
+                                                               {"iWeightGraphColor_Lose", "255"},
+                                                               {"enSuperCheatMode", "1"},
+                                                               {"iJpegQuality", "85"},
+                                                               {"iInfoLayerFrame", "-7"}}));
+  // Changing one key rewrites that key only.
+  std::string expected = ReadFileBytes(dir.File(L"Vrk.ini"));
+  loaded.settings.WriteKey(L"iSatietyFormat", 3);
+  expected.replace(expected.find("iSatietyFormat=0"), 16, "iSatietyFormat=3");
+  EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), expected);
 }
 
 TEST(Settings, KindFollowsTheFirstCharacterOnly) {
@@ -207,69 +122,42 @@ TEST(Settings, KindFollowsTheFirstCharacterOnly) {
   EXPECT_EQ(other, 9);
   settings.Save();
   std::string file = ReadFileBytes(dir.File(L"Vrk.ini"));
-  for (const char* line :
-       {"\r\ntitle=hello\r\n", "\r\nnFlag=1\r\n", "\r\nuCount=4000000000\r\n", "\r\nxOther=\r\n"}) {
+  for (const char* line : {"\ntitle=hello\r\n", "\nnFlag=1\r\n", "\nuCount=4000000000\r\n", "\nxOther=\r\n"})
     EXPECT_NE(file.find(line), std::string::npos) << line;
-  }
 }
-
-TEST(Settings, WriteKeyChangesOnlyThatKey) {
-  TempDir dir;
-  LoadedSettings loaded(dir);
-  loaded.settings.Save();
-  std::string before = ReadFileBytes(dir.File(L"Vrk.ini"));
-  loaded.settings.WriteKey(L"iSatietyFormat", 3);
-  std::string after = ReadFileBytes(dir.File(L"Vrk.ini"));
-  std::string expected = before;
-  expected.replace(expected.find("iSatietyFormat=0"), 16, "iSatietyFormat=3");
-  EXPECT_EQ(after, expected);
-}
-
-namespace {
-
-// A stand-in for the running extension's window: its class, its title and window data.
-class FakeExtensionWindow {
- public:
-  FakeExtensionWindow() {
-    WNDCLASSW wc{};
-    wc.lpfnWndProc = DefWindowProcW;
-    wc.hInstance = GetModuleHandleW(nullptr);
-    wc.lpszClassName = kExtensionWindowClass;
-    wc.cbWndExtra = 16;
-    RegisterClassW(&wc);
-    hwnd = CreateWindowExW(0, kExtensionWindowClass, L"Morva Extender", WS_OVERLAPPED, 0, 0, 10, 10, nullptr,
-                           nullptr, GetModuleHandleW(nullptr), nullptr);
-  }
-  ~FakeExtensionWindow() { DestroyWindow(hwnd); }
-  uint32_t Flags() const { return static_cast<uint32_t>(GetWindowLongW(hwnd, 8)); }
-  HWND hwnd;
-};
-
-}  // namespace
 
 TEST(Notification, SetsBitsInTheExtensionWindowAndNeverClearsAny) {
-  FakeExtensionWindow extension;
-  ASSERT_NE(extension.hwnd, nullptr);
-  SetWindowLongW(extension.hwnd, 8, 0x800);
-  SetWindowLongW(extension.hwnd, 4, 0x55);
-
-  NotifyExtension(kFlagSettings);
-  EXPECT_EQ(extension.Flags(), 0x801u);
-  EXPECT_EQ(LastExtensionWindow(), extension.hwnd);
-
-  SetLanguage(kJapanese);  // the title is the same text in both languages
-  NotifyExtension(kFlagQuickSearch);
-  SetLanguage(kEnglish);
-  EXPECT_EQ(extension.Flags(), 0xB01u);
-
-  NotifyExtension(kFlagSettings);
-  EXPECT_EQ(extension.Flags(), 0xB01u);
-  EXPECT_EQ(GetWindowLongW(extension.hwnd, 4), 0x55);
-}
-
-TEST(Notification, DoesNothingWithoutTheExtension) {
-  NotifyExtension(kFlagWeightGraph);
+  NotifyExtension(kFlagWeightGraph);  // nothing to tell without the extension's window
   EXPECT_EQ(LastExtensionWindow(), nullptr);
+
+  // A stand-in for the running extension's window: its class, its title and window data.
+  WNDCLASSW wc{};
+  wc.lpfnWndProc = DefWindowProcW;
+  wc.hInstance = GetModuleHandleW(nullptr);
+  wc.lpszClassName = kExtensionWindowClass;
+  wc.cbWndExtra = 16;
+  RegisterClassW(&wc);
+  HWND extension = CreateWindowExW(0, kExtensionWindowClass, L"Morva Extender", WS_OVERLAPPED, 0, 0, 10, 10,
+                                   nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  ASSERT_NE(extension, nullptr);
+  SetWindowLongW(extension, 8, 0x800);
+  SetWindowLongW(extension, 4, 0x55);
+  const struct {
+    uint32_t language;  // the title is the same text in both languages
+    uint32_t flag;
+    uint32_t after;
+  } cases[] = {{kEnglish, kFlagSettings, 0x801},
+               {kJapanese, kFlagQuickSearch, 0xB01},
+               {kEnglish, kFlagSettings, 0xB01}};
+  for (const auto& c : cases) {
+    SetLanguage(c.language);
+    NotifyExtension(c.flag);
+    EXPECT_EQ(static_cast<uint32_t>(GetWindowLongW(extension, 8)), c.after);
+    EXPECT_EQ(LastExtensionWindow(), extension);
+  }
+  SetLanguage(kEnglish);
+  EXPECT_EQ(GetWindowLongW(extension, 4), 0x55);
+  DestroyWindow(extension);
 }
 
 TEST(Text, SelectsByLanguageAndFormatsTheBuildDate) {

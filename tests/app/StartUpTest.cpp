@@ -6,18 +6,13 @@
 #include <vector>
 
 #include "app/Paths.h"
-#include "app/Prompt.h"
 #include "app/Settings.h"
 #include "app/StartUp.h"
 #include "app/Strings.h"
+#include "common/PromptRecorder.h"
 #include "common/TestUtil.h"
 
 namespace {
-
-struct LanguageGuard {
-  uint32_t saved = Language();
-  ~LanguageGuard() { SetLanguage(saved); }
-};
 
 struct CurrentDirectoryGuard {
   CurrentDirectoryGuard() { GetCurrentDirectoryW(MAX_PATH, saved); }
@@ -61,27 +56,25 @@ TEST(StartUp, FoldersComeFromTheProgramAndItsFolderBecomesCurrent) {
   EXPECT_EQ(Paths().userMusic, dir.File(L"game") + L"\\user\\music");
 }
 
+// No folder above the program, so no game folder: the message has the system's default caption.
 TEST(StartUp, ProgramOutsideAnyFolderSaysItIsNotInstalled) {
-  LanguageGuard languageGuard;
   CurrentDirectoryGuard directoryGuard;
-  ScopedPrompts prompts;
-  std::vector<std::wstring> shown;
-  CurrentPrompts().messageBox = [&](HWND, const std::wstring& text, const std::wstring& caption, UINT type) {
-    shown.push_back(text + L"|" + (caption == kDefaultCaption ? L"(default)" : caption) + L"|" +
-                    std::to_wstring(type));
-    return IDOK;
-  };
+  PromptRecorder recorder;
   SetLanguage(kEnglish);
   EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
   SetLanguage(kJapanese);
-  EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
-  EXPECT_EQ(shown,
-            (std::vector<std::wstring>{L"Morva Extender is not installed correctly.|(default)|0",
-                                       L"Morva Extenderが正しくインストールされていません。|(default)|0"}));
+  EXPECT_FALSE(PrepareFolders(L"VrkConfig.exe"));
+  SetLanguage(kEnglish);
+  EXPECT_EQ(recorder.Texts(),
+            (std::vector<std::wstring>{L"Morva Extender is not installed correctly.",
+                                       L"Morva Extenderが正しくインストールされていません。"}));
+  for (const AskedMessage& asked : recorder.asked) {
+    EXPECT_EQ(asked.caption, kDefaultCaption);
+    EXPECT_EQ(asked.type, static_cast<UINT>(MB_OK));
+  }
 }
 
 TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
-  LanguageGuard languageGuard;
   TempDir dir;
   struct Case {
     const char* file;
@@ -92,6 +85,8 @@ TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
   const Case cases[] = {
       {"", 1041, kJapanese, L"[2022/08/26]"},
       {"", 1033, kEnglish, L"[Aug 26, 2022]"},
+      {"", 2052, kEnglish, L"[Aug 26, 2022]"},
+      {"[MorvaExtender_v5]\r\niLanguage=-1\r\n", 1033, kEnglish, L"[Aug 26, 2022]"},
       {"[MorvaExtender_v5]\r\niLanguage=-1\r\n", 1041, kJapanese, L"[2022/08/26]"},
       {"[MorvaExtender_v5]\r\niLanguage=0\r\n", 1041, kEnglish, L"[Aug 26, 2022]"},
       {"[MorvaExtender_v5]\r\niLanguage=1\r\n", 1033, kJapanese, L"[2022/08/26]"},
@@ -106,6 +101,7 @@ TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
     EXPECT_EQ(GlobalSettings().section, L"MorvaExtender_v5");
     EXPECT_EQ(BuildDateText(), c.date);
   }
+  SetLanguage(kEnglish);
 }
 
 }  // namespace
