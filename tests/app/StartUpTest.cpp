@@ -53,7 +53,6 @@ TEST(StartUp, FoldersComeFromTheProgramAndItsFolderBecomesCurrent) {
   EXPECT_EQ(lstrcmpiW(current, tool.c_str()), 0) << Utf8(current);
   EXPECT_EQ(GlobalSettings().path, tool + L"\\Vrk.ini");
   EXPECT_EQ(Paths().gameFolder, dir.File(L"game"));
-  EXPECT_EQ(Paths().userMusic, dir.File(L"game") + L"\\user\\music");
 }
 
 // No folder above the program, so no game folder: the message has the system's default caption.
