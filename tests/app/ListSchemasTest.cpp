@@ -9,24 +9,23 @@
 // The column line each schema puts in its file is what the extension looks columns up by.
 TEST(ListSchemas, ColumnLinesCarryTheEnglishNamesInOrder) {
   const struct {
-    const char* name;
     std::span<const TextPair> schema;
     const char* columnLine;
     const wchar_t* firstJapanese;
   } cases[] = {
-      {"log keywords", kLogExColumns, "#column,keyword,regex,exact,talk,sound,volume,color", L"キーワード"},
-      {"label", kLabelColumns, "#column,keyword,regex,exact,color", L"キーワード"},
-      {"keyword and colour", kKeywordColorColumns, "#column,keyword,color", L"キーワード"},
-      {"enchantment and colour", kEnchantColorColumns, "#column,enchant,color", L"エンチャント"},
-      {"threshold and colour", kThresholdColorColumns, "#column,threshold,color", L"条件"},
-      {"list colour", kListColorColumns, "#column,type,threshold,color", L"タイプ"},
-      {"music rules", kBgmExColumns, "#column,Orgfile,Month,Day,Hour,Playlist", L"元のファイル"},
-      {"volumes", kVolumeColumns, "#column,File,Volume", L"ファイル"},
-      {"keyword only", kKeywordColumns, "#column,keyword", L"キーワード"},
+      {kLogExColumns, "#column,keyword,regex,exact,talk,sound,volume,color", L"キーワード"},
+      {kLabelColumns, "#column,keyword,regex,exact,color", L"キーワード"},
+      {kKeywordColorColumns, "#column,keyword,color", L"キーワード"},
+      {kEnchantColorColumns, "#column,enchant,color", L"エンチャント"},
+      {kThresholdColorColumns, "#column,threshold,color", L"条件"},
+      {kListColorColumns, "#column,type,threshold,color", L"タイプ"},
+      {kBgmExColumns, "#column,Orgfile,Month,Day,Hour,Playlist", L"元のファイル"},
+      {kVolumeColumns, "#column,File,Volume", L"ファイル"},
+      {kKeywordColumns, "#column,keyword", L"キーワード"},
   };
   TempDir dir;
   for (const auto& c : cases) {
-    SCOPED_TRACE(c.name);
+    SCOPED_TRACE(c.columnLine);
     QcsvDocument doc;
     doc.SetColumns(FileColumnNames(c.schema));
     ASSERT_TRUE(doc.Write(dir.File(L"s.qcsv")));
