@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "app/Paths.h"
 #include "app/StartUp.h"
@@ -42,22 +43,11 @@ class ToolProcess {
   std::wstring Tool() const { return dir.File(L"game") + L"\\Vrk"; }
   std::wstring Ini() const { return Tool() + L"\\Vrk.ini"; }
 
-  // The process's main dialog once it is shown, or null.
-  HWND WaitForWindow() const {
+  // The main dialog with this title once it is shown, or null.
+  HWND WaitForWindow(const wchar_t* title) const {
     WaitForInputIdle(info.hProcess, kPatience);
     for (DWORD waited = 0; waited < kPatience; waited += 20) {
-      HWND found = nullptr;
-      EnumThreadWindows(
-          info.dwThreadId,
-          [](HWND window, LPARAM data) -> BOOL {
-            wchar_t className[16]{};
-            GetClassNameW(window, className, 16);
-            if (!IsWindowVisible(window) || lstrcmpW(className, L"#32770") != 0) return TRUE;
-            *reinterpret_cast<HWND*>(data) = window;
-            return FALSE;
-          },
-          reinterpret_cast<LPARAM>(&found));
-      if (found) return found;
+      if (HWND window = FindWindowW(L"#32770", title); window && IsWindowVisible(window)) return window;
       // Waiting on the process also notices at once when it ended instead.
       if (WaitForSingleObject(info.hProcess, 20) == WAIT_OBJECT_0) return nullptr;
     }
@@ -78,12 +68,6 @@ class ToolProcess {
   bool started = false;
 };
 
-std::wstring TitleOf(HWND window) {
-  wchar_t title[128]{};
-  GetWindowTextW(window, title, 128);
-  return title;
-}
-
 // OK writes the settings beside the program and exits with 1; Cancel exits with 2 and leaves the
 // file as it was. The title's language follows the stored setting (no settings: not Japanese here).
 TEST(Process, OkWritesTheSettingsAndExitsWithOneCancelWritesNothingAndExitsWithTwo) {
@@ -103,9 +87,8 @@ TEST(Process, OkWritesTheSettingsAndExitsWithOneCancelWritesNothingAndExitsWithT
     SCOPED_TRACE(c.button);
     ToolProcess tool(c.settings);
     ASSERT_TRUE(tool.Started()) << "VrkConfig.exe is built next to the test program";
-    HWND window = tool.WaitForWindow();
+    HWND window = tool.WaitForWindow(c.title);
     ASSERT_NE(window, nullptr);
-    EXPECT_EQ(TitleOf(window), c.title);
     EXPECT_EQ(FileExists(tool.Ini()), c.settings != nullptr);
     SendMessageW(window, WM_COMMAND, MAKEWPARAM(c.button, BN_CLICKED), 0);
     EXPECT_EQ(tool.WaitForExit(), c.exitCode);
@@ -116,11 +99,13 @@ TEST(Process, OkWritesTheSettingsAndExitsWithOneCancelWritesNothingAndExitsWithT
 }
 
 TEST(Process, SecondStartLeavesTheFirstRunningAndExitsWithZeroInEitherLanguage) {
-  for (const char* settings :
-       {"[MorvaExtender_v5]\r\niLanguage=0\r\n", "[MorvaExtender_v5]\r\niLanguage=1\r\n"}) {
+  const std::pair<const char*, const wchar_t*> languages[] = {
+      {"[MorvaExtender_v5]\r\niLanguage=0\r\n", L"Morva Extender Config"},
+      {"[MorvaExtender_v5]\r\niLanguage=1\r\n", L"Morva Extender 設定"}};
+  for (const auto& [settings, title] : languages) {
     SCOPED_TRACE(settings);
     ToolProcess first(settings);
-    HWND window = first.WaitForWindow();
+    HWND window = first.WaitForWindow(title);
     ASSERT_NE(window, nullptr);
     // A second copy elsewhere finds the first by its title all the same.
     ToolProcess second(nullptr);

@@ -63,9 +63,9 @@ std::wstring FaceOf(HFONT font) {
   return logFont.lfFaceName;
 }
 
-// Every control comes with its class, id, place and text in the language it opens in, and a
-// relabel afterwards gives every text and font of the other language.
-TEST(DialogTemplate, CreatesEveryControlAndRelabelsInTheOtherLanguage) {
+// Every control comes with its class, id, place and text in the language it opens in, a relabel
+// afterwards gives every text and font of the other language, and each control follows its anchors.
+TEST(DialogTemplate, CreatesEveryControlRelabelsInTheOtherLanguageAndFollowsAnchors) {
   LanguageGuard guard;
   const wchar_t* classes[] = {L"Static",   L"Edit",          L"ListBox", L"ScrollBar",
                               L"ComboBox", L"SysListView32", L"Button",  L"Button"};
@@ -103,6 +103,27 @@ TEST(DialogTemplate, CreatesEveryControlAndRelabelsInTheOtherLanguage) {
         EXPECT_EQ(FaceOf(font), control.cls.atom == Ctl::ScrollBar.atom ? L"" : strFontFace[shown]);
       }
     }
+    // Growing the dialog moves or stretches each control by its anchors.
+    std::vector<RECT> before;
+    for (const ControlDef& control : kControls) before.push_back(dialog.ItemRect(control.id));
+    const RECT window = dialog.WindowRect();
+    SetWindowPos(dialog.Handle(), nullptr, 0, 0, window.right - window.left + 100,
+                 window.bottom - window.top + 50, SWP_NOMOVE | SWP_NOZORDER);
+    for (size_t i = 0; i < std::size(kControls); ++i) {
+      const ControlDef& control = kControls[i];
+      SCOPED_TRACE(control.id);
+      const RECT now = dialog.ItemRect(control.id);
+      const bool left = HasAnchor(control.anchor, Anchor::Left),
+                 right = HasAnchor(control.anchor, Anchor::Right);
+      const bool top = HasAnchor(control.anchor, Anchor::Top),
+                 bottom = HasAnchor(control.anchor, Anchor::Bottom);
+      EXPECT_EQ(now.left - before[i].left, right && !left ? 100 : 0);
+      EXPECT_EQ(now.right - before[i].right, right ? 100 : 0);
+      EXPECT_EQ(now.top - before[i].top, bottom && !top ? 50 : 0);
+      if (control.cls.atom != Ctl::ComboBox.atom) {
+        EXPECT_EQ(now.bottom - before[i].bottom, bottom ? 50 : 0);
+      }
+    }
   }
 }
 
@@ -125,30 +146,6 @@ TEST(DialogMessageMap, CallsTypedHandlersAndReturnsTheirResults) {
   dialog.Send(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED));
   EXPECT_FALSE(IsWindow(window));
   EXPECT_EQ(dialog.Handle(), nullptr);
-}
-
-TEST(DialogAnchors, ControlsFollowTheirAnchors) {
-  CLayerDlg dialog;
-  ASSERT_TRUE(dialog.Create(nullptr));
-  std::vector<RECT> before;
-  for (const ControlDef& control : kControls) before.push_back(dialog.ItemRect(control.id));
-  RECT window = dialog.WindowRect();
-  SetWindowPos(dialog.Handle(), nullptr, 0, 0, window.right - window.left + 100,
-               window.bottom - window.top + 50, SWP_NOMOVE | SWP_NOZORDER);
-  for (size_t i = 0; i < std::size(kControls); ++i) {
-    const ControlDef& control = kControls[i];
-    SCOPED_TRACE(control.id);
-    const RECT now = dialog.ItemRect(control.id);
-    const Anchor anchor = control.anchor;
-    const bool left = HasAnchor(anchor, Anchor::Left), right = HasAnchor(anchor, Anchor::Right);
-    const bool top = HasAnchor(anchor, Anchor::Top), bottom = HasAnchor(anchor, Anchor::Bottom);
-    EXPECT_EQ(now.left - before[i].left, right && !left ? 100 : 0);
-    EXPECT_EQ(now.right - before[i].right, right ? 100 : 0);
-    EXPECT_EQ(now.top - before[i].top, bottom && !top ? 50 : 0);
-    if (control.cls.atom != Ctl::ComboBox.atom) {
-      EXPECT_EQ(now.bottom - before[i].bottom, bottom ? 50 : 0);
-    }
-  }
 }
 
 class CCountingEdit : public CWindowImpl {
