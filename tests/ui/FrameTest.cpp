@@ -3,12 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "app/Prompt.h"
 #include "app/QcsvDocument.h"
 #include "app/Strings.h"
-#include "ui/AboutDlg.h"
 #include "ui/EditStringDlg.h"
 #include "ui/SizingDialog.h"
 #include "ui/UiTestUtil.h"
@@ -27,100 +24,69 @@ class CTestSizingDlg : public CSizingDialog {
   CTestSizingDlg() : CSizingDialog(kDialog, kControls) {}
 };
 
-SIZE SizeOf(const RECT& rect) {
-  return {rect.right - rect.left, rect.bottom - rect.top};
-}
-
 TEST(SizingDialog, DraggedEdgeIsHeldBackAtTheMinimumAndTheOppositeEdgeStays) {
-  struct Case {
+  // Proposed rectangles 100 x 100 at (1000, 1000), or big enough already; the minimum is 636 x 444.
+  const RECT small{1000, 1000, 1100, 1100};
+  const struct {
     UINT edge;
-    RECT proposed;
-    RECT expected;
-  };
-  // Proposed rectangles 100 x 100 at (1000, 1000); the minimum is 636 x 444.
-  const Case cases[] = {
-      {WMSZ_TOP, {1000, 1000, 1100, 1100}, {1000, 656, 1100, 1100}},
-      {WMSZ_BOTTOM, {1000, 1000, 1100, 1100}, {1000, 1000, 1100, 1444}},
-      {WMSZ_LEFT, {1000, 1000, 1100, 1100}, {464, 1000, 1100, 1100}},
-      {WMSZ_RIGHT, {1000, 1000, 1100, 1100}, {1000, 1000, 1636, 1100}},
-      {WMSZ_TOPLEFT, {1000, 1000, 1100, 1100}, {464, 656, 1100, 1100}},
-      {WMSZ_TOPRIGHT, {1000, 1000, 1100, 1100}, {1000, 656, 1636, 1100}},
-      {WMSZ_BOTTOMLEFT, {1000, 1000, 1100, 1100}, {464, 1000, 1100, 1444}},
-      {WMSZ_BOTTOMRIGHT, {1000, 1000, 1100, 1100}, {1000, 1000, 1636, 1444}},
-      // Big enough: nothing changes.
-      {WMSZ_BOTTOMRIGHT, {0, 0, 700, 500}, {0, 0, 700, 500}},
-      {WMSZ_TOPLEFT, {0, 0, 636, 444}, {0, 0, 636, 444}},
-  };
+    RECT proposed, expected;
+  } cases[] = {{WMSZ_TOP, small, {1000, 656, 1100, 1100}},
+               {WMSZ_BOTTOM, small, {1000, 1000, 1100, 1444}},
+               {WMSZ_LEFT, small, {464, 1000, 1100, 1100}},
+               {WMSZ_RIGHT, small, {1000, 1000, 1636, 1100}},
+               {WMSZ_TOPLEFT, small, {464, 656, 1100, 1100}},
+               {WMSZ_TOPRIGHT, small, {1000, 656, 1636, 1100}},
+               {WMSZ_BOTTOMLEFT, small, {464, 1000, 1100, 1444}},
+               {WMSZ_BOTTOMRIGHT, small, {1000, 1000, 1636, 1444}},
+               {WMSZ_BOTTOMRIGHT, {0, 0, 700, 500}, {0, 0, 700, 500}},
+               {WMSZ_TOPLEFT, {0, 0, 636, 444}, {0, 0, 636, 444}}};
   CTestSizingDlg dialog;
   ASSERT_TRUE(dialog.Create(nullptr));
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.edge);
+  for (const auto& c : cases) {
     RECT rect = c.proposed;
     EXPECT_EQ(dialog.Send(WM_SIZING, c.edge, reinterpret_cast<LPARAM>(&rect)), TRUE);
-    EXPECT_EQ(rect.left, c.expected.left);
-    EXPECT_EQ(rect.top, c.expected.top);
-    EXPECT_EQ(rect.right, c.expected.right);
-    EXPECT_EQ(rect.bottom, c.expected.bottom);
+    EXPECT_TRUE(EqualRect(&rect, &c.expected)) << "edge " << c.edge << ": " << rect.left << "," << rect.top
+                                               << "," << rect.right << "," << rect.bottom;
   }
 }
 
-TEST(SizingDialog, RestoreSizeUsesTheStoredSizeOrTheDefault) {
-  struct Case {
-    const wchar_t* width;
-    const wchar_t* height;
+// The stored size, or the default for a missing or zero one, centred on the owner.
+TEST(SizingDialog, RestoreSizeUsesTheStoredSizeOrTheDefaultCentredOnTheOwner) {
+  const struct {
+    const wchar_t *width, *height;
     SIZE expected;
-  };
-  const Case cases[] = {
-      {nullptr, nullptr, {636, 444}},
-      {L"0", L"500", {636, 444}},
-      {L"700", L"0", {636, 444}},
-      {L"abc", L"500", {636, 444}},
-      {L"700", L"500", {700, 500}},
-      {L"650px", L"480", {650, 480}},
-      // Smaller than the minimum still applies: the minimum binds only while dragging.
-      {L"400", L"300", {400, 300}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.expected.cx * 10000 + c.expected.cy);
+  } cases[] = {{nullptr, nullptr, {636, 444}},
+               {L"0", L"500", {636, 444}},
+               {L"700", L"0", {636, 444}},
+               {L"abc", L"500", {636, 444}},
+               {L"700", L"500", {700, 500}},
+               {L"650px", L"480", {650, 480}},
+               // Smaller than the minimum still applies: the minimum binds only while dragging.
+               {L"400", L"300", {400, 300}}};
+  CTestSizingDlg owner;
+  ASSERT_TRUE(owner.Create(nullptr));
+  SetWindowPos(owner.Handle(), nullptr, 100, 50, 800, 600, SWP_NOZORDER);
+  for (const auto& c : cases) {
     QcsvDocument listFile;
     if (c.width) listFile.SetOption(L"WindowWidth", c.width);
     if (c.height) listFile.SetOption(L"WindowHeight", c.height);
     CTestSizingDlg dialog;
-    ASSERT_TRUE(dialog.Create(nullptr));
+    ASSERT_TRUE(dialog.Create(owner.Handle()));
     dialog.RestoreSize(listFile);
-    const SIZE size = SizeOf(dialog.WindowRect());
-    EXPECT_EQ(size.cx, c.expected.cx);
-    EXPECT_EQ(size.cy, c.expected.cy);
+    const RECT rect = dialog.WindowRect();
+    const LONG left = 100 + (800 - c.expected.cx) / 2, top = 50 + (600 - c.expected.cy) / 2;
+    const RECT expected{left, top, left + c.expected.cx, top + c.expected.cy};
+    EXPECT_TRUE(EqualRect(&rect, &expected))
+        << rect.left << "," << rect.top << "," << rect.right << "," << rect.bottom;
     EXPECT_FALSE(IsZoomed(dialog.Handle()));
   }
 }
 
-TEST(SizingDialog, RestoreSizeCentresOnTheOwnerAndLaysOutTheControls) {
-  CTestSizingDlg owner;
-  ASSERT_TRUE(owner.Create(nullptr));
-  SetWindowPos(owner.Handle(), nullptr, 100, 50, 800, 600, SWP_NOZORDER);
-  CTestSizingDlg dialog;
-  ASSERT_TRUE(dialog.Create(owner.Handle()));
-  QcsvDocument listFile;
-  dialog.RestoreSize(listFile);
-  const RECT rect = dialog.WindowRect();
-  EXPECT_EQ(rect.left, 100 + (800 - 636) / 2);
-  EXPECT_EQ(rect.top, 50 + (600 - 444) / 2);
-  // The OK button keeps its distance to the bottom-right corner.
-  const RECT client = dialog.ClientRect();
-  const RECT ok = dialog.ItemRect(IDOK);
-  const RECT templateOk = dialog.DialogUnitsToPixels(140, 80, 50, 14);
-  const RECT templateClient = dialog.DialogUnitsToPixels(0, 0, 200, 100);
-  EXPECT_EQ(client.right - ok.right, templateClient.right - templateOk.right);
-  EXPECT_EQ(client.bottom - ok.bottom, templateClient.bottom - templateOk.bottom);
-}
-
 TEST(SizingDialog, MaximisedSizeRoundTripsThroughTheListFile) {
-  QcsvDocument listFile;
+  QcsvDocument listFile, saved, restored;
   listFile.SetOption(L"WindowWidth", L"700");
   listFile.SetOption(L"WindowHeight", L"500");
   listFile.SetOption(L"WindowMaximized", L"1");
-  QcsvDocument saved;
   {
     CTestSizingDlg dialog;
     ASSERT_TRUE(dialog.Create(nullptr));
@@ -128,107 +94,54 @@ TEST(SizingDialog, MaximisedSizeRoundTripsThroughTheListFile) {
     EXPECT_TRUE(IsZoomed(dialog.Handle()));
     dialog.SaveSize(saved);
   }
-  EXPECT_EQ(saved.OptionOr(L"WindowWidth", L""), L"700");
-  EXPECT_EQ(saved.OptionOr(L"WindowHeight", L""), L"500");
-  EXPECT_EQ(saved.OptionOr(L"WindowMaximized", L""), L"1");
-
   CTestSizingDlg reopened;
   ASSERT_TRUE(reopened.Create(nullptr));
   reopened.RestoreSize(saved);
   EXPECT_TRUE(IsZoomed(reopened.Handle()));
   ShowWindow(reopened.Handle(), SW_RESTORE);
-  const SIZE size = SizeOf(reopened.WindowRect());
-  EXPECT_EQ(size.cx, 700);
-  EXPECT_EQ(size.cy, 500);
-  QcsvDocument restored;
   reopened.SaveSize(restored);
-  EXPECT_EQ(restored.OptionOr(L"WindowMaximized", L""), L"0");
-  EXPECT_EQ(restored.OptionOr(L"WindowWidth", L""), L"700");
-}
-
-// Opens the editor over no owner, lets `act` work on it while it is open, and returns the result.
-INT_PTR RunEditor(CEditStringDlg& editor, const std::function<void(CDialog&)>& act) {
-  AfterInitGuard guard;
-  CDialog::AfterInitHook() = act;
-  return editor.DoModal(nullptr);
-}
-
-TEST(EditStringDlg, OkCutsTheTextAt256Characters) {
-  const std::wstring longText(300, L'x');
-  CEditStringDlg editor(L"before", false);
-  const INT_PTR result = RunEditor(editor, [&](CDialog& dialog) {
-    dialog.SetItemText(1000, longText);
-    dialog.Send(WM_COMMAND, MAKEWPARAM(IDOK, BN_CLICKED));
-  });
-  EXPECT_EQ(result, IDOK);
-  EXPECT_EQ(editor.text, std::wstring(256, L'x'));
-}
-
-TEST(EditStringDlg, CancelAndEscapeKeepTheText) {
-  for (UINT key : {0u, static_cast<UINT>(VK_ESCAPE)}) {
-    CEditStringDlg editor(L"kept", true);
-    const INT_PTR result = RunEditor(editor, [&](CDialog& dialog) {
-      dialog.SetItemText(1000, L"changed");
-      if (key) {
-        // The dialog manager turns Escape into IDCANCEL.
-        MSG message{};
-        message.hwnd = dialog.Item(1000);
-        message.message = WM_KEYDOWN;
-        message.wParam = key;
-        IsDialogMessageW(dialog.Handle(), &message);
-      } else {
-        SendMessageW(dialog.Item(IDCANCEL), BM_CLICK, 0, 0);
-      }
-    });
-    EXPECT_EQ(result, IDCANCEL);
-    EXPECT_EQ(editor.text, L"kept");
+  for (const auto& [document, maximised] : {std::pair{&saved, L"1"}, std::pair{&restored, L"0"}}) {
+    EXPECT_EQ(document->OptionOr(L"WindowWidth", L""), L"700");
+    EXPECT_EQ(document->OptionOr(L"WindowHeight", L""), L"500");
+    EXPECT_EQ(document->OptionOr(L"WindowMaximized", L""), maximised);
   }
 }
 
-TEST(EditStringDlg, SelectsAllOrPutsTheCaretAtTheEnd) {
-  for (bool selectAll : {true, false}) {
-    CEditStringDlg editor(L"twelve chars", selectAll);
-    editor.title = &strEdit;
-    DWORD start = 99, end = 99;
-    HWND focus = nullptr, edit = nullptr;
-    RunEditor(editor, [&](CDialog& dialog) {
-      edit = dialog.Item(1000);
-      SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-      focus = GetFocus();
-      EXPECT_EQ(dialog.GetItemText(IDCANCEL), strCancel[Language()]);
-      EXPECT_EQ(dialog.GetText(), strEdit[Language()]);
-      dialog.EndDialog(IDCANCEL);
-    });
-    EXPECT_EQ(start, selectAll ? 0u : 12u);
-    EXPECT_EQ(end, 12u);
-    EXPECT_EQ(focus, edit);
-  }
-}
-
-TEST(AboutDlg, ShowsNameDateAndOpensTheSiteFromItsLink) {
-  LanguageGuard languageGuard;
-  ScopedPrompts prompts;
-  std::vector<std::wstring> opened;
-  CurrentPrompts().shellOpen = [&](HWND, const std::wstring& target) {
-    opened.push_back(target);
-    return true;
-  };
-  for (uint32_t language : {kEnglish, kJapanese}) {
-    SetLanguage(language);
-    CAboutDlg about;
+// The editor opens with the focus in its line, all selected or the caret at the end; OK cuts the
+// text at 256 characters, Cancel and Escape keep the text it was given.
+TEST(EditStringDlg, OpensSelectedOrAtTheEndOkCutsAt256CancelAndEscapeKeepTheText) {
+  enum Action { kOk, kCancel, kEscape };
+  const struct {
+    Action action;
+    bool selectAll;
+    INT_PTR result;
+    std::wstring text;
+  } cases[] = {{kOk, false, IDOK, std::wstring(256, L'x')},
+               {kCancel, true, IDCANCEL, L"kept"},
+               {kEscape, false, IDCANCEL, L"kept"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.action);
+    CEditStringDlg editor(L"kept", c.selectAll);
     AfterInitGuard guard;
     CDialog::AfterInitHook() = [&](CDialog& dialog) {
-      EXPECT_EQ(dialog.GetText(), strAboutTitle[language]);
-      EXPECT_EQ(dialog.GetItemText(CAboutDlg::kNameId), L"Morva Extender [2022/08/26]");
-      EXPECT_EQ(dialog.GetItemText(IDOK), language == kEnglish ? L"OK" : L"わかった");
-      for (int id : {CAboutDlg::kNameId, IDOK}) ExpectTextFits(dialog.Item(id));
-      NMHDR click{dialog.Item(CAboutDlg::kLinkId), CAboutDlg::kLinkId, static_cast<UINT>(NM_CLICK)};
-      dialog.Send(WM_NOTIFY, CAboutDlg::kLinkId, reinterpret_cast<LPARAM>(&click));
-      SendMessageW(dialog.Item(IDOK), BM_CLICK, 0, 0);
+      HWND edit = dialog.Item(1000);
+      DWORD start = 99, end = 99;
+      SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+      EXPECT_EQ(start, c.selectAll ? 0u : 4u);
+      EXPECT_EQ(end, 4u);
+      EXPECT_EQ(GetFocus(), edit);
+      dialog.SetItemText(1000, std::wstring(300, L'x'));
+      if (c.action == kEscape) {
+        // The dialog manager turns Escape into IDCANCEL.
+        MSG message{edit, WM_KEYDOWN, VK_ESCAPE, 0, 0, {}};
+        IsDialogMessageW(dialog.Handle(), &message);
+      } else {
+        SendMessageW(dialog.Item(c.action == kOk ? IDOK : IDCANCEL), BM_CLICK, 0, 0);
+      }
     };
-    EXPECT_EQ(about.DoModal(nullptr), IDOK);
+    EXPECT_EQ(editor.DoModal(nullptr), c.result);
+    EXPECT_EQ(editor.text, c.text);
   }
-  EXPECT_EQ(opened, (std::vector<std::wstring>{kSiteUrl, kSiteUrl}));
 }
 
 }  // namespace

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "app/Prompt.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
+#include "common/PromptRecorder.h"
 #include "ui/AboutDlg.h"
 #include "ui/FeatureDialogs.h"
 #include "ui/MainDlg.h"
@@ -32,36 +32,21 @@ void ChooseLanguage(CMainDlg& dialog, int item) {
   dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kLanguageId, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
 }
 
-std::vector<std::wstring> ListTexts(HWND list) {
-  std::vector<std::wstring> texts;
-  for (int i = 0; i < ListView_GetItemCount(list); ++i) {
-    wchar_t text[128]{};
-    ListView_GetItemText(list, i, 0, text, static_cast<int>(std::size(text)));
-    texts.emplace_back(text);
-  }
-  return texts;
-}
-
 // The extension's window as the running game has it: found by class and title, flags at byte 8.
-class ExtensionWindow {
- public:
+struct ExtensionWindow {
   ExtensionWindow() {
     WNDCLASSEXW windowClass{};
     windowClass.cbSize = sizeof(windowClass);
     windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = kExtensionWindowClass;
     windowClass.cbWndExtra = 12;
     RegisterClassExW(&windowClass);
     window = CreateWindowExW(0, kExtensionWindowClass, L"Morva Extender", WS_OVERLAPPED, 0, 0, 10, 10,
-                             nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+                             nullptr, nullptr, nullptr, nullptr);
     SetWindowLongW(window, 8, 0x100);
   }
   ~ExtensionWindow() { DestroyWindow(window); }
-  uint32_t Flags() const { return static_cast<uint32_t>(GetWindowLongW(window, 8)); }
-
- private:
-  HWND window = nullptr;
+  HWND window;
 };
 
 class MainDlgTest : public ::testing::Test {
@@ -79,42 +64,12 @@ class MainDlgTest : public ::testing::Test {
   InstalledTool tool;
 };
 
-TEST_F(MainDlgTest, CategoriesAndRowsAreListedInOrderWithTheirKeys) {
-  const std::vector<std::wstring> names{L"Additional Info Window",
-                                        L"Display(Item/Magic)",
-                                        L"Display(Misc-1)",
-                                        L"Display(Misc-2)",
-                                        L"User Interface",
-                                        L"Music",
-                                        L"* Debug *"};
-  const std::vector<size_t> rowCounts{5, 9, 8, 9, 5, 2, 2};
-  const std::set<std::wstring> withConfig{L"enLogExtender",   L"enLabel",         L"enEnchantFinder",
-                                          L"enListExtender",  L"enStockMK",       L"enColorizeIdentifiedItem",
-                                          L"enWeightGraph",   L"enSetInfoPos",    L"enShowSatiety",
-                                          L"enDateFormat",    L"enScreenshot",    L"enQuickSearch",
-                                          L"enMusicExtender", L"enCustomRealDate"};
-  ASSERT_EQ(MainCategories().size(), names.size());
-  std::set<std::wstring> keys;
-  for (size_t c = 0; c < names.size(); ++c) {
-    const OptionCategory& category = MainCategories()[c];
-    EXPECT_EQ(category.name, names[c]);
-    EXPECT_EQ(category.rows.size(), rowCounts[c]) << c;
-    for (const OptionRow& row : category.rows) {
-      EXPECT_NE(GlobalSettings().IntField(row.key), nullptr) << Utf8(row.key);
-      EXPECT_EQ(row.hasConfig, withConfig.count(row.key) == 1) << Utf8(row.key);
-      EXPECT_STRNE(row.label.English(), row.label.Japanese());
-      keys.insert(row.key);
-    }
-  }
-  EXPECT_EQ(keys.size(), 40u);
-  EXPECT_STREQ(MainCategories()[1].rows[8].label.English(),
-               L"Display \"(Quest)\" on items required by requests");
-  EXPECT_STREQ(MainCategories()[3].rows[8].label.English(),
-               L"Hide 'No Party' (for Tessel and its variants) ");
-}
-
-TEST_F(MainDlgTest, OpensAsAnOrdinaryDialogWithTheCategoriesAndTheFirstShown) {
+// Opens as an ordinary dialog on the first category, ticks as stored and the game location as it
+// is; a tick made in one category is still there after showing another.
+TEST_F(MainDlgTest, OpensOnTheFirstCategoryAndATickSurvivesSwitchingCategoryAndBack) {
   GlobalSettings().enItemInfo = 1;
+  ASSERT_TRUE(WriteFileBytes(tool.Game() + L"\\Morva.exe", "MZ"));
+  GlobalSettings().wstrMorva = L"D:\\elsewhere\\morva.exe";
   CMainDlg dialog;
   ASSERT_TRUE(dialog.Create(nullptr));
   wchar_t className[32]{};
@@ -122,25 +77,17 @@ TEST_F(MainDlgTest, OpensAsAnOrdinaryDialogWithTheCategoriesAndTheFirstShown) {
   EXPECT_STREQ(className, L"#32770");
   EXPECT_EQ(dialog.GetText(), L"Morva Extender Config");
   EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(dialog.Handle(), GWL_STYLE)) & 0x80C800C8u, 0x80C800C8u);
-  EXPECT_EQ(ListTexts(dialog.Item(CMainDlg::kCategoryListId)).size(), 7u);
+  EXPECT_EQ(ListView_GetItemCount(dialog.Item(CMainDlg::kCategoryListId)), 7);
   EXPECT_EQ(dialog.ShownCategory(), 0);
-  EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId), L"Enable 'Log Extractor'");
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 2));
-  EXPECT_FALSE(dialog.IsChecked(CMainDlg::kFirstCheckId));
-  EXPECT_EQ(dialog.Item(CMainDlg::kFirstCheckId + 5), nullptr);
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kDateId), BuildDateText());
-}
+  EXPECT_EQ(dialog.GetItemText(CMainDlg::kGameLocationId), L"D:\\elsewhere\\morva.exe");
 
-TEST_F(MainDlgTest, TickSurvivesSwitchingCategoryAndBack) {
-  CMainDlg dialog;
-  ASSERT_TRUE(dialog.Create(nullptr));
   Click(dialog, CMainDlg::kFirstCheckId + 1);
-  EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 1));
   SelectCategory(dialog, 3);
   EXPECT_EQ(dialog.ShownCategory(), 3);
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + 8),
             L"Hide 'No Party' (for Tessel and its variants) ");
-  EXPECT_EQ(GlobalSettings().enLogExtender_FullLog, 1);
   Click(dialog, CMainDlg::kFirstCheckId + 8);
   SelectCategory(dialog, 0);
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 1));
@@ -150,17 +97,18 @@ TEST_F(MainDlgTest, TickSurvivesSwitchingCategoryAndBack) {
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 8));
 }
 
-TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndChangesEveryText) {
-  GlobalSettings().enLabel = 1;
+// Switching the language while a category is shown keeps every state and changes every text, and
+// only OK would take the selector into the settings: Cancel leaves the file byte-identical.
+TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndCancelLeavesTheFileByteIdentical) {
+  const std::string original = "[MorvaExtender_v5]\r\niLanguage=0\r\nenLabel=1\r\n";
+  ASSERT_TRUE(WriteFileBytes(tool.IniPath(), original));
+  GlobalSettings().Load();
   CMainDlg dialog;
   ASSERT_TRUE(dialog.Create(nullptr));
   SelectCategory(dialog, 1);
   Click(dialog, CMainDlg::kFirstCheckId + 2);  // enListExtender on
   Click(dialog, CMainDlg::kFirstCheckId);      // enLabel off
   const auto rows = MainCategories()[1].rows;
-  std::vector<bool> before;
-  for (size_t i = 0; i < rows.size(); ++i)
-    before.push_back(dialog.IsChecked(CMainDlg::kFirstCheckId + int(i)));
 
   ChooseLanguage(dialog, 1);
   EXPECT_EQ(Language(), kJapanese);
@@ -168,16 +116,11 @@ TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndChangesEveryText) {
   EXPECT_EQ(dialog.GetText(), L"Morva Extender 設定");
   EXPECT_EQ(dialog.GetItemText(IDCANCEL), L"キャンセル");
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kSearchGameId), L"検索");
-  EXPECT_EQ(ListTexts(dialog.Item(CMainDlg::kCategoryListId)).size(), 7u);
-  for (size_t i = 0; i < rows.size(); ++i) {
-    const int id = CMainDlg::kFirstCheckId + static_cast<int>(i);
-    EXPECT_EQ(dialog.GetItemText(id), rows[i].label.Japanese());
-    EXPECT_EQ(dialog.IsChecked(id), before[i]) << i;
-    if (rows[i].hasConfig) {
-      EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstConfigId + int(i)), L"設定");
-    }
+  for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
+    EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + i), rows[i].label.Japanese());
+    EXPECT_EQ(dialog.IsChecked(CMainDlg::kFirstCheckId + i), i == 2) << i;
   }
-  // Only OK takes the selector into the settings.
+  EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstConfigId), L"設定");
   EXPECT_EQ(GlobalSettings().iLanguage, 0);
 
   ChooseLanguage(dialog, 0);
@@ -185,16 +128,6 @@ TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndChangesEveryText) {
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + 2), L"Format item/skill/magic list");
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 2));
   EXPECT_FALSE(dialog.IsChecked(CMainDlg::kFirstCheckId));
-}
-
-TEST_F(MainDlgTest, CancelLeavesTheFileByteIdenticalAndQuitsWithTwo) {
-  const std::string original = "[MorvaExtender_v5]\r\niLanguage=0\r\nenLogExtender=5\r\n";
-  ASSERT_TRUE(WriteFileBytes(tool.IniPath(), original));
-  GlobalSettings().Load();
-  CMainDlg dialog;
-  ASSERT_TRUE(dialog.Create(nullptr));
-  Click(dialog, CMainDlg::kFirstCheckId);
-  Click(dialog, CMainDlg::kFirstCheckId + 1);
   ChooseLanguage(dialog, 1);
   HWND window = dialog.Handle();
   Click(dialog, IDCANCEL);
@@ -214,19 +147,17 @@ TEST_F(MainDlgTest, OkWritesEveryFieldAndTheLanguageAndTellsTheExtension) {
   dialog.SetItemText(CMainDlg::kGameLocationId, L"C:\\Games\\Morva\\morva.exe");
   Click(dialog, IDOK);
   EXPECT_EQ(TakeQuitCode(), 1);
-
-  auto read = [&](const wchar_t* key) {
+  auto read = [&](const std::wstring& key) {
     wchar_t value[300]{};
-    GetPrivateProfileStringW(kSettingsSection, key, L"(missing)", value, 300, tool.IniPath().c_str());
+    GetPrivateProfileStringW(kSettingsSection, key.c_str(), L"(missing)", value, 300, tool.IniPath().c_str());
     return std::wstring(value);
   };
-  EXPECT_EQ(read(L"iLanguage"), L"1");
-  EXPECT_EQ(read(L"enLogExtender"), L"1");
-  EXPECT_EQ(read(L"enMusicExtender_SupressRestart"), L"1");
-  EXPECT_EQ(read(L"enLabel"), L"0");
+  for (const Settings::Key& key : GlobalSettings().keys) EXPECT_NE(read(key.name), L"(missing)");
+  EXPECT_EQ(read(L"iLanguage") + read(L"enLogExtender") + read(L"enMusicExtender_SupressRestart") +
+                read(L"enLabel"),
+            L"1110");
   EXPECT_EQ(read(L"wstrMorva"), L"C:\\Games\\Morva\\morva.exe");
-  for (const Settings::Key& key : GlobalSettings().keys) EXPECT_NE(read(key.name.c_str()), L"(missing)");
-  EXPECT_EQ(extension.Flags(), 0x101u);
+  EXPECT_EQ(GetWindowLongW(extension.window, 8), 0x101);
 }
 
 TEST_F(MainDlgTest, ConfigButtonsOpenRegisteredDialogsAndAreDisabledOtherwise) {
@@ -235,83 +166,99 @@ TEST_F(MainDlgTest, ConfigButtonsOpenRegisteredDialogsAndAreDisabledOtherwise) {
   CMainDlg dialog;
   ASSERT_TRUE(dialog.Create(nullptr));
   SelectCategory(dialog, 1);
-  const auto rows = MainCategories()[1].rows;
-  for (size_t i = 0; i < rows.size(); ++i) {
-    HWND button = dialog.Item(CMainDlg::kFirstConfigId + static_cast<int>(i));
-    EXPECT_EQ(button != nullptr, rows[i].hasConfig) << i;
-    if (button) {
-      EXPECT_EQ(IsWindowEnabled(button) != FALSE, i == 0) << i;
-    }
-  }
+  // enLabel, enEnchantFinder and enListExtender have settings dialogs; only the first is registered.
+  for (int i = 0; i < 3; ++i)
+    EXPECT_EQ(IsWindowEnabled(dialog.Item(CMainDlg::kFirstConfigId + i)) != FALSE, i == 0) << i;
   dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kFirstConfigId, BN_CLICKED));
   dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kFirstConfigId + 1, BN_CLICKED));
   EXPECT_EQ(opened, std::vector<HWND>{dialog.Handle()});
 }
 
 TEST_F(MainDlgTest, GameSearchFindsTheProgramBesideTheToolOrSaysItIsMissing) {
-  ScopedPrompts prompts;
-  std::vector<std::wstring> messages;
-  CurrentPrompts().messageBox = [&](HWND, const std::wstring& text, const std::wstring& caption, UINT) {
-    messages.push_back(caption + L"|" + text);
-    return IDOK;
-  };
+  PromptRecorder recorder;
   CMainDlg dialog;
   ASSERT_TRUE(dialog.Create(nullptr));
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kGameLocationId), L"");
   Click(dialog, CMainDlg::kSearchGameId);
-  ASSERT_EQ(messages.size(), 1u);
-  EXPECT_EQ(messages[0], L"|Morva is not found.\r\n\r\nPlease check Morva Extender manual for detail.");
-
   SetLanguage(kJapanese);
   Click(dialog, CMainDlg::kSearchGameId);
-  ASSERT_EQ(messages.size(), 2u);
-  EXPECT_EQ(messages[1].rfind(L"|Morva本体が見つかりません。\r\n\r\n・", 0), 0u);
+  ASSERT_EQ(recorder.asked.size(), 2u);
+  EXPECT_EQ(recorder.asked[0].text,
+            L"Morva is not found.\r\n\r\nPlease check Morva Extender manual for detail.");
+  EXPECT_EQ(recorder.asked[1].text.rfind(L"Morva本体が見つかりません。\r\n\r\n・", 0), 0u);
+  for (const AskedMessage& message : recorder.asked) EXPECT_EQ(message.caption, L"");
 
   ASSERT_TRUE(WriteFileBytes(tool.Game() + L"\\config.exe", "MZ"));
   ASSERT_TRUE(WriteFileBytes(tool.Game() + L"\\Morva.exe", "MZ"));
   Click(dialog, CMainDlg::kSearchGameId);
-  EXPECT_EQ(messages.size(), 2u);
+  EXPECT_EQ(recorder.asked.size(), 2u);
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kGameLocationId), tool.Game() + L"\\Morva.exe");
-  EXPECT_EQ(FindGameProgram(tool.Tool()), tool.Game() + L"\\Morva.exe");
 }
 
-TEST_F(MainDlgTest, StoredGameLocationIsShownAsItIs) {
-  ASSERT_TRUE(WriteFileBytes(tool.Game() + L"\\Morva.exe", "MZ"));
-  GlobalSettings().wstrMorva = L"D:\\elsewhere\\morva.exe";
-  CMainDlg dialog;
-  ASSERT_TRUE(dialog.Create(nullptr));
-  EXPECT_EQ(dialog.GetItemText(CMainDlg::kGameLocationId), L"D:\\elsewhere\\morva.exe");
-}
-
-TEST_F(MainDlgTest, EveryTextFitsItsControlInBothLanguages) {
+// Seven categories of forty distinct rows, each bound to a settings field and shown with its
+// label, a Config button on the rows that have a settings dialog, and every text fits its control.
+TEST_F(MainDlgTest, EveryCategoryShowsItsRowsAndEveryTextFitsInBothLanguages) {
+  const size_t rowCounts[] = {5, 9, 8, 9, 5, 2, 2};
+  const std::set<std::wstring> withConfig{L"enLogExtender",   L"enLabel",         L"enEnchantFinder",
+                                          L"enListExtender",  L"enStockMK",       L"enColorizeIdentifiedItem",
+                                          L"enWeightGraph",   L"enSetInfoPos",    L"enShowSatiety",
+                                          L"enDateFormat",    L"enScreenshot",    L"enQuickSearch",
+                                          L"enMusicExtender", L"enCustomRealDate"};
+  ASSERT_EQ(MainCategories().size(), std::size(rowCounts));
   for (const auto& category : MainCategories()) {
     for (const auto& row : category.rows) SetFeatureDialog(row.key, [](HWND) {});
   }
+  std::set<std::wstring> keys;
   for (uint32_t language : {kEnglish, kJapanese}) {
     SetLanguage(language);
     CMainDlg dialog;
     ASSERT_TRUE(dialog.Create(nullptr));
-    for (size_t c = 0; c < MainCategories().size(); ++c) {
-      SelectCategory(dialog, static_cast<int>(c));
-      for (size_t i = 0; i < MainCategories()[c].rows.size(); ++i) {
-        ExpectTextFits(dialog.Item(CMainDlg::kFirstCheckId + static_cast<int>(i)));
-        if (HWND button = dialog.Item(CMainDlg::kFirstConfigId + static_cast<int>(i))) ExpectTextFits(button);
+    for (int c = 0; c < static_cast<int>(std::size(rowCounts)); ++c) {
+      SelectCategory(dialog, c);
+      const auto& rows = MainCategories()[c].rows;
+      ASSERT_EQ(rows.size(), rowCounts[c]) << c;
+      EXPECT_EQ(dialog.Item(CMainDlg::kFirstCheckId + static_cast<int>(rows.size())), nullptr);
+      for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
+        SCOPED_TRACE(Utf8(rows[i].key));
+        keys.insert(rows[i].key);
+        EXPECT_NE(GlobalSettings().IntField(rows[i].key), nullptr);
+        EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + i), rows[i].label[language]);
+        ExpectTextFits(dialog.Item(CMainDlg::kFirstCheckId + i));
+        HWND button = dialog.Item(CMainDlg::kFirstConfigId + i);
+        EXPECT_EQ(button != nullptr, withConfig.count(rows[i].key) == 1);
+        if (button) ExpectTextFits(button);
       }
     }
     for (int id : {CMainDlg::kGameLabelId, CMainDlg::kSearchGameId, CMainDlg::kDateId, IDOK, IDCANCEL}) {
       ExpectTextFits(dialog.Item(id));
     }
   }
+  EXPECT_EQ(keys.size(), 40u);
+  EXPECT_STREQ(MainCategories()[1].rows[8].label.English(),
+               L"Display \"(Quest)\" on items required by requests");
 }
 
-TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialog) {
+// The system menu's About item, in either language, opens the About dialog, whose texts fit and
+// whose link opens the site.
+TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialogInEitherLanguage) {
+  ScopedPrompts prompts;
+  std::vector<std::wstring> opened;
+  CurrentPrompts().shellOpen = [&](HWND, const std::wstring& target) {
+    opened.push_back(target);
+    return true;
+  };
   CMainDlg dialog;
   ASSERT_TRUE(dialog.Create(nullptr));
   AfterInitGuard guard;
   std::vector<std::wstring> titles;
-  CDialog::AfterInitHook() = [&](CDialog& opened) {
-    titles.push_back(opened.GetText());
-    opened.EndDialog(IDOK);
+  CDialog::AfterInitHook() = [&](CDialog& about) {
+    titles.push_back(about.GetText());
+    EXPECT_EQ(about.GetItemText(CAboutDlg::kNameId), L"Morva Extender [2022/08/26]");
+    EXPECT_EQ(about.GetItemText(IDOK), Language() == kEnglish ? L"OK" : L"わかった");
+    for (int id : {CAboutDlg::kNameId, IDOK}) ExpectTextFits(about.Item(id));
+    NMHDR click{about.Item(CAboutDlg::kLinkId), CAboutDlg::kLinkId, static_cast<UINT>(NM_CLICK)};
+    about.Send(WM_NOTIFY, CAboutDlg::kLinkId, reinterpret_cast<LPARAM>(&click));
+    SendMessageW(about.Item(IDOK), BM_CLICK, 0, 0);
   };
   dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand);
   ChooseLanguage(dialog, 1);
@@ -320,6 +267,7 @@ TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialog) {
   EXPECT_STREQ(item, L"Morva Extenderのバージョン情報");
   dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand);
   EXPECT_EQ(titles, (std::vector<std::wstring>{L"About Morva Extender", L"Morva Extenderのバージョン情報"}));
+  EXPECT_EQ(opened, (std::vector<std::wstring>{kSiteUrl, kSiteUrl}));
 }
 
 }  // namespace

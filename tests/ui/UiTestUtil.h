@@ -61,32 +61,23 @@ inline int TakeQuitCode() {
   return -1;
 }
 
-// Width in pixels of a control's text in the control's own font.
-inline int TextWidth(HWND control, const std::wstring& text) {
+// Whether a label, button or check box shows its whole text on one line in its own font.
+inline void ExpectTextFits(HWND control) {
+  wchar_t className[32]{}, text[512]{};
+  GetClassNameW(control, className, static_cast<int>(std::size(className)));
+  GetWindowTextW(control, text, static_cast<int>(std::size(text)));
+  RECT client{}, needed{};
+  GetClientRect(control, &client);
   HDC dc = GetDC(control);
   HGDIOBJ old = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
-  RECT rect{0, 0, 0, 0};
-  DrawTextW(dc, text.c_str(), static_cast<int>(text.size()), &rect,
-            DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+  DrawTextW(dc, text, -1, &needed, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
   SelectObject(dc, old);
   ReleaseDC(control, dc);
-  return rect.right - rect.left;
-}
-
-// Whether a label, button or check box shows its whole text on one line.
-inline void ExpectTextFits(HWND control) {
-  wchar_t className[32]{};
-  GetClassNameW(control, className, static_cast<int>(std::size(className)));
-  wchar_t text[512]{};
-  GetWindowTextW(control, text, static_cast<int>(std::size(text)));
-  RECT client{};
-  GetClientRect(control, &client);
   int room = client.right;
-  const LONG style = GetWindowLongW(control, GWL_STYLE);
   if (lstrcmpiW(className, L"Button") == 0) {
-    const LONG kind = style & BS_TYPEMASK;
+    const LONG kind = GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK;
     // A check box gives its box and a gap; a push button its frame and some air.
     room -= (kind == BS_AUTOCHECKBOX || kind == BS_CHECKBOX) ? GetSystemMetrics(SM_CXMENUCHECK) + 4 : 8;
   }
-  EXPECT_LE(TextWidth(control, text), room) << "text does not fit: " << Utf8(text);
+  EXPECT_LE(needed.right - needed.left, room) << "text does not fit: " << Utf8(text);
 }

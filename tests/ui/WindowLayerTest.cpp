@@ -7,9 +7,8 @@
 #include <vector>
 
 #include "app/Strings.h"
-#include "common/TestUtil.h"
-#include "ui/Dialog.h"
 #include "ui/MessageLoop.h"
+#include "ui/UiTestUtil.h"
 #include "ui/WindowImpl.h"
 
 namespace {
@@ -43,13 +42,6 @@ class CLayerDlg : public CDialog {
   END_MSG_MAP()
 
   std::vector<std::wstring> calls;
-  bool initialised = false;
-
- protected:
-  bool OnInitDialog() override {
-    initialised = true;
-    return true;
-  }
 
  private:
   void OnOk() { calls.push_back(L"ok"); }
@@ -65,73 +57,73 @@ class CLayerDlg : public CDialog {
   }
 };
 
-std::wstring ClassOf(HWND window) {
-  wchar_t name[64]{};
-  GetClassNameW(window, name, static_cast<int>(std::size(name)));
-  return name;
-}
-
 std::wstring FaceOf(HFONT font) {
   LOGFONTW logFont{};
   GetObjectW(font, sizeof(logFont), &logFont);
   return logFont.lfFaceName;
 }
 
-struct LanguageGuard {
-  uint32_t saved = Language();
-  ~LanguageGuard() { SetLanguage(saved); }
-};
-
-TEST(DialogTemplate, CreatesEveryControlWithClassIdTextAndPlace) {
+// Every control comes with its class, id, place and text in the language it opens in, a relabel
+// afterwards gives every text and font of the other language, and each control follows its anchors.
+TEST(DialogTemplate, CreatesEveryControlRelabelsInTheOtherLanguageAndFollowsAnchors) {
   LanguageGuard guard;
+  const wchar_t* classes[] = {L"Static",   L"Edit",          L"ListBox", L"ScrollBar",
+                              L"ComboBox", L"SysListView32", L"Button",  L"Button"};
   for (uint32_t language : {kEnglish, kJapanese}) {
     SetLanguage(language);
     CLayerDlg dialog;
     ASSERT_TRUE(dialog.Create(nullptr));
-    EXPECT_TRUE(dialog.initialised);
-    EXPECT_EQ(dialog.GetText(), kTitle[language]);
-    EXPECT_EQ(FaceOf(dialog.DialogFont()), strFontFace[language]);
-    const wchar_t* classes[] = {L"Static",   L"Edit",          L"ListBox", L"ScrollBar",
-                                L"ComboBox", L"SysListView32", L"Button",  L"Button"};
     for (size_t i = 0; i < std::size(kControls); ++i) {
       const ControlDef& control = kControls[i];
       SCOPED_TRACE(control.id);
-      HWND item = dialog.Item(control.id);
-      ASSERT_NE(item, nullptr);
-      EXPECT_EQ(ClassOf(item), classes[i]);
-      if (control.text) {
-        EXPECT_EQ(dialog.GetItemText(control.id), (*control.text)[language]);
-      }
-      RECT expected = dialog.DialogUnitsToPixels(control.x, control.y, control.cx, control.cy);
-      RECT actual = dialog.ItemRect(control.id);
-      EXPECT_EQ(actual.left, expected.left);
-      EXPECT_EQ(actual.top, expected.top);
-      EXPECT_EQ(actual.right, expected.right);
-      if (control.cls.atom != Ctl::ComboBox.atom) {
-        EXPECT_EQ(actual.bottom, expected.bottom);
-      }
+      wchar_t className[64]{};
+      GetClassNameW(dialog.Item(control.id), className, static_cast<int>(std::size(className)));
+      EXPECT_STREQ(className, classes[i]);
+      const RECT expected = dialog.DialogUnitsToPixels(control.x, control.y, control.cx, control.cy);
+      const RECT actual = dialog.ItemRect(control.id);
+      // A drop-down list's height is its own.
+      const RECT wanted{expected.left, expected.top, expected.right,
+                        control.cls.atom == Ctl::ComboBox.atom ? actual.bottom : expected.bottom};
+      EXPECT_TRUE(EqualRect(&actual, &wanted));
     }
     // Tab order is table order.
     EXPECT_EQ(GetNextDlgTabItem(dialog.Handle(), dialog.Item(1001), FALSE), dialog.Item(1004));
-  }
-}
-
-TEST(DialogTemplate, RelabelShowsTheOtherLanguageWithItsFont) {
-  LanguageGuard guard;
-  SetLanguage(kEnglish);
-  CLayerDlg dialog;
-  ASSERT_TRUE(dialog.Create(nullptr));
-  SetLanguage(kJapanese);
-  dialog.Relabel();
-  EXPECT_EQ(dialog.GetText(), kTitle.Japanese());
-  EXPECT_EQ(dialog.GetItemText(1000), kLabel.Japanese());
-  EXPECT_EQ(dialog.GetItemText(IDCANCEL), strCancel.Japanese());
-  EXPECT_EQ(FaceOf(dialog.DialogFont()), L"Meiryo UI");
-  for (const ControlDef& control : kControls) {
-    if (control.cls.atom == Ctl::ScrollBar.atom) continue;  // has no font
-    EXPECT_EQ(FaceOf(reinterpret_cast<HFONT>(SendMessageW(dialog.Item(control.id), WM_GETFONT, 0, 0))),
-              L"Meiryo UI")
-        << control.id;
+    for (uint32_t shown : {language, 1 - language}) {
+      if (shown != language) {
+        SetLanguage(shown);
+        dialog.Relabel();
+      }
+      EXPECT_EQ(dialog.GetText(), kTitle[shown]);
+      EXPECT_EQ(FaceOf(dialog.DialogFont()), strFontFace[shown]);
+      for (const ControlDef& control : kControls) {
+        SCOPED_TRACE(control.id);
+        EXPECT_EQ(dialog.GetItemText(control.id), control.text ? (*control.text)[shown] : L"");
+        // A scroll bar has no font.
+        HFONT font = reinterpret_cast<HFONT>(SendMessageW(dialog.Item(control.id), WM_GETFONT, 0, 0));
+        EXPECT_EQ(FaceOf(font), control.cls.atom == Ctl::ScrollBar.atom ? L"" : strFontFace[shown]);
+      }
+    }
+    // Growing the dialog moves or stretches each control by its anchors.
+    std::vector<RECT> before;
+    for (const ControlDef& control : kControls) before.push_back(dialog.ItemRect(control.id));
+    const RECT window = dialog.WindowRect();
+    SetWindowPos(dialog.Handle(), nullptr, 0, 0, window.right - window.left + 100,
+                 window.bottom - window.top + 50, SWP_NOMOVE | SWP_NOZORDER);
+    for (size_t i = 0; i < std::size(kControls); ++i) {
+      const ControlDef& control = kControls[i];
+      SCOPED_TRACE(control.id);
+      const RECT now = dialog.ItemRect(control.id);
+      const bool left = HasAnchor(control.anchor, Anchor::Left),
+                 right = HasAnchor(control.anchor, Anchor::Right);
+      const bool top = HasAnchor(control.anchor, Anchor::Top),
+                 bottom = HasAnchor(control.anchor, Anchor::Bottom);
+      EXPECT_EQ(now.left - before[i].left, right && !left ? 100 : 0);
+      EXPECT_EQ(now.right - before[i].right, right ? 100 : 0);
+      EXPECT_EQ(now.top - before[i].top, bottom && !top ? 50 : 0);
+      if (control.cls.atom != Ctl::ComboBox.atom) {
+        EXPECT_EQ(now.bottom - before[i].bottom, bottom ? 50 : 0);
+      }
+    }
   }
 }
 
@@ -154,45 +146,6 @@ TEST(DialogMessageMap, CallsTypedHandlersAndReturnsTheirResults) {
   dialog.Send(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED));
   EXPECT_FALSE(IsWindow(window));
   EXPECT_EQ(dialog.Handle(), nullptr);
-}
-
-TEST(DialogMessageMap, ModalDialogReturnsTheEndCode) {
-  struct HookGuard {
-    ~HookGuard() { CDialog::AfterInitHook() = nullptr; }
-  } hookGuard;
-  HWND seen = nullptr;
-  CDialog::AfterInitHook() = [&](CDialog& dialog) {
-    seen = dialog.Handle();
-    dialog.Send(WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED));
-  };
-  CLayerDlg dialog;
-  EXPECT_EQ(dialog.DoModal(nullptr), IDCANCEL);
-  EXPECT_NE(seen, nullptr);
-  EXPECT_FALSE(IsWindow(seen));
-}
-
-TEST(DialogAnchors, ControlsFollowTheirAnchors) {
-  CLayerDlg dialog;
-  ASSERT_TRUE(dialog.Create(nullptr));
-  std::vector<RECT> before;
-  for (const ControlDef& control : kControls) before.push_back(dialog.ItemRect(control.id));
-  RECT window = dialog.WindowRect();
-  SetWindowPos(dialog.Handle(), nullptr, 0, 0, window.right - window.left + 100,
-               window.bottom - window.top + 50, SWP_NOMOVE | SWP_NOZORDER);
-  for (size_t i = 0; i < std::size(kControls); ++i) {
-    const ControlDef& control = kControls[i];
-    SCOPED_TRACE(control.id);
-    const RECT now = dialog.ItemRect(control.id);
-    const Anchor anchor = control.anchor;
-    const bool left = HasAnchor(anchor, Anchor::Left), right = HasAnchor(anchor, Anchor::Right);
-    const bool top = HasAnchor(anchor, Anchor::Top), bottom = HasAnchor(anchor, Anchor::Bottom);
-    EXPECT_EQ(now.left - before[i].left, right && !left ? 100 : 0);
-    EXPECT_EQ(now.right - before[i].right, right ? 100 : 0);
-    EXPECT_EQ(now.top - before[i].top, bottom && !top ? 50 : 0);
-    if (control.cls.atom != Ctl::ComboBox.atom) {
-      EXPECT_EQ(now.bottom - before[i].bottom, bottom ? 50 : 0);
-    }
-  }
 }
 
 class CCountingEdit : public CWindowImpl {
