@@ -224,7 +224,7 @@ TEST(DraggableListView, DropOnAnotherRowMovesItInViewAndFileAndAnywhereElseChang
   }
 }
 
-TEST(DraggableListView, FirstPressOnlySelects) {
+TEST(DraggableListView, FirstPressOnlySelectsAndAPressOnTheSelectedRowDragsItsImage) {
   Harness h;
   h.Send(WM_LBUTTONDOWN, h.RowPoint(0), MK_LBUTTON);
   h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
@@ -237,11 +237,26 @@ TEST(DraggableListView, FirstPressOnlySelects) {
   h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
   EXPECT_EQ(h.Selected(), std::vector<int>{1});
   EXPECT_EQ(h.FileOrder(), (Order{L"a", L"b", L"c"}));
+  EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
 
   h.Send(WM_LBUTTONDOWN, h.RowPoint(1), MK_LBUTTON);
   EXPECT_EQ(GetCapture(), h.List());
+  // The image of the row's first cell, right of the cursor, until the release.
+  POINT hotSpot{};
+  HIMAGELIST image = ImageList_GetDragImage(nullptr, &hotSpot);
+  ASSERT_NE(image, nullptr);
+  EXPECT_EQ(hotSpot.x, -16);
+  EXPECT_EQ(hotSpot.y, 0);
+  int width = 0, height = 0;
+  ImageList_GetIconSize(image, &width, &height);
+  RECT row{};
+  ListView_GetItemRect(h.List(), 1, &row, LVIR_BOUNDS);
+  EXPECT_EQ(width, ListView_GetColumnWidth(h.List(), 0));
+  EXPECT_EQ(height, row.bottom - row.top);
+  h.Send(WM_MOUSEMOVE, h.RowPoint(2), MK_LBUTTON);
   h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
   EXPECT_EQ(h.FileOrder(), (Order{L"a", L"c", L"b"}));
+  EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
 }
 
 TEST(DraggableListView, CheckBoxClickTogglesWithoutSelecting) {
@@ -338,27 +353,6 @@ TEST(DraggableListView, GuardsReportAndEndTheProcessWithCodeZero) {
     expectGuard(recorder, L"DraggerbleListViewCtrl Error\r\n\r\nqcsv is null", L"Morva Extender Config",
                 nullptr);
   }
-}
-
-TEST(DraggableListView, DragImageShowsTheRowRightOfTheCursorUntilTheRelease) {
-  Harness h;
-  h.Click(h.RowPoint(1));
-  EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
-  h.Send(WM_LBUTTONDOWN, h.RowPoint(1), MK_LBUTTON);
-  POINT hotSpot{};
-  HIMAGELIST image = ImageList_GetDragImage(nullptr, &hotSpot);
-  ASSERT_NE(image, nullptr);
-  EXPECT_EQ(hotSpot.x, -16);
-  EXPECT_EQ(hotSpot.y, 0);
-  int width = 0, height = 0;
-  ImageList_GetIconSize(image, &width, &height);
-  RECT row{};
-  ListView_GetItemRect(h.List(), 1, &row, LVIR_BOUNDS);
-  EXPECT_EQ(width, ListView_GetColumnWidth(h.List(), 0));
-  EXPECT_EQ(height, row.bottom - row.top);
-  h.Send(WM_MOUSEMOVE, h.RowPoint(2), MK_LBUTTON);
-  h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
-  EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
 }
 
 TEST(DraggableListView, WithoutDraggingAPressOnlySelectsAndChecksNothing) {
