@@ -25,9 +25,9 @@ constexpr int kEdgeEdit = 1005, kEdgeSwatch = 1006;
 
 // Runs a modal dialog, doing `drive` from its initialisation; drive ends it.
 template <typename Dialog, typename Drive>
-INT_PTR RunModal(Dialog& dialog, Drive drive) {
+INT_PTR RunModal(Dialog& dialog, Drive drive, HWND owner = nullptr) {
   CDialog::AfterInitHook() = [&](CDialog& opened) { drive(opened); };
-  INT_PTR result = dialog.DoModal(nullptr);
+  INT_PTR result = dialog.DoModal(owner);
   CDialog::AfterInitHook() = nullptr;
   return result;
 }
@@ -42,13 +42,8 @@ COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
   HDC dc = CreateCompatibleDC(screen);
   HBITMAP bitmap = CreateCompatibleBitmap(screen, 20, 10);
   HGDIOBJ previous = SelectObject(dc, bitmap);
-  DRAWITEMSTRUCT item{};
-  item.CtlType = ODT_STATIC;
-  item.CtlID = swatchId;
-  item.itemAction = ODA_DRAWENTIRE;
-  item.hwndItem = dialog.Item(swatchId);
-  item.hDC = dc;
-  item.rcItem = RECT{0, 0, 20, 10};
+  DRAWITEMSTRUCT item{ODT_STATIC, UINT(swatchId), 0, ODA_DRAWENTIRE, 0, dialog.Item(swatchId),
+                      dc,         {0, 0, 20, 10}, 0};
   SendMessageW(dialog.Handle(), WM_DRAWITEM, swatchId, reinterpret_cast<LPARAM>(&item));
   COLORREF border = GetPixel(dc, 0, 0);
   COLORREF inside = GetPixel(dc, 10, 5);
@@ -58,24 +53,6 @@ COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
   ReleaseDC(nullptr, screen);
   EXPECT_EQ(border, 0u) << "swatch border";
   return inside;
-}
-
-// A menu pick answered with `command`, remembering whether "Show nothing" was offered.
-struct MenuAnswer {
-  int command = 0;
-  int asked = 0;
-  bool offeredNone = false;
-  HMENU menu = nullptr;
-};
-
-void AnswerMenu(MenuAnswer& answer) {
-  CurrentPrompts().popupMenu = [&answer](HMENU menu, UINT, POINT, HWND) {
-    ++answer.asked;
-    wchar_t text[64] = {};
-    GetMenuStringW(menu, 20, text, static_cast<int>(std::size(text)), MF_BYPOSITION);
-    answer.offeredNone = std::wstring(text) == L"Show nothing";
-    return answer.command;
-  };
 }
 
 class ColorDialogsTest : public testing::Test {
@@ -124,9 +101,14 @@ TEST_F(ColorDialogsTest, SelectPicksFromThePaletteWithoutShowNothing) {
       {L"#12", 19, L"#ff9b9b", 0x9B9BFF},     // Morva Red
   };
   for (const Case& c : cases) {
-    MenuAnswer answer;
-    answer.command = c.command;
-    AnswerMenu(answer);
+    int asked = 0;
+    CurrentPrompts().popupMenu = [&](HMENU menu, UINT, POINT, HWND) {
+      ++asked;
+      wchar_t third[64] = {};
+      GetMenuStringW(menu, 20, third, static_cast<int>(std::size(third)), MF_BYPOSITION);
+      EXPECT_STRNE(third, L"Show nothing");
+      return c.command;
+    };
     CSelectEdgedTextColor dialog(0x00ABCDEF, 0x654321);
     RunModal(dialog, [&](CDialog& d) {
       SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
@@ -136,35 +118,26 @@ TEST_F(ColorDialogsTest, SelectPicksFromThePaletteWithoutShowNothing) {
       EXPECT_EQ(SwatchColor(d, kTextSwatch), painted);
       Click(d, IDOK);
     });
-    EXPECT_EQ(answer.asked, 1);
-    EXPECT_FALSE(answer.offeredNone);
+    EXPECT_EQ(asked, 1);
     EXPECT_EQ(dialog.textColor, c.color) << testing::PrintToString(c.typed) << " " << c.command;
   }
 }
 
-TEST_F(ColorDialogsTest, EdgedTextColourOpensWithBothColoursAndCancelKeepsThem) {
-  CSelectEdgedTextColor dialog(0x0080FF, 0x312A25);
-  INT_PTR result = RunModal(dialog, [&](CDialog& d) {
-    EXPECT_EQ(d.GetText(), L"Config Edged Text Color");
-    EXPECT_EQ(d.GetItemText(kTextEdit), L"#ff8000");
-    EXPECT_EQ(d.GetItemText(kEdgeEdit), L"#252a31");
-    EXPECT_EQ(SwatchColor(d, kEdgeSwatch), 0x312A25u);
-    SetDlgItemTextW(d.Handle(), kTextEdit, L"#000000");
-    SetDlgItemTextW(d.Handle(), kEdgeEdit, L"#ffffff");
-    Click(d, IDCANCEL);
-  });
-  EXPECT_EQ(result, IDCANCEL);
-  EXPECT_EQ(dialog.textColor, 0x0080FFu);
-  EXPECT_EQ(dialog.edgeColor, 0x312A25u);
-
-  dialog.textColor = 0x0080FF;
-  result = RunModal(dialog, [&](CDialog& d) {
-    SetDlgItemTextW(d.Handle(), kEdgeEdit, L"#ffffff");
-    Click(d, IDOK);
-  });
-  EXPECT_EQ(result, IDOK);
-  EXPECT_EQ(dialog.textColor, 0x0080FFu);
-  EXPECT_EQ(dialog.edgeColor, 0xFFFFFFu);
+TEST_F(ColorDialogsTest, EdgedTextColourOpensWithBothColoursAndOnlyOkTakesTheTypedOnes) {
+  for (int button : {IDCANCEL, IDOK}) {
+    CSelectEdgedTextColor dialog(0x0080FF, 0x312A25);
+    INT_PTR result = RunModal(dialog, [&](CDialog& d) {
+      EXPECT_EQ(d.GetItemText(kTextEdit), L"#ff8000");
+      EXPECT_EQ(d.GetItemText(kEdgeEdit), L"#252a31");
+      EXPECT_EQ(SwatchColor(d, kEdgeSwatch), 0x312A25u);
+      SetDlgItemTextW(d.Handle(), kTextEdit, L"#000000");
+      SetDlgItemTextW(d.Handle(), kEdgeEdit, L"#ffffff");
+      Click(d, button);
+    });
+    EXPECT_EQ(result, button);
+    EXPECT_EQ(dialog.textColor, button == IDOK ? 0x000000u : 0x0080FFu);
+    EXPECT_EQ(dialog.edgeColor, button == IDOK ? 0xFFFFFFu : 0x312A25u);
+  }
 }
 
 TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
@@ -189,26 +162,32 @@ TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
       {IDOK, L"OK", L"OK"},
       {IDCANCEL, L"Cancel", L"キャンセル"},
   };
-  auto check = [](CDialog& d, const auto& table, uint32_t language) {
+  // Both open centred on their owner.
+  CSelectEdgedTextColor owner(0, 0);
+  ASSERT_TRUE(owner.Create(nullptr));
+  SetWindowPos(owner.Handle(), nullptr, 40, 30, 700, 500, SWP_NOZORDER | SWP_NOACTIVATE);
+  ShowWindow(owner.Handle(), SW_SHOWNOACTIVATE);
+  const RECT outer = owner.WindowRect();
+  auto check = [&](CDialog& d, const auto& table, uint32_t language) {
     for (const Expected& e : table) {
       std::wstring shown = e.id == 0 ? d.GetText() : d.GetItemText(e.id);
       EXPECT_EQ(shown, language == kEnglish ? e.english : e.japanese) << e.id;
       if (e.id != 0) ExpectTextFits(d.Item(e.id));
     }
+    const RECT inner = d.WindowRect();
+    EXPECT_NEAR((inner.left + inner.right) / 2, (outer.left + outer.right) / 2, 1);
+    EXPECT_NEAR((inner.top + inner.bottom) / 2, (outer.top + outer.bottom) / 2, 1);
+    Click(d, IDCANCEL);
   };
   TempDir dir;
   for (uint32_t language : {kEnglish, kJapanese}) {
     SetLanguage(language);
     CConfColorizeDlg colorizeDlg(dir.File(L"ListColor.qcsv"));
-    RunModal(colorizeDlg, [&](CDialog& d) {
-      check(d, colorize, language);
-      Click(d, IDCANCEL);
-    });
+    RunModal(
+        colorizeDlg, [&](CDialog& d) { check(d, colorize, language); }, owner.Handle());
     CSelectEdgedTextColor edgedDlg(0, 0);
-    RunModal(edgedDlg, [&](CDialog& d) {
-      check(d, edged, language);
-      Click(d, IDCANCEL);
-    });
+    RunModal(
+        edgedDlg, [&](CDialog& d) { check(d, edged, language); }, owner.Handle());
   }
 }
 
@@ -219,13 +198,14 @@ TEST_F(ColorDialogsTest, IdentifiedItemColourIsReadAndWrittenBackWithTheWholeFil
   struct Case {
     const char* stored;    // the option line's value, or null for no option
     const wchar_t* shown;  // the edit on opening
-    const wchar_t* typed;  // typed before OK, or null
-    const char* written;
+    const wchar_t* typed;  // typed before OK (Cancel when `written` is null), or null
+    const char* written;   // the option's value afterwards, or null when the file must be untouched
   };
   const Case cases[] = {
       {"red", L"#ffffff", nullptr, "#ffffff"},    {"#00FF00", L"#00ff00", nullptr, "#00ff00"},
       {"", L"#0000bf", nullptr, "#0000bf"},       {"Nothing", L"#ffffff", nullptr, "#ffffff"},
       {"#123456", L"#123456", L"#12", "#123456"}, {"#123456", L"#123456", L"#abcdef", "#abcdef"},
+      {"red", L"#ffffff", L"#abcdef", nullptr},
   };
   for (const Case& c : cases) {
     TempDir dir;
@@ -236,55 +216,27 @@ TEST_F(ColorDialogsTest, IdentifiedItemColourIsReadAndWrittenBackWithTheWholeFil
     INT_PTR result = RunModal(dialog, [&](CDialog& d) {
       EXPECT_EQ(d.GetItemText(kTextEdit), c.shown) << c.stored;
       if (c.typed) SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
-      Click(d, IDOK);
+      Click(d, c.written ? IDOK : IDCANCEL);
     });
-    EXPECT_EQ(result, IDOK);
-    EXPECT_EQ(ReadFileBytes(path), head + "#option,IdentifiedItemColor:" + c.written + tail) << c.stored;
+    EXPECT_EQ(result, c.written ? IDOK : IDCANCEL);
+    const std::string after = c.written ? head + "#option,IdentifiedItemColor:" + c.written + tail : before;
+    EXPECT_EQ(ReadFileBytes(path), after) << c.stored;
   }
 }
 
-TEST_F(ColorDialogsTest, IdentifiedItemColourDefaultsToDarkBlueAndCancelWritesNothing) {
+TEST_F(ColorDialogsTest, IdentifiedItemColourDefaultsToDarkBlue) {
   TempDir dir;
   std::wstring path = dir.File(L"ListColor.qcsv");
-  const std::string before = "#format,qcsv\r\n#column,type,threshold,color\r\nskill,10,#ff0000\r\n";
-  ASSERT_TRUE(WriteFileBytes(path, before));
-
+  ASSERT_TRUE(WriteFileBytes(path, "#format,qcsv\r\n#column,type,threshold,color\r\nskill,10,#ff0000\r\n"));
   CConfColorizeDlg dialog(path);
-  INT_PTR result = RunModal(dialog, [&](CDialog& d) {
+  RunModal(dialog, [&](CDialog& d) {
     EXPECT_EQ(d.GetItemText(kTextEdit), L"#0000bf");
     EXPECT_EQ(SwatchColor(d, kTextSwatch), 0xBF0000u);
-    SetDlgItemTextW(d.Handle(), kTextEdit, L"#ffffff");
-    Click(d, IDCANCEL);
+    Click(d, IDOK);
   });
-  EXPECT_EQ(result, IDCANCEL);
-  EXPECT_EQ(ReadFileBytes(path), before);
-
-  result = RunModal(dialog, [&](CDialog& d) { Click(d, IDOK); });
-  EXPECT_EQ(result, IDOK);
   EXPECT_EQ(ReadFileBytes(path),
             "#format,qcsv\r\n#option,IdentifiedItemColor:#0000bf\r\n#column,type,threshold,color\r\n"
             "skill,10,#ff0000\r\n");
-}
-
-TEST_F(ColorDialogsTest, DialogsOpenCentredOnTheirOwner) {
-  TempDir dir;
-  CSelectEdgedTextColor owner(0, 0);
-  ASSERT_TRUE(owner.Create(nullptr));
-  SetWindowPos(owner.Handle(), nullptr, 40, 30, 700, 500, SWP_NOZORDER | SWP_NOACTIVATE);
-  ShowWindow(owner.Handle(), SW_SHOWNOACTIVATE);
-  RECT outer = owner.WindowRect();
-  auto centred = [&](CDialog& d) {
-    RECT inner = d.WindowRect();
-    EXPECT_NEAR((inner.left + inner.right) / 2, (outer.left + outer.right) / 2, 1);
-    EXPECT_NEAR((inner.top + inner.bottom) / 2, (outer.top + outer.bottom) / 2, 1);
-    Click(d, IDCANCEL);
-  };
-  CConfColorizeDlg colorize(dir.File(L"ListColor.qcsv"));
-  CDialog::AfterInitHook() = centred;
-  EXPECT_EQ(colorize.DoModal(owner.Handle()), IDCANCEL);
-  CSelectEdgedTextColor edged(0, 0);
-  EXPECT_EQ(edged.DoModal(owner.Handle()), IDCANCEL);
-  CDialog::AfterInitHook() = nullptr;
 }
 
 TEST_F(ColorDialogsTest, MainDialogConfigButtonOpensTheIdentifiedItemColourOnTheToolsListFile) {

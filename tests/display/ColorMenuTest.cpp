@@ -37,61 +37,39 @@ std::vector<MenuItem> ReadMenu(HMENU menu) {
   return items;
 }
 
-// The expected menu, item by item: "-" is a separator, "|" starts a column, "x" marks a disabled item.
-struct Expected {
-  const char* mark;
-  int command;
-  const wchar_t* text;
-};
-
-void ExpectMenu(HMENU menu, const std::vector<Expected>& expected) {
-  std::vector<MenuItem> items = ReadMenu(menu);
-  ASSERT_EQ(items.size(), expected.size());
-  for (size_t i = 0; i < items.size(); ++i) {
-    std::string mark = expected[i].mark;
-    EXPECT_EQ(items[i].separator, mark == "-") << i;
-    EXPECT_EQ(items[i].newColumn, mark.find('|') != std::string::npos) << i;
+// One line per item: "|" starts a column, "-" is a separator, "x" marks a disabled item, then the
+// command and the text.
+std::vector<std::wstring> Describe(HMENU menu) {
+  std::vector<std::wstring> lines;
+  for (const MenuItem& item : ReadMenu(menu)) {
+    std::wstring line = item.newColumn ? L"|" : L"";
     // Separators read back as disabled on their own.
-    if (mark == "-") continue;
-    EXPECT_EQ(items[i].disabled, mark.find('x') != std::string::npos) << i;
-    EXPECT_EQ(items[i].command, expected[i].command) << i;
-    EXPECT_EQ(items[i].text, expected[i].text) << i;
+    if (item.separator) {
+      line += L"-";
+    } else {
+      line += (item.disabled ? L"x" : L"") + std::to_wstring(item.command) + L" " + item.text;
+    }
+    lines.push_back(line);
   }
+  return lines;
 }
 
-std::vector<Expected> PaletteMenu(const Expected& thirdColumnStart) {
-  return {
-      {"", 0, L"Current setting"},
-      {"-", 0, L""},
-      {"", 1, L"Black"},
-      {"", 2, L"White"},
-      {"", 3, L"Blue"},
-      {"", 4, L"Red"},
-      {"", 5, L"Purple"},
-      {"", 6, L"Green"},
-      {"", 7, L"Light blue"},
-      {"", 8, L"Yellow"},
-      {"|", kCommandCustom, L"Custom"},
-      {"-", 0, L""},
-      {"", 10, L"Gray"},
-      {"", 11, L"Light Gray"},
-      {"", 12, L"Dark Blue"},
-      {"", 13, L"Dark Red"},
-      {"", 14, L"Dark Purple"},
-      {"", 15, L"Dark Green"},
-      {"", 16, L"Dark Blue"},
-      {"", 17, L"Dark Yellow"},
-      thirdColumnStart,
-      {"-", 0, L""},
-      {"", 19, L"Morva Red"},
-      {"", 20, L"Morva Pink"},
-      {"", 21, L"Morva Orange"},
-      {"", 22, L"Morva Green"},
-      {"", 23, L"Morva L.Blue"},
-      {"", 24, L"Morva Purple 1"},
-      {"", 25, L"Morva Purple 2"},
-      {"", 26, L"Morva Yellow"},
-  };
+// Three columns, each a heading, a separator and eight palette colours: the unnamed first entry,
+// Orange, Dark Orange and Morva Black are not offered.
+std::vector<std::wstring> PaletteMenu(uint32_t language, const std::wstring& thirdColumnStart) {
+  const bool english = language == kEnglish;
+  const std::wstring headings[] = {
+      english ? L"0 Current setting" : L"0 現在の設定",
+      L"|" + std::to_wstring(kCommandCustom) + (english ? L" Custom" : L" カスタム"), thirdColumnStart};
+  std::vector<std::wstring> menu;
+  for (int column = 0; column < 3; ++column) {
+    menu.push_back(headings[column]);
+    menu.push_back(L"-");
+    for (int slot = column * 9 + 1; slot <= column * 9 + 8; ++slot) {
+      menu.push_back(std::to_wstring(slot) + L" " + kPalette[slot].name[language]);
+    }
+  }
+  return menu;
 }
 
 COLORREF PixelOf(HBITMAP bitmap, int x, int y) {
@@ -111,26 +89,29 @@ class ColorMenuTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(ColorMenuTest, ThreeColumnsWithDisabledStarterWhenNoneIsNotAllowed) {
-  ColorMenu menu(0x00123456, false, nullptr);
-  ExpectMenu(menu.Handle(), PaletteMenu({"|x", 0, L""}));
-}
-
-TEST_F(ColorMenuTest, AllowNoneStartsTheThirdColumnWithShowNothing) {
-  ColorMenu menu(0x00123456, true, nullptr);
-  ExpectMenu(menu.Handle(), PaletteMenu({"|", kCommandShowNothing, L"Show nothing"}));
-}
-
-TEST_F(ColorMenuTest, ExtrasAddANewColumnOfColoursNotYetOffered) {
+TEST_F(ColorMenuTest, ThreeColumnsWithTheStarterAndANewColumnForExtrasNotYetOffered) {
   const COLORREF extras[] = {0x123456, 0x0000FF, 0x123456, 0};
-  ColorMenu menu(0, false, extras);
-  std::vector<Expected> expected = PaletteMenu({"|x", 0, L""});
-  expected.push_back({"|x", 0, L""});
-  expected.push_back({"-", 0, L""});
-  expected.push_back({"", 28, L"RGB(86,52,18)"});
-  ExpectMenu(menu.Handle(), expected);
-  EXPECT_EQ(menu.Slots()[28], 0x123456u);
-  EXPECT_EQ(menu.Slots()[29], 0u);
+  const std::wstring none = L"|" + std::to_wstring(kCommandShowNothing);
+  struct Case {
+    uint32_t language;
+    bool allowNone;
+    const COLORREF* extras;
+    std::wstring starter;
+    std::vector<std::wstring> more;
+  };
+  const Case cases[] = {
+      {kEnglish, false, nullptr, L"|x0 ", {}},
+      {kEnglish, true, nullptr, none + L" Show nothing", {}},
+      {kJapanese, true, nullptr, none + L" 表示しない", {}},
+      {kEnglish, false, extras, L"|x0 ", {L"|x0 ", L"-", L"28 RGB(86,52,18)"}},
+  };
+  for (const Case& c : cases) {
+    SetLanguage(c.language);
+    ColorMenu menu(0, c.allowNone, c.extras);
+    std::vector<std::wstring> expected = PaletteMenu(c.language, c.starter);
+    expected.insert(expected.end(), c.more.begin(), c.more.end());
+    EXPECT_EQ(Describe(menu.Handle()), expected);
+  }
 }
 
 TEST_F(ColorMenuTest, ExtraSlotsTakeNineAtMostAndOfferEight) {
@@ -145,6 +126,7 @@ TEST_F(ColorMenuTest, ExtraSlotsTakeNineAtMostAndOfferEight) {
   const Case cases[] = {
       {{0}, {0, 0, 0, 0, 0, 0, 0, 0, 0}},
       {{0x000000, 0x111111}, {0, 0, 0, 0, 0, 0, 0, 0, 0}},  // the list ends at the first 0
+      {{0x123456, 0x0000FF, 0x123456, 0}, {0x123456, 0, 0, 0, 0, 0, 0, 0, 0}},
       {{kColorNone, 0xFFFFFF, 0x252A31, 0x7F7F7F, 0x222222, 0}, {0x222222, 0, 0, 0, 0, 0, 0, 0, 0}},
       {{0x333333, 0x444444, 0x333333, 0x444444, 0x555555, 0},
        {0x333333, 0x444444, 0x555555, 0, 0, 0, 0, 0, 0}},
@@ -162,19 +144,6 @@ TEST_F(ColorMenuTest, ExtraSlotsTakeNineAtMostAndOfferEight) {
   ASSERT_EQ(items.size(), 30u + 2u + 8u);
   EXPECT_EQ(items.back().command, 35);
   EXPECT_EQ(menu.ColorFor(36), firstNine[8]);
-}
-
-TEST_F(ColorMenuTest, MenuReadsJapaneseWhenTheLanguageIsJapanese) {
-  SetLanguage(kJapanese);
-  ColorMenu menu(0, true, nullptr);
-  std::vector<MenuItem> items = ReadMenu(menu.Handle());
-  ASSERT_EQ(items.size(), 30u);
-  EXPECT_EQ(items[0].text, L"現在の設定");
-  EXPECT_EQ(items[2].text, L"黒色");
-  EXPECT_EQ(items[10].text, L"カスタム");
-  EXPECT_EQ(items[18].text, L"暗い水色");
-  EXPECT_EQ(items[20].text, L"表示しない");
-  EXPECT_EQ(items[29].text, L"Morva 黄");
 }
 
 TEST_F(ColorMenuTest, EveryColourItemCarriesASquareSwatchOfItsColour) {
@@ -242,11 +211,7 @@ TEST_F(ColorMenuTest, PickMapsEachCommandToItsColour) {
 }
 
 TEST_F(ColorMenuTest, CustomAsksTheColourChooserWithTheSharedCustomColours) {
-  struct Case {
-    bool accepted;
-    COLORREF expected;
-  };
-  for (const Case& c : {Case{true, 0x00102030}, Case{false, 0x00ABCDEF}}) {
+  for (bool accepted : {true, false}) {
     ScopedPrompts prompts;
     int asked = 0;
     CurrentPrompts().popupMenu = [](HMENU, UINT, POINT, HWND) { return kCommandCustom; };
@@ -258,9 +223,9 @@ TEST_F(ColorMenuTest, CustomAsksTheColourChooserWithTheSharedCustomColours) {
       EXPECT_EQ(request.lpCustColors, g_customColors.data());
       request.lpCustColors[3] = 0x00445566;
       request.rgbResult = 0x00102030;
-      return c.accepted;
+      return accepted;
     };
-    EXPECT_EQ(PickColorFromMenu(nullptr, 0x00ABCDEF, false), c.expected);
+    EXPECT_EQ(PickColorFromMenu(nullptr, 0x00ABCDEF, false), accepted ? 0x00102030u : 0x00ABCDEFu);
     EXPECT_EQ(asked, 1);
     // The chooser's custom colours live on for the next pick.
     EXPECT_EQ(g_customColors[3], 0x00445566u);
