@@ -84,6 +84,15 @@ struct PluginInfo {
     __VA_ARGS__;                                                          \
   }
 
+// An entry point that records its call, with its arguments formatted by the parts, and gives `answer`,
+// which may use `function`, the entry point's name.
+#define STANDIN_ENTRY(result, name, params, answer, ...)  \
+  extern "C" result WINAPI name params {                  \
+    [[maybe_unused]] const wchar_t* function = L"" #name; \
+    standin::Record(function __VA_OPT__(, ) __VA_ARGS__); \
+    return answer;                                        \
+  }
+
 // A BASS add-on's entry point for the stand-in BASS, offering the given formats.
 #define STANDIN_PLUGIN(...)                                                                         \
   extern "C" const standin::PluginInfo* WINAPI StandInPluginInfo() {                                \

@@ -152,10 +152,8 @@ extern "C" DWORD WINAPI BASS_SampleLoad(DWORD filetype, const void* file, QWORD 
 }
 
 // With one playback per sample the channel handle is the sample's.
-extern "C" DWORD WINAPI BASS_SampleGetChannel(DWORD handle, DWORD flags) {
-  Record(L"BASS_SampleGetChannel", Hex(handle), Hex(flags));
-  return Answer(0, handle);
-}
+STANDIN_ENTRY(DWORD, BASS_SampleGetChannel, (DWORD handle, DWORD flags), Answer(0, handle), Hex(handle),
+              Hex(flags))
 
 extern "C" BOOL WINAPI BASS_ChannelPlay(DWORD handle, BOOL restart) {
   Record(L"BASS_ChannelPlay", Hex(handle), Num(restart));
@@ -164,26 +162,13 @@ extern "C" BOOL WINAPI BASS_ChannelPlay(DWORD handle, BOOL restart) {
 }
 
 // The calls that only succeed.
-extern "C" BOOL WINAPI BASS_StreamFree(DWORD handle) {
-  Record(L"BASS_StreamFree", Hex(handle));
-  return Answer<BOOL>(0, TRUE);
-}
-extern "C" BOOL WINAPI BASS_SampleFree(DWORD handle) {
-  Record(L"BASS_SampleFree", Hex(handle));
-  return Answer<BOOL>(0, TRUE);
-}
-extern "C" BOOL WINAPI BASS_ChannelStop(DWORD handle) {
-  Record(L"BASS_ChannelStop", Hex(handle));
-  return Answer<BOOL>(0, TRUE);
-}
-extern "C" BOOL WINAPI BASS_ChannelSetPosition(DWORD handle, QWORD pos, DWORD mode) {
-  Record(L"BASS_ChannelSetPosition", Hex(handle), Num(static_cast<int64_t>(pos)), Hex(mode));
-  return Answer<BOOL>(0, TRUE);
-}
-extern "C" BOOL WINAPI BASS_ChannelSetAttribute(DWORD handle, DWORD attrib, float value) {
-  Record(L"BASS_ChannelSetAttribute", Hex(handle), Num(attrib), Real(value));
-  return Answer<BOOL>(0, TRUE);
-}
+STANDIN_ENTRY(BOOL, BASS_StreamFree, (DWORD handle), Answer<BOOL>(0, TRUE), Hex(handle))
+STANDIN_ENTRY(BOOL, BASS_SampleFree, (DWORD handle), Answer<BOOL>(0, TRUE), Hex(handle))
+STANDIN_ENTRY(BOOL, BASS_ChannelStop, (DWORD handle), Answer<BOOL>(0, TRUE), Hex(handle))
+STANDIN_ENTRY(BOOL, BASS_ChannelSetPosition, (DWORD handle, QWORD pos, DWORD mode), Answer<BOOL>(0, TRUE),
+              Hex(handle), Num(static_cast<int64_t>(pos)), Hex(mode))
+STANDIN_ENTRY(BOOL, BASS_ChannelSetAttribute, (DWORD handle, DWORD attrib, float value),
+              Answer<BOOL>(0, TRUE), Hex(handle), Num(attrib), Real(value))
 
 extern "C" const char* WINAPI BASS_ChannelGetTags(DWORD handle, DWORD tags) {
   Record(L"BASS_ChannelGetTags", Hex(handle), Num(tags));

@@ -6,27 +6,12 @@ using namespace standin;
 
 STANDIN_COMMON_EXPORTS()
 
-extern "C" int WINAPI GGS4OpenDevice(int deviceId, HWND handle) {
-  Record(L"GGS4OpenDevice", Num(deviceId), Ptr(handle));
-  return Result(L"GGS4OpenDevice");
-}
-extern "C" void WINAPI GGS4CloseDevice() {
-  Record(L"GGS4CloseDevice");
-}
-extern "C" int WINAPI GGS4Play(int option, int musicId, int seek, int fadeInTime, int keyShift) {
-  Record(L"GGS4Play", Num(option), Num(musicId), Num(seek), Num(fadeInTime), Num(keyShift));
-  return Result(L"GGS4Play");
-}
-extern "C" void WINAPI GGS4Stop(int fadeOutTime) {
-  Record(L"GGS4Stop", Num(fadeOutTime));
-}
-extern "C" void WINAPI GGS4SetMasterVolume(int volume) {
-  Record(L"GGS4SetMasterVolume", Num(volume));
-}
-extern "C" int WINAPI GGS4AddListFromFileW(const wchar_t* fileName, int option, int musicId) {
-  Record(L"GGS4AddListFromFileW", Wide(fileName), Num(option), Num(musicId));
-  return Exists(fileName) ? Result(L"GGS4AddListFromFileW") : 2;
-}
-extern "C" void WINAPI GGS4ClearList() {
-  Record(L"GGS4ClearList");
-}
+STANDIN_ENTRY(int, GGS4OpenDevice, (int deviceId, HWND handle), Result(function), Num(deviceId), Ptr(handle))
+STANDIN_ENTRY(void, GGS4CloseDevice, (), void())
+STANDIN_ENTRY(int, GGS4Play, (int option, int musicId, int seek, int fadeInTime, int keyShift),
+              Result(function), Num(option), Num(musicId), Num(seek), Num(fadeInTime), Num(keyShift))
+STANDIN_ENTRY(void, GGS4Stop, (int fadeOutTime), void(), Num(fadeOutTime))
+STANDIN_ENTRY(void, GGS4SetMasterVolume, (int volume), void(), Num(volume))
+STANDIN_ENTRY(int, GGS4AddListFromFileW, (const wchar_t* fileName, int option, int musicId),
+              Exists(fileName) ? Result(function) : 2, Wide(fileName), Num(option), Num(musicId))
+STANDIN_ENTRY(void, GGS4ClearList, (), void())
