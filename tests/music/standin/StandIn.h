@@ -3,6 +3,7 @@
 // a log of the calls it received, one line per call with its arguments, and answers as a test configures.
 #include <windows.h>
 
+#include <cmath>
 #include <cstdint>
 #include <iterator>
 #include <string>
@@ -36,9 +37,7 @@ inline std::wstring Wide(const wchar_t* text) {
   return text ? text : L"(null)";
 }
 inline std::wstring Real(float value) {
-  wchar_t text[32];
-  wsprintfW(text, L"%d/1000", static_cast<int>(value * 1000.0f + (value < 0 ? -0.5f : 0.5f)));
-  return text;
+  return Num(std::lround(value * 1000.0f)) + L"/1000";
 }
 
 inline bool Exists(const wchar_t* path) {
