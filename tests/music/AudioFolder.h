@@ -15,6 +15,12 @@ inline constexpr const wchar_t* kStandInGgs4 = L"GuruGuruSMF4.dll";
 
 std::wstring StandInFolder();
 
+// Calls a test entry point a stand-in exports.
+template <typename... Args>
+void CallStandIn(HMODULE library, const char* name, Args... args) {
+  reinterpret_cast<void(WINAPI*)(Args...)>(reinterpret_cast<void*>(GetProcAddress(library, name)))(args...);
+}
+
 // A fresh folder holding copies of chosen stand-ins (under the names given), made both the folder the
 // players load libraries from and the current folder. The test keeps its own reference to each stand-in
 // so that the call logs outlive the players; everything is put back at scope end.
@@ -37,10 +43,14 @@ class AudioFolder {
   std::vector<std::wstring> BassCalls() const { return Calls(bass); }
   std::vector<std::wstring> MidiCalls() const { return Calls(midi); }
   std::vector<std::wstring> GgsCalls() const { return Calls(ggs); }
+  // Forgets the calls and what the tests configured.
   void ClearCalls() const;
-  void Fail(HMODULE library, const wchar_t* function, int code) const;
-  void SetTags(const char* block, int length) const;
-  void SetRate(DWORD rate) const;
+  // Makes the function fail with this code from now on.
+  void Fail(HMODULE library, const wchar_t* function, int code) const {
+    CallStandIn(library, "StandInFail", function, code);
+  }
+  void SetTags(const char* block, int length) const { CallStandIn(bass, "StandInSetTags", block, length); }
+  void SetRate(DWORD rate) const { CallStandIn(bass, "StandInSetRate", rate); }
 
   HMODULE bass = nullptr;
   HMODULE midi = nullptr;
@@ -62,12 +72,14 @@ std::vector<std::wstring> CallsTo(const std::vector<std::wstring>& calls, std::w
 // A hidden window to own the players.
 class OwnerWindow {
  public:
-  OwnerWindow();
-  ~OwnerWindow();
+  OwnerWindow()
+      : window(
+            CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr)) {}
+  ~OwnerWindow() { DestroyWindow(window); }
   OwnerWindow(const OwnerWindow&) = delete;
   OwnerWindow& operator=(const OwnerWindow&) = delete;
   HWND Get() const { return window; }
-  std::wstring Number() const;
+  std::wstring Number() const { return std::to_wstring(reinterpret_cast<intptr_t>(window)); }
 
  private:
   HWND window;

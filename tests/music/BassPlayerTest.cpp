@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <set>
 #include <string>
 
@@ -9,55 +10,43 @@
 
 namespace {
 
+using Lines = std::vector<std::wstring>;
+
 // The log holds calls, not answers: the stream handle is read from the last BASS_ChannelPlay.
-std::wstring StreamOf(const std::vector<std::wstring>& calls) {
-  auto stops = CallsTo(calls, L"BASS_ChannelPlay");
-  if (stops.empty()) return {};
-  return stops.back().substr(17, stops.back().find(L' ', 17) - 17);
+std::wstring StreamOf(const Lines& calls) {
+  Lines plays = CallsTo(calls, L"BASS_ChannelPlay");
+  return plays.empty() ? L"" : plays.back().substr(17, plays.back().find(L' ', 17) - 17);
 }
 
 }  // namespace
 
-TEST(BassPlayer, CallsBassWithTheArgumentsOfEachOperation) {
-  AudioFolder folder = AllLibraries();
-  OwnerWindow owner;
-  std::wstring song = folder.MakeFile(L"song.ogg");
-  {
-    CBassPlayer player(owner.Get());
-    ASSERT_TRUE(player.Open(song));
-    ASSERT_TRUE(player.Open(song));  // an open stream is kept
-    ASSERT_TRUE(player.Play());
-    std::wstring stream = StreamOf(folder.BassCalls());
-    ASSERT_FALSE(stream.empty());
-    folder.ClearCalls();
-    player.SetVolume(0.5f);
-    player.Seek(1000);
-    player.Stop();
-    player.Close();
-    player.Close();
-    player.Seek(5);
-    player.SetVolume(1.0f);
-    player.Stop();
-    EXPECT_FALSE(player.Play());
-    EXPECT_EQ(folder.BassCalls(), (std::vector<std::wstring>{
-                                      L"BASS_ChannelSetAttribute " + stream + L" 2 500/1000",
-                                      L"BASS_ChannelSetPosition " + stream + L" 1000 0x0",
-                                      L"BASS_ChannelStop " + stream,
-                                      L"BASS_StreamFree " + stream,
-                                  }));
-  }
-}
-
-TEST(BassPlayer, StartsByInitialisingBassAndCreatesLoopingUnicodeStreams) {
+TEST(BassPlayer, InitialisesBassAndCallsItWithTheArgumentsOfEachOperation) {
   AudioFolder folder = AllLibraries();
   OwnerWindow owner;
   std::wstring song = folder.MakeFile(L"曲 one.flac");
   CBassPlayer player(owner.Get());
   ASSERT_TRUE(player.Open(song));
-  std::vector<std::wstring> calls = folder.BassCalls();
-  ASSERT_GE(calls.size(), 2u);
-  EXPECT_EQ(calls.front(), L"BASS_Init -1 48000 0x0 " + owner.Number() + L" 0");
-  EXPECT_EQ(calls.back(), L"BASS_StreamCreateFile 0 " + song + L" 0 0 0x80000004");
+  ASSERT_TRUE(player.Open(song));  // an open stream is kept
+  EXPECT_EQ(folder.BassCalls().front(), L"BASS_Init -1 48000 0x0 " + owner.Number() + L" 0");
+  EXPECT_EQ(CallsTo(folder.BassCalls(), L"BASS_StreamCreateFile"),
+            Lines{L"BASS_StreamCreateFile 0 " + song + L" 0 0 0x80000004"});
+  ASSERT_TRUE(player.Play());
+  std::wstring stream = StreamOf(folder.BassCalls());
+  ASSERT_FALSE(stream.empty());
+  folder.ClearCalls();
+  player.SetVolume(0.5f);
+  player.Seek(1000);
+  player.Stop();
+  player.Close();
+  // Without a stream every operation is dropped.
+  player.Close();
+  player.Seek(5);
+  player.SetVolume(1.0f);
+  player.Stop();
+  EXPECT_FALSE(player.Play());
+  EXPECT_EQ(folder.BassCalls(), (Lines{L"BASS_ChannelSetAttribute " + stream + L" 2 500/1000",
+                                       L"BASS_ChannelSetPosition " + stream + L" 1000 0x0",
+                                       L"BASS_ChannelStop " + stream, L"BASS_StreamFree " + stream}));
 }
 
 TEST(BassPlayer, LoopTagsSetTheLoopAndEndPositions) {
@@ -71,19 +60,16 @@ TEST(BassPlayer, LoopTagsSetTheLoopAndEndPositions) {
       {std::string("LOOPSTART=44100\0LOOPLENGTH=441000\0", 34), true, 176400, 1940400},
       {std::string("LOOPLENGTH=441000\0LOOPSTART=44100\0", 34), true, 176400, 1940400},
       {std::string("LOOPSTART=44100\0", 16), true, 176400, 0},
-      {std::string("TITLE=x\0", 8), true, 0, 0},
       {std::string(), false, 0, 0},
       {std::string("loopstart=10\0looplength=20\0", 27), true, 40, 120},
       {std::string("TITLE=x\0LOOPLENGTH=5\0", 21), true, 0, 20},
       // The number is read after the first 10 (11) characters wherever the name stands.
-      {std::string("XLOOPSTART=100\0", 15), true, 0, 0},
       {std::string("COMMENT=LOOPLENGTH=9\0", 21), true, 0, 0},
       {std::string("LOOPSTART=12abc\0LOOPLENGTH=0\0", 29), true, 48, 0},
   };
   AudioFolder folder = AllLibraries();
-  OwnerWindow owner;
   std::wstring song = folder.MakeFile(L"loop.ogg");
-  CBassPlayer player(owner.Get());
+  CBassPlayer player(nullptr);
   for (const Case& c : cases) {
     std::string block = c.tags + '\0';
     ASSERT_TRUE(player.Open(song));
@@ -92,51 +78,41 @@ TEST(BassPlayer, LoopTagsSetTheLoopAndEndPositions) {
     ASSERT_TRUE(player.Play());
     EXPECT_EQ(player.LoopStart(), c.start) << c.tags.c_str();
     EXPECT_EQ(player.LoopEnd(), c.end) << c.tags.c_str();
-    std::vector<std::wstring> calls = folder.BassCalls();
-    ASSERT_EQ(calls.size(), 4u);
-    std::wstring stream = StreamOf(calls);
-    EXPECT_EQ(calls[0], L"BASS_ChannelGetTags " + stream + L" 2");
-    EXPECT_EQ(calls[1], L"BASS_ChannelSetPosition " + stream + L" " + std::to_wstring(c.start) + L" 0x11");
-    EXPECT_EQ(calls[2], L"BASS_ChannelSetPosition " + stream + L" " + std::to_wstring(c.end) + L" 0x10");
-    EXPECT_EQ(calls[3], L"BASS_ChannelPlay " + stream + L" 0");
+    std::wstring stream = StreamOf(folder.BassCalls());
+    EXPECT_EQ(folder.BassCalls(),
+              (Lines{L"BASS_ChannelGetTags " + stream + L" 2",
+                     L"BASS_ChannelSetPosition " + stream + L" " + std::to_wstring(c.start) + L" 0x11",
+                     L"BASS_ChannelSetPosition " + stream + L" " + std::to_wstring(c.end) + L" 0x10",
+                     L"BASS_ChannelPlay " + stream + L" 0"}));
     player.Close();
   }
 }
 
-TEST(BassPlayer, ErrorTextIsTheNameOfBassErrorCode) {
+TEST(BassPlayer, ErrorTextIsTheNameOfBassErrorCodeAndDeviceInfoTheRate) {
   AudioFolder folder = AllLibraries();
-  OwnerWindow owner;
-  CBassPlayer player(owner.Get());
+  CBassPlayer player(nullptr);
   std::wstring text;
   EXPECT_FALSE(player.Open(folder.File(L"missing.ogg")));
   player.GetErrorText(text);
   EXPECT_EQ(text, L"BASS_ERROR_FILEOPEN");
-
   folder.Fail(folder.bass, L"BASS_StreamCreateFile", 1000);
   EXPECT_FALSE(player.Open(folder.MakeFile(L"odd.ogg")));
   player.GetErrorText(text);
   EXPECT_EQ(text, L"BASS_ERROR_UNDEFINED");
-
   folder.Fail(folder.bass, L"BASS_ChannelPlay", 46);
   ASSERT_TRUE(player.Open(folder.MakeFile(L"busy.ogg")));
   EXPECT_FALSE(player.Play());
   player.GetErrorText(text);
   EXPECT_EQ(text, L"BASS_ERROR_BUSY");
-}
 
-TEST(BassPlayer, DeviceInfoShowsTheOutputRate) {
-  const std::pair<DWORD, const wchar_t*> cases[] = {
-      {48000, L"48 kHz"}, {44100, L"44100 Hz"}, {96000, L"96 kHz"}, {22050, L"22050 Hz"}, {8000, L"8 kHz"}};
-  AudioFolder folder = AllLibraries();
-  CBassPlayer player(nullptr);
-  for (const auto& [rate, expected] : cases) {
+  const std::pair<DWORD, const wchar_t*> rates[] = {
+      {48000, L"48 kHz"}, {44100, L"44100 Hz"}, {8000, L"8 kHz"}};
+  for (const auto& [rate, expected] : rates) {
     folder.SetRate(rate);
-    std::wstring text;
     player.GetDeviceInfo(text);
     EXPECT_EQ(text, expected);
   }
   folder.Fail(folder.bass, L"BASS_GetInfo", 8);
-  std::wstring text;
   player.GetDeviceInfo(text);
   EXPECT_EQ(text, L"N/A");
 }
@@ -153,17 +129,13 @@ TEST(BassPlayer, SoundFontBecomesTheDefaultAndTheCurrentStreamsFont) {
   ASSERT_TRUE(player.SetSoundFont(font2));
   EXPECT_FALSE(player.SetSoundFont(folder.File(L"missing.sf2")));
   EXPECT_EQ(player.VstBitness(), 0);
-  EXPECT_EQ(folder.MidiCalls(), (std::vector<std::wstring>{
-                                    L"BASS_MIDI_FontInit " + font1 + L" 0x80000000",
-                                    L"BASS_MIDI_StreamSetFonts 0x0 0x30001 -1 0 1",
-                                    L"BASS_MIDI_FontInit " + font2 + L" 0x80000000",
-                                    L"BASS_MIDI_StreamSetFonts 0x0 0x30002 -1 0 1",
-                                    L"BASS_MIDI_StreamSetFonts " + stream + L" 0x30002 -1 0 1",
-                                    L"BASS_MIDI_FontFree 0x30001",
-                                    L"BASS_MIDI_FontInit " + folder.File(L"missing.sf2") + L" 0x80000000",
-                                    L"BASS_MIDI_StreamSetFonts 0x0 0x0 -1 0 1",
-                                    L"BASS_MIDI_FontFree 0x30002",
-                                }));
+  EXPECT_EQ(
+      folder.MidiCalls(),
+      (Lines{L"BASS_MIDI_FontInit " + font1 + L" 0x80000000", L"BASS_MIDI_StreamSetFonts 0x0 0x30001 -1 0 1",
+             L"BASS_MIDI_FontInit " + font2 + L" 0x80000000", L"BASS_MIDI_StreamSetFonts 0x0 0x30002 -1 0 1",
+             L"BASS_MIDI_StreamSetFonts " + stream + L" 0x30002 -1 0 1", L"BASS_MIDI_FontFree 0x30001",
+             L"BASS_MIDI_FontInit " + folder.File(L"missing.sf2") + L" 0x80000000",
+             L"BASS_MIDI_StreamSetFonts 0x0 0x0 -1 0 1", L"BASS_MIDI_FontFree 0x30002"}));
 }
 
 TEST(BassPlayer, PluginsBesideTheProgramAddTheirPatternsOnce) {
@@ -173,30 +145,21 @@ TEST(BassPlayer, PluginsBesideTheProgramAddTheirPatternsOnce) {
                      {kStandInGgs4, L"bassnot.dll"},
                      {kStandInPlugin, L"other.dll"}};
   CBassPlayer player(nullptr);
-  std::set<std::wstring> loaded;
-  for (const std::wstring& call : CallsTo(folder.BassCalls(), L"BASS_PluginLoad")) loaded.insert(call);
-  EXPECT_EQ(loaded, (std::set<std::wstring>{
-                        L"BASS_PluginLoad " + folder.File(L"BASSmidi.dll") + L" 0x80000000",
-                        L"BASS_PluginLoad " + folder.File(L"bassfoo.dll") + L" 0x80000000",
-                        L"BASS_PluginLoad " + folder.File(L"bassnot.dll") + L" 0x80000000",
-                    }));
-
-  const std::vector<std::wstring> builtIn{L"*.mid", L"*.flac", L"*.ogg", L"*.aac", L"*.m4a", L"*.mp4",
-                                          L"*.mp3", L"*.mp2",  L"*.mp1", L"*.wma", L"*.wav", L"*.aif"};
-  ASSERT_GE(player.GetPatternCount(), static_cast<int>(builtIn.size()));
-  std::vector<std::wstring> first(builtIn.size());
-  std::set<std::wstring> added;
-  for (int i = 0; i < player.GetPatternCount(); ++i) {
-    if (i < static_cast<int>(builtIn.size())) {
-      first[static_cast<size_t>(i)] = player.GetPattern(i);
-    } else {
-      added.insert(player.GetPattern(i));
-    }
-  }
-  EXPECT_EQ(first, builtIn);
+  Lines loads = CallsTo(folder.BassCalls(), L"BASS_PluginLoad");
+  // bass.dll itself is never offered as a plug-in, nor a file not named "bass*.dll".
+  EXPECT_EQ(std::set<std::wstring>(loads.begin(), loads.end()),
+            (std::set<std::wstring>{L"BASS_PluginLoad " + folder.File(L"BASSmidi.dll") + L" 0x80000000",
+                                    L"BASS_PluginLoad " + folder.File(L"bassfoo.dll") + L" 0x80000000",
+                                    L"BASS_PluginLoad " + folder.File(L"bassnot.dll") + L" 0x80000000"}));
+  const Lines builtIn{L"*.mid", L"*.flac", L"*.ogg", L"*.aac", L"*.m4a", L"*.mp4",
+                      L"*.mp3", L"*.mp2",  L"*.mp1", L"*.wma", L"*.wav", L"*.aif"};
+  Lines patterns;
+  for (int i = 0; i < player.GetPatternCount(); ++i) patterns.push_back(player.GetPattern(i));
+  ASSERT_GE(patterns.size(), builtIn.size());
+  EXPECT_EQ(Lines(patterns.begin(), patterns.begin() + 12), builtIn);
   // "*.FLAC", "*.Foo", "*.MP3" and ".mid" are known in another case; the empty piece is no pattern.
-  EXPECT_EQ(added, (std::set<std::wstring>{L"*.midi", L"*.rmi", L"*.kar", L"*.foo", L"*.bar"}));
-  EXPECT_EQ(player.GetPatternCount(), static_cast<int>(builtIn.size() + 5));
+  EXPECT_EQ(std::multiset<std::wstring>(patterns.begin() + 12, patterns.end()),
+            (std::multiset<std::wstring>{L"*.midi", L"*.rmi", L"*.kar", L"*.foo", L"*.bar"}));
 }
 
 TEST(BassPlayer, BassIsInitialisedOnceAndFreedWhenTheLastUserGoes) {
@@ -208,7 +171,7 @@ TEST(BassPlayer, BassIsInitialisedOnceAndFreedWhenTheLastUserGoes) {
   auto effects = std::make_unique<CSoundEffectPlayer>(nullptr, 1);
   EXPECT_EQ(BassUseCount(), 3);
   EXPECT_EQ(CallsTo(folder.BassCalls(), L"BASS_Init"),
-            std::vector<std::wstring>{L"BASS_Init -1 48000 0x0 " + owner.Number() + L" 0"});
+            Lines{L"BASS_Init -1 48000 0x0 " + owner.Number() + L" 0"});
   // The second player finds the add-on already loaded: BASS refuses it, so it adds no patterns.
   EXPECT_EQ(CallsTo(folder.BassCalls(), L"BASS_PluginLoad").size(), 2u);
   EXPECT_EQ(first->GetPatternCount(), 14);
@@ -216,13 +179,12 @@ TEST(BassPlayer, BassIsInitialisedOnceAndFreedWhenTheLastUserGoes) {
 
   first.reset();
   effects.reset();
-  EXPECT_EQ(BassUseCount(), 1);
   EXPECT_TRUE(CallsTo(folder.BassCalls(), L"BASS_Free").empty());
   EXPECT_TRUE(CallsTo(folder.BassCalls(), L"BASS_PluginFree").empty());
   folder.ClearCalls();
   second.reset();
   EXPECT_EQ(BassUseCount(), 0);
-  EXPECT_EQ(folder.BassCalls(), (std::vector<std::wstring>{L"BASS_PluginFree 0x0", L"BASS_Free"}));
+  EXPECT_EQ(folder.BassCalls(), (Lines{L"BASS_PluginFree 0x0", L"BASS_Free"}));
   EXPECT_EQ(Bass(), nullptr);
 
   // The next user starts BASS again.
@@ -235,25 +197,26 @@ TEST(SoundEffectPlayer, PlaysEachEffectInTheNextVoice) {
   AudioFolder folder{{kStandInBass, L"bass.dll"}};
   std::wstring a = folder.MakeFile(L"a.wav");
   std::wstring b = folder.MakeFile(L"b.wav");
-  std::wstring c = folder.MakeFile(L"c.wav");
   CSoundEffectPlayer player(nullptr, 2);
   folder.ClearCalls();
   EXPECT_TRUE(player.PlayFile(a, 0.25f));
   EXPECT_TRUE(player.PlayFile(b, 1.0f));
-  EXPECT_TRUE(player.PlayFile(c, 0.5f));
-  std::vector<std::wstring> calls = folder.BassCalls();
-  ASSERT_EQ(calls.size(), 13u);
-  std::vector<std::wstring> loads = CallsTo(calls, L"BASS_SampleLoad");
-  EXPECT_EQ(loads, (std::vector<std::wstring>{L"BASS_SampleLoad 0 " + a + L" 0 0 1 0x80020000",
-                                              L"BASS_SampleLoad 0 " + b + L" 0 0 1 0x80020000",
-                                              L"BASS_SampleLoad 0 " + c + L" 0 0 1 0x80020000"}));
+  EXPECT_TRUE(player.PlayFile(a, 0.5f));
   // Samples get handles 0x20001 and up; the third effect takes the first voice back.
-  EXPECT_EQ(calls[1], L"BASS_SampleGetChannel 0x20001 0x0");
-  EXPECT_EQ(calls[2], L"BASS_ChannelSetAttribute 0x20001 2 250/1000");
-  EXPECT_EQ(calls[3], L"BASS_ChannelPlay 0x20001 0");
-  EXPECT_EQ(calls[8], L"BASS_SampleFree 0x20001");
-  EXPECT_EQ(calls[9], L"BASS_SampleLoad 0 " + c + L" 0 0 1 0x80020000");
-  EXPECT_EQ(calls[11], L"BASS_ChannelSetAttribute 0x20003 2 500/1000");
+  const Lines expected{L"BASS_SampleLoad 0 " + a + L" 0 0 1 0x80020000",
+                       L"BASS_SampleGetChannel 0x20001 0x0",
+                       L"BASS_ChannelSetAttribute 0x20001 2 250/1000",
+                       L"BASS_ChannelPlay 0x20001 0",
+                       L"BASS_SampleLoad 0 " + b + L" 0 0 1 0x80020000",
+                       L"BASS_SampleGetChannel 0x20002 0x0",
+                       L"BASS_ChannelSetAttribute 0x20002 2 1000/1000",
+                       L"BASS_ChannelPlay 0x20002 0",
+                       L"BASS_SampleFree 0x20001",
+                       L"BASS_SampleLoad 0 " + a + L" 0 0 1 0x80020000",
+                       L"BASS_SampleGetChannel 0x20003 0x0",
+                       L"BASS_ChannelSetAttribute 0x20003 2 500/1000",
+                       L"BASS_ChannelPlay 0x20003 0"};
+  EXPECT_EQ(folder.BassCalls(), expected);
 
   folder.ClearCalls();
   EXPECT_FALSE(player.PlayFile(folder.File(L"missing.wav"), 1.0f));

@@ -3,32 +3,23 @@
 // a log of the calls it received, one line per call with its arguments, and answers as a test configures.
 #include <windows.h>
 
+#include <cmath>
 #include <cstdint>
+#include <iterator>
 #include <string>
 
 namespace standin {
 
-inline std::wstring& Calls() {
-  static std::wstring calls;
-  return calls;
-}
-
+inline std::wstring calls;
 // The function a test told to fail, and the error it then reports.
-inline std::wstring& FailingFunction() {
-  static std::wstring name;
-  return name;
-}
-inline int& FailingCode() {
-  static int code = 0;
-  return code;
-}
+inline std::wstring failingFunction;
+inline int failingCode = 0;
 
 template <typename... Parts>
 void Record(const wchar_t* function, const Parts&... parts) {
   std::wstring line = function;
   ((line += L' ', line += parts), ...);
-  Calls() += line;
-  Calls() += L'\n';
+  calls += line + L'\n';
 }
 
 inline std::wstring Num(int64_t value) {
@@ -46,9 +37,7 @@ inline std::wstring Wide(const wchar_t* text) {
   return text ? text : L"(null)";
 }
 inline std::wstring Real(float value) {
-  wchar_t text[32];
-  wsprintfW(text, L"%d/1000", static_cast<int>(value * 1000.0f + (value < 0 ? -0.5f : 0.5f)));
-  return text;
+  return Num(std::lround(value * 1000.0f)) + L"/1000";
 }
 
 inline bool Exists(const wchar_t* path) {
@@ -57,23 +46,56 @@ inline bool Exists(const wchar_t* path) {
 
 // True when the test made this function fail.
 inline bool Fails(const wchar_t* function) {
-  return FailingFunction() == function;
+  return failingFunction == function;
 }
 
-inline void ResetCommon() {
-  Calls().clear();
-  FailingFunction().clear();
-  FailingCode() = 0;
+// The result code a test chose for this function, else success (0).
+inline int Result(const wchar_t* function) {
+  return Fails(function) ? failingCode : 0;
 }
+
+// What a BASS add-on reports about the formats it plays.
+struct PluginForm {
+  DWORD ctype;
+  const char* name;
+  const char* exts;
+};
+struct PluginInfo {
+  DWORD version;
+  DWORD formatc;
+  const PluginForm* formats;
+};
 
 }  // namespace standin
 
-// Every stand-in exports these for the tests.
-#define STANDIN_COMMON_EXPORTS                                            \
+// Every stand-in exports these for the tests; the arguments are statements that also run on a reset.
+#define STANDIN_COMMON_EXPORTS(...)                                       \
   extern "C" const wchar_t* WINAPI StandInCalls() {                       \
-    return standin::Calls().c_str();                                      \
+    return standin::calls.c_str();                                        \
   }                                                                       \
   extern "C" void WINAPI StandInFail(const wchar_t* function, int code) { \
-    standin::FailingFunction() = function ? function : L"";               \
-    standin::FailingCode() = code;                                        \
+    standin::failingFunction = function ? function : L"";                 \
+    standin::failingCode = code;                                          \
+  }                                                                       \
+  extern "C" void WINAPI StandInReset() {                                 \
+    standin::calls.clear();                                               \
+    StandInFail(nullptr, 0);                                              \
+    __VA_ARGS__;                                                          \
+  }
+
+// An entry point that records its call, with its arguments formatted by the parts, and gives `answer`,
+// which may use `function`, the entry point's name.
+#define STANDIN_ENTRY(result, name, params, answer, ...)  \
+  extern "C" result WINAPI name params {                  \
+    [[maybe_unused]] const wchar_t* function = L"" #name; \
+    standin::Record(function __VA_OPT__(, ) __VA_ARGS__); \
+    return answer;                                        \
+  }
+
+// A BASS add-on's entry point for the stand-in BASS, offering the given formats.
+#define STANDIN_PLUGIN(...)                                                                         \
+  extern "C" const standin::PluginInfo* WINAPI StandInPluginInfo() {                                \
+    static const standin::PluginForm forms[] = {__VA_ARGS__};                                       \
+    static const standin::PluginInfo info{0x02040000, static_cast<DWORD>(std::size(forms)), forms}; \
+    return &info;                                                                                   \
   }

@@ -5,33 +5,18 @@ using namespace standin;
 
 namespace {
 
-struct PluginForm {
-  DWORD ctype;
-  const char* name;
-  const char* exts;
-};
-struct PluginInfo {
-  DWORD version;
-  DWORD formatc;
-  const PluginForm* formats;
-};
-
-const PluginForm kForms[] = {{0x10d00, "MIDI", "*.mid;*.midi;*.rmi;*.kar"}};
-const PluginInfo kInfo{0x02040000, 1, kForms};
-
 DWORD nextFont = 0;
+
+struct MidiFont {
+  DWORD font;
+  int preset;
+  int bank;
+};
 
 }  // namespace
 
-STANDIN_COMMON_EXPORTS
-
-extern "C" void WINAPI StandInReset() {
-  ResetCommon();
-}
-
-extern "C" const PluginInfo* WINAPI StandInPluginInfo() {
-  return &kInfo;
-}
+STANDIN_COMMON_EXPORTS()
+STANDIN_PLUGIN({0x10d00, "MIDI", "*.mid;*.midi;*.rmi;*.kar"})
 
 // Opens only files that exist.
 extern "C" DWORD WINAPI BASS_MIDI_FontInit(const void* file, DWORD flags) {
@@ -46,16 +31,9 @@ extern "C" BOOL WINAPI BASS_MIDI_FontFree(DWORD handle) {
   return TRUE;
 }
 
-struct MidiFont {
-  DWORD font;
-  int preset;
-  int bank;
-};
-
 extern "C" BOOL WINAPI BASS_MIDI_StreamSetFonts(DWORD handle, const void* fonts, DWORD count) {
   const MidiFont* list = static_cast<const MidiFont*>(fonts);
   Record(L"BASS_MIDI_StreamSetFonts", Hex(handle), Hex(list[0].font), Num(list[0].preset), Num(list[0].bank),
          Num(count));
-  if (Fails(L"BASS_MIDI_StreamSetFonts") || list[0].font == 0) return FALSE;
-  return TRUE;
+  return !Fails(L"BASS_MIDI_StreamSetFonts") && list[0].font != 0;
 }
