@@ -4,6 +4,10 @@ X64 := $(BUILD)/x86_64
 X86 := $(BUILD)/i686
 JOBS ?= 2
 export WINEPREFIX := $(abspath $(BUILD))/wine
+# Compiler cache: rebuilds and other checkouts of the tree reuse what was compiled once.
+export CCACHE_BASEDIR := $(abspath .)
+export CCACHE_NOHASHDIR := 1
+LAUNCHER := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 
 .PHONY: all setup configure build run test bench screenshots dist format clean
 
@@ -14,11 +18,11 @@ setup:
 
 $(X64)/build.ninja:
 	cmake -S . -B $(X64) -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-x86_64.cmake \
-	  -DCMAKE_BUILD_TYPE=Release -DVRK_WINEPREFIX=$(WINEPREFIX)
+	  -DCMAKE_BUILD_TYPE=Release -DVRK_WINEPREFIX=$(WINEPREFIX) $(LAUNCHER)
 
 $(X86)/build.ninja:
 	cmake -S . -B $(X86) -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-w64-i686.cmake \
-	  -DCMAKE_BUILD_TYPE=Release -DVRK_TESTS=OFF
+	  -DCMAKE_BUILD_TYPE=Release -DVRK_TESTS=OFF $(LAUNCHER)
 
 configure: setup $(X64)/build.ninja $(X86)/build.ninja
 
