@@ -37,6 +37,7 @@ constexpr wchar_t kTopDownOption[] = L"TopDown";
 constexpr int kCurrentVersion = 2;
 constexpr wchar_t kDefaultBandColor[] = L"#000000";
 constexpr int kThresholdColumn = 1;
+constexpr int kColorColumn = 2;
 
 // The leading number of a text, 0 when it has none.
 int LeadingNumber(const std::wstring& text) {
@@ -169,6 +170,25 @@ LRESULT CConfFormatDlg::OnTabChange(NMHDR&) {
   UpdateButtons();
   OnRowsChanged();
   return 0;
+}
+
+LRESULT CConfFormatDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
+  if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) return CDRF_NOTIFYSUBITEMDRAW;
+  if (draw.nmcd.dwDrawStage != (CDDS_ITEMPREPAINT | CDDS_SUBITEM)) return CDRF_DODEFAULT;
+  const size_t row = draw.nmcd.dwItemSpec;
+  const COLORREF color = draw.iSubItem == kColorColumn && row < Rows().RowCount()
+                             ? ParseColorHex(Rows().Cell(row, L"color"), kColorNone)
+                             : kColorNone;
+  // Every cell sets its colours: the list keeps the last ones for the cells after it.
+  draw.clrText = GetSysColor(COLOR_WINDOWTEXT);
+  draw.clrTextBk = GetSysColor(COLOR_WINDOW);
+  if (color != kColorNone) {
+    draw.clrTextBk = color;
+    const int luma = GetRValue(color) * 299 + GetGValue(color) * 587 + GetBValue(color) * 114;
+    draw.clrText = luma < 128000 ? RGB(255, 255, 255) : RGB(0, 0, 0);
+  }
+  return CDRF_DODEFAULT;
 }
 
 void CConfFormatDlg::OnTopDown() {

@@ -16,6 +16,7 @@ class CConfFormatDlg : public CListEditorDlg {
 
   BEGIN_MSG_MAP(CConfFormatDlg)
   NOTIFY_HANDLER(kTab, TCN_SELCHANGE, OnTabChange)
+  NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
   COMMAND_ID_HANDLER(kTopDown, OnTopDown)
   CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
@@ -28,6 +29,8 @@ class CConfFormatDlg : public CListEditorDlg {
 
  private:
   LRESULT OnTabChange(NMHDR& header);
+  // Paints each band's colour cell in its colour.
+  LRESULT OnDraw(NMLVCUSTOMDRAW& draw);
   void OnTopDown();
 
   // Positions in the list file of the rows that belong to a tab, in file order.

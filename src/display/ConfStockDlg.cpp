@@ -40,7 +40,7 @@ constexpr int16_t kSampleW = 56;
 constexpr int16_t kSampleY = 28;
 constexpr int16_t kSampleH = 76;  // nine lines
 constexpr int16_t kDescriptionY = kSampleY + kSampleH + kMargin;
-constexpr int16_t kDescriptionH = 72;
+constexpr int16_t kDescriptionH = 60;
 constexpr int16_t kButtonsY = kDescriptionY + kDescriptionH + kMargin;
 constexpr int16_t ColumnX(int column) {
   return static_cast<int16_t>(kMargin + column * (kColumnW + kMargin));
@@ -59,14 +59,11 @@ constexpr auto kControls = JoinControls(
         {Ctl::Button, Dlg::kType3, ColumnX(3), kMargin, kColumnW, kRowH, BS_AUTORADIOBUTTON, 0, &strType3},
         {Ctl::Static, Dlg::kPlainHeading, ColumnX(0), kMargin, kColumnW, kSampleY - kMargin - 2,
          kTextStyle | WS_GROUP, 0, &strPlainHeading},
-        {Ctl::Static, Dlg::kPlainSample, ColumnX(0), kSampleY, kSampleW, kSampleH, kSampleStyle,
-         WS_EX_STATICEDGE, &strPlainSample},
-        {Ctl::Static, Dlg::kSample1, ColumnX(1), kSampleY, kSampleW, kSampleH, kSampleStyle, WS_EX_STATICEDGE,
-         &strSample1},
-        {Ctl::Static, Dlg::kSample2, ColumnX(2), kSampleY, kSampleW, kSampleH, kSampleStyle, WS_EX_STATICEDGE,
-         &strSample2},
-        {Ctl::Static, Dlg::kSample3, ColumnX(3), kSampleY, kSampleW, kSampleH, kSampleStyle, WS_EX_STATICEDGE,
-         &strSample3},
+        {Ctl::Static, Dlg::kPlainSample, ColumnX(0), kSampleY, kSampleW, kSampleH, kSampleStyle, 0,
+         &strPlainSample},
+        {Ctl::Static, Dlg::kSample1, ColumnX(1), kSampleY, kSampleW, kSampleH, kSampleStyle, 0, &strSample1},
+        {Ctl::Static, Dlg::kSample2, ColumnX(2), kSampleY, kSampleW, kSampleH, kSampleStyle, 0, &strSample2},
+        {Ctl::Static, Dlg::kSample3, ColumnX(3), kSampleY, kSampleW, kSampleH, kSampleStyle, 0, &strSample3},
         {Ctl::Static, Dlg::kDescription1, ColumnX(1), kDescriptionY, kColumnW, kDescriptionH, kTextStyle, 0,
          &strDescription1},
         {Ctl::Static, Dlg::kDescription2, ColumnX(2), kDescriptionY, kColumnW, kDescriptionH, kTextStyle, 0,
