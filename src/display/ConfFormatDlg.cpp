@@ -19,6 +19,10 @@ constexpr TextPair strAddSpace{L"Insert a space between skill and potential",
 constexpr TextPair strTopDown{L"Set the condition to 'above threshold'", L"条件を「閾値以上」にする"};
 constexpr TextPair strOrLess{L"or less", L"以下"};
 constexpr TextPair strOrMore{L"or more", L"以上"};
+// A band's threshold, its word and the range it covers: between two numbers, from 0, or open-ended.
+constexpr TextPair strRangeBetween{L"%d %ls (%d ～ %d)", L"%d %ls (%d ～ %d)"};
+constexpr TextPair strRangeFromZero{L"%d %ls (0 ～ %d)", L"%d %ls (0 ～ %d)"};
+constexpr TextPair strRangeOpen{L"%d %ls (%d ～ )", L"%d %ls (%d ～ )"};
 
 // The tabs in order, each with the type its rows carry in the file.
 struct FormatTab {
@@ -85,13 +89,13 @@ std::wstring RangeText(const std::vector<int>& t, size_t i, bool topDown) {
   const wchar_t* word = Text(topDown ? strOrMore : strOrLess);
   wchar_t text[128];
   if (!topDown && i + 1 < t.size())
-    swprintf(text, std::size(text), L"%d %ls (%d \xFF5E %d)", t[i], word, t[i + 1] + 1, t[i]);
+    swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i + 1] + 1, t[i]);
   else if (!topDown)
-    swprintf(text, std::size(text), L"%d %ls (0 \xFF5E %d)", t[i], word, t[i]);
+    swprintf(text, std::size(text), Text(strRangeFromZero), t[i], word, t[i]);
   else if (i == 0)
-    swprintf(text, std::size(text), L"%d %ls (%d \xFF5E )", t[i], word, t[i]);
+    swprintf(text, std::size(text), Text(strRangeOpen), t[i], word, t[i]);
   else
-    swprintf(text, std::size(text), L"%d %ls (%d \xFF5E %d)", t[i], word, t[i], t[i - 1] - 1);
+    swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i], t[i - 1] - 1);
   return text;
 }
 
