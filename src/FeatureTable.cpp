@@ -1,6 +1,7 @@
 #include "FeatureTable.h"
 
 #include "display/ConfColorizeDlg.h"
+#include "music/ConfBGMExDlg.h"
 
 namespace {
 
@@ -13,7 +14,7 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enWeightGraph", nullptr},   {L"enSetInfoPos", nullptr},
     {L"enShowSatiety", nullptr},   {L"enDateFormat", nullptr},
     {L"enScreenshot", nullptr},    {L"enQuickSearch", nullptr},
-    {L"enMusicExtender", nullptr}, {L"enCustomRealDate", nullptr},
+    {L"enMusicExtender", OpenMusicExtenderDialog}, {L"enCustomRealDate", nullptr},
 };
 
 }  // namespace
