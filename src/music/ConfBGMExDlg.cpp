@@ -43,7 +43,10 @@ constexpr auto kControls = JoinControls(
         {Ctl::Button, Dlg::kAddCommentButton, 66, 6, 54, 12, Layout::kButtonStyle, 0, &strAddComment},
         {Ctl::Button, Dlg::kEdit, 126, 6, 54, 12, Layout::kButtonStyle, 0, &strEdit},
         {Ctl::Button, Dlg::kDelete, 186, 6, 54, 12, Layout::kButtonStyle, 0, &strDelete},
-        {Ctl::Button, Dlg::kDisableMusiclist, 246, 6, 102, 12, Layout::kCheckStyle, 0, &strDisableMusiclist},
+        // Five units wider than the row leaves it, starting at the Delete button's edge: the Japanese text
+        // needs it.
+        {Ctl::Button, Dlg::kDisableMusiclist, 241, 6, 107, 12, Layout::kCheckStyle, 0, &strDisableMusiclist,
+         Anchor::LeftRight},
         {Ctl::ListView, Dlg::kList, 6, 24, 342, 150, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP,
          WS_EX_CLIENTEDGE, kNoText, Anchor::All},
         {Ctl::Static, Dlg::kMethodLabel, 6, 180, 66, 12, SS_LEFT | SS_CENTERIMAGE, 0, &strMidiMethod,

@@ -368,7 +368,7 @@ void CConfBGMExItemDlg::FillCandidates() {
     do {
       if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
       wchar_t entry[MAX_PATH * 2];
-      swprintf(entry, std::size(entry), L"%s\\%s", source.folder->c_str(), found.cFileName);
+      swprintf(entry, std::size(entry), L"%ls\\%ls", source.folder->c_str(), found.cFileName);
       SendMessageW(files, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry));
       SIZE size{};
       GetTextExtentPoint32W(dc, entry, static_cast<int>(wcslen(entry)), &size);
@@ -523,7 +523,7 @@ LRESULT CConfBGMExItemDlg::OnDropFiles(WPARAM wParam, LPARAM) {
   for (size_t i = 0; i < refused.size() && i < kListed; ++i) text += L"\"" + refused[i] + L"\"\r\n";
   if (refused.size() > kListed) {
     wchar_t more[128];
-    swprintf(more, std::size(more), L"%s %d %s", Text(strAnd), static_cast<int>(refused.size() - kListed),
+    swprintf(more, std::size(more), L"%ls %d %ls", Text(strAnd), static_cast<int>(refused.size() - kListed),
              Text(strFiles));
     text += more;
     text += L"\r\n";

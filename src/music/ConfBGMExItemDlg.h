@@ -77,7 +77,6 @@ class CConfBGMExItemDlg : public CDialog {
   NOTIFY_HANDLER(kPlaylist, LVN_ITEMCHANGED, OnPlaylistChanged)
   CONTEXTMENU_HANDLER(OnContextMenu)
   MESSAGE_HANDLER(WM_DROPFILES, OnDropFiles)
-  MESSAGE_HANDLER(WM_DESTROY, OnDestroy)
   END_MSG_MAP()
 
  protected:
@@ -96,7 +95,6 @@ class CConfBGMExItemDlg : public CDialog {
   LRESULT OnPlaylistChanged(NMLISTVIEW& change);
   void OnContextMenu(HWND window, POINT screen);
   LRESULT OnDropFiles(WPARAM drop, LPARAM);
-  LRESULT OnDestroy(WPARAM, LPARAM);
 
   void AddTarget(const std::wstring& key);
   void AddPlayFile(const std::wstring& path);
