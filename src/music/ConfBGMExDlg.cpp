@@ -98,6 +98,19 @@ void CConfBGMExDlg::StoreOptions() {
   listFile.SetOption(kDisableMusiclistOption, IsChecked(kDisableMusiclist) ? 1 : 0);
 }
 
+void CConfBGMExDlg::OnRowsChanged() {
+  if (columnsSized) return;
+  columnsSized = true;
+  // Once the list has its size: targets and playlist take the room, the sets of numbers need little.
+  constexpr int kPercent[] = {32, 12, 12, 14, 30};
+  HWND list = listView.Handle();
+  RECT client{};
+  GetClientRect(list, &client);
+  const int width = client.right - GetSystemMetrics(SM_CXVSCROLL);
+  for (int column = 0; column < static_cast<int>(std::size(kPercent)); ++column)
+    ListView_SetColumnWidth(list, column, width * kPercent[column] / 100);
+}
+
 void CConfBGMExDlg::SetSoundFont(const std::wstring& path) {
   soundFont = path;
   SetItemText(kSoundFontPath, path);

@@ -52,6 +52,7 @@ class CConfBGMExDlg : public CListEditorDlg {
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
   void StoreOptions() override;
+  void OnRowsChanged() override;
 
  private:
   void OnAddCommentButton();
@@ -65,6 +66,7 @@ class CConfBGMExDlg : public CListEditorDlg {
   std::wstring CellText(size_t row, int column);
 
   std::wstring soundFont;
+  bool columnsSized = false;
 };
 
 // Opens the dialog on BGMEx.qcsv in the tool's folder: the "Config" button of the Music Extender switch.
