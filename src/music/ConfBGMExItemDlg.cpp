@@ -347,38 +347,51 @@ void CConfBGMExItemDlg::FillCandidates() {
   }
 
   // Shortcuts the player keeps in the game's user folder and its music folder (to music anywhere else),
-  // then the music files in the user music folder itself.
+  // then the music files in the user music folder itself, by kind. One pass over each folder sorts the
+  // names into the kinds: a search per pattern would read the music folder five times.
   const AppPaths& paths = Paths();
-  struct Source {
-    const std::wstring* folder;
-    const wchar_t* pattern;
-  };
-  const Source sources[] = {{&paths.userFolder, L"*.lnk"}, {&paths.userMusic, L"*.lnk"},
-                            {&paths.userMusic, L"*.flac"}, {&paths.userMusic, L"*.ogg"},
-                            {&paths.userMusic, L"*.mp3"},  {&paths.userMusic, L"*.mid"}};
-  HWND files = Item(kFileCandidates);
-  SendMessageW(files, WM_SETREDRAW, FALSE, 0);
-  int widest = 0;
-  HDC dc = GetDC(files);
-  HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(files, WM_GETFONT, 0, 0)));
-  for (const Source& source : sources) {
+  constexpr const wchar_t* kMusicKinds[] = {L".flac", L".ogg", L".mp3", L".mid"};
+  std::vector<std::wstring> shortcuts[2], music[std::size(kMusicKinds)];
+  const std::wstring* folders[] = {&paths.userFolder, &paths.userMusic};
+  size_t total = 0;
+  for (size_t f = 0; f < std::size(folders); ++f) {
+    const std::wstring& folder = *folders[f];
     WIN32_FIND_DATAW found;
-    HANDLE search = FindFirstFileW(CombinePath(*source.folder, source.pattern).c_str(), &found);
+    HANDLE search = FindFirstFileW(CombinePath(folder, L"*").c_str(), &found);
     if (search == INVALID_HANDLE_VALUE) continue;
     do {
       if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
+      std::vector<std::wstring>* kind = HasExtension(found.cFileName, L".lnk") ? &shortcuts[f] : nullptr;
+      for (size_t k = 0; !kind && f == 1 && k < std::size(kMusicKinds); ++k) {
+        if (HasExtension(found.cFileName, kMusicKinds[k])) kind = &music[k];
+      }
+      if (!kind) continue;
       wchar_t entry[MAX_PATH * 2];
-      swprintf(entry, std::size(entry), L"%ls\\%ls", source.folder->c_str(), found.cFileName);
-      SendMessageW(files, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry));
-      SIZE size{};
-      GetTextExtentPoint32W(dc, entry, static_cast<int>(wcslen(entry)), &size);
-      widest = std::max(widest, static_cast<int>(size.cx));
+      const int length = swprintf(entry, std::size(entry), L"%ls\\%ls", folder.c_str(), found.cFileName);
+      kind->emplace_back(entry, static_cast<size_t>(std::max(length, 0)));
+      ++total;
     } while (FindNextFileW(search, &found));
     FindClose(search);
   }
+  HWND files = Item(kFileCandidates);
+  SendMessageW(files, WM_SETREDRAW, FALSE, 0);
+  SendMessageW(files, LB_INITSTORAGE, total, total * MAX_PATH);
+  std::wstring widest;
+  for (const auto* group : {&shortcuts[0], &shortcuts[1], &music[0], &music[1], &music[2], &music[3]}) {
+    for (const std::wstring& entry : *group) {
+      SendMessageW(files, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+      if (entry.size() > widest.size()) widest = entry;
+    }
+  }
+  // Measuring every entry would cost more than listing them: the longest one gives the scroll width,
+  // with room for a wider glyph or two.
+  HDC dc = GetDC(files);
+  HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(files, WM_GETFONT, 0, 0)));
+  SIZE size{};
+  GetTextExtentPoint32W(dc, widest.c_str(), static_cast<int>(widest.size()), &size);
   SelectObject(dc, oldFont);
   ReleaseDC(files, dc);
-  SendMessageW(files, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest + 8), 0);
+  SendMessageW(files, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(size.cx + size.cx / 8 + 8), 0);
   SendMessageW(files, WM_SETREDRAW, TRUE, 0);
 }
 
