@@ -39,13 +39,13 @@ class CConfBGMExDlg : public CListEditorDlg {
   const std::wstring& SoundFont() const { return soundFont; }
 
   BEGIN_MSG_MAP(CConfBGMExDlg)
-  COMMAND_ID_HANDLER(kAddCommentButton, OnAddCommentButton)
-  COMMAND_ID_HANDLER(kAddCommentMenu, OnAddCommentMenu)
-  COMMAND_ID_HANDLER(kSoundFontButton, OnChooseSoundFont)
-  NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
-  CONTEXTMENU_HANDLER(OnContextMenu)
-  MESSAGE_HANDLER(WM_HELP, OnHelp)
-  CHAIN_MSG_MAP(CListEditorDlg)
+    COMMAND_ID_HANDLER(kAddCommentButton, OnAddCommentButton)
+    COMMAND_ID_HANDLER(kAddCommentMenu, OnAddCommentMenu)
+    COMMAND_ID_HANDLER(kSoundFontButton, OnChooseSoundFont)
+    NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
+    CONTEXTMENU_HANDLER(OnContextMenu)
+    MESSAGE_HANDLER(WM_HELP, OnHelp)
+    CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
  protected:

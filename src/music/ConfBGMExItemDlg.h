@@ -66,17 +66,17 @@ class CConfBGMExItemDlg : public CDialog {
   CAudioPlayer* Player() const { return player.get(); }
 
   BEGIN_MSG_MAP(CConfBGMExItemDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_ID_HANDLER(kAddTarget, OnAddTarget)
-  COMMAND_ID_HANDLER(kRemoveTarget, OnRemoveTarget)
-  COMMAND_ID_HANDLER(kAddFile, OnAddFile)
-  COMMAND_ID_HANDLER(kRemoveFile, OnRemoveFile)
-  COMMAND_ID_HANDLER(kStop, OnStop)
-  COMMAND_HANDLER(kFileCandidates, LBN_SELCHANGE, OnFileCandidate)
-  COMMAND_HANDLER(kTargetCandidates, LBN_DBLCLK, OnAddTarget)
-  NOTIFY_HANDLER(kPlaylist, LVN_ITEMCHANGED, OnPlaylistChanged)
-  CONTEXTMENU_HANDLER(OnContextMenu)
-  MESSAGE_HANDLER(WM_DROPFILES, OnDropFiles)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(kAddTarget, OnAddTarget)
+    COMMAND_ID_HANDLER(kRemoveTarget, OnRemoveTarget)
+    COMMAND_ID_HANDLER(kAddFile, OnAddFile)
+    COMMAND_ID_HANDLER(kRemoveFile, OnRemoveFile)
+    COMMAND_ID_HANDLER(kStop, OnStop)
+    COMMAND_HANDLER(kFileCandidates, LBN_SELCHANGE, OnFileCandidate)
+    COMMAND_HANDLER(kTargetCandidates, LBN_DBLCLK, OnAddTarget)
+    NOTIFY_HANDLER(kPlaylist, LVN_ITEMCHANGED, OnPlaylistChanged)
+    CONTEXTMENU_HANDLER(OnContextMenu)
+    MESSAGE_HANDLER(WM_DROPFILES, OnDropFiles)
   END_MSG_MAP()
 
  protected:
