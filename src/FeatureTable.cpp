@@ -8,6 +8,7 @@
 #include "display/ConfScreenshotDlg.h"
 #include "display/ConfStockDlg.h"
 #include "display/ConfWeightGraphDlg.h"
+#include "music/ConfBGMExDlg.h"
 
 namespace {
 
@@ -26,7 +27,7 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enDateFormat", OpenDateFormatDialog},
     {L"enScreenshot", OpenScreenshotDialog},
     {L"enQuickSearch", nullptr},
-    {L"enMusicExtender", nullptr},
+    {L"enMusicExtender", OpenMusicExtenderDialog},
     {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
 
