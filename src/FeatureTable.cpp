@@ -14,6 +14,7 @@ namespace {
 
 // The rows of the main dialog that carry a "Config" button, in the order the main dialog lists them. A
 // row whose dialog is not built yet has no function and shows its button disabled.
+// clang-format off
 constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", nullptr},
     {L"enLabel", nullptr},
@@ -30,6 +31,7 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enMusicExtender", OpenMusicExtenderDialog},
     {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
+// clang-format on
 
 }  // namespace
 
