@@ -34,6 +34,13 @@ void CConfEnchantFinderDlg::OnOpened() {
   };
 }
 
+// Names are longer than the column titles: the name column fits them and the colour cells take the rest,
+// so that each reads as a swatch.
+void CConfEnchantFinderDlg::OnRowsChanged() {
+  ListView_SetColumnWidth(listView.Handle(), 0, LVSCW_AUTOSIZE_USEHEADER);
+  ListView_SetColumnWidth(listView.Handle(), kColorColumn, LVSCW_AUTOSIZE_USEHEADER);
+}
+
 bool CConfEnchantFinderDlg::EditItem(RowCells& cells, bool adding) {
   CConfEnchantFinderItemDlg item(cells.Get(L"enchant"),
                                  ParseColorHex(adding ? L"#000000" : cells.Get(L"color"), kColorNone));

@@ -17,6 +17,7 @@ class CConfEnchantFinderDlg : public CListEditorDlg {
  protected:
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
+  void OnRowsChanged() override;
 
  private:
   LRESULT OnDraw(NMLVCUSTOMDRAW& draw);
