@@ -21,9 +21,9 @@ constexpr DialogDef kDialog{
     &strTitleEnchantFinderItem, 0, 0, kRight + kMargin, 90, DialogStyle::kModal, 0, kCenterOnOwner};
 constexpr auto kControls = JoinControls(
     std::array<ControlDef, 4>{{
-        {Ctl::Static, Dlg::kGroupLabel, kMargin, 8, kLabelWidth, kRowH, SS_LEFT, 0, &strGroup},
+        {Ctl::Static, Dlg::kGroupLabel, kMargin, 6, kLabelWidth, kRowH, SS_LEFT, 0, &strGroup},
         {Ctl::ComboBox, Dlg::kGroup, kFieldX, 6, kRight - kFieldX, kDropHeight, kDropStyle, 0, kNoText},
-        {Ctl::Static, Dlg::kEnchantLabel, kMargin, 26, kLabelWidth, kRowH, SS_LEFT, 0, &strEnchantment},
+        {Ctl::Static, Dlg::kEnchantLabel, kMargin, 24, kLabelWidth, kRowH, SS_LEFT, 0, &strEnchantment},
         {Ctl::ComboBox, Dlg::kEnchant, kFieldX, 24, kRight - kFieldX, kDropHeight, kDropStyle, 0, kNoText},
     }},
     ColorFieldRow(Dlg::kColorLabel, kMargin, 44, &strColorField, kLabelWidth),

@@ -17,7 +17,7 @@ constexpr int16_t kRight = kFieldX + kColorSelectX + kColorPartW;
 // theirs (1003 to 1005).
 constexpr auto kColorRow = [] {
   auto row = ColorFieldRow(Dlg::kExact, kMargin, 42, &strColorField, kLabelWidth);
-  row[0].id = Dlg::kKeywordLabel + 1;
+  row[0].id = Dlg::kColorLabel;
   return row;
 }();
 

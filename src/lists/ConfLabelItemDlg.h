@@ -8,7 +8,16 @@
 // equal it, and the label's colour. Set the fields, DoModal; after IDOK they hold what was entered.
 class CConfLabelItemDlg : public CDialog {
  public:
-  enum : uint16_t { kKeyword = 1000, kRegex, kExact, kColorEdit, kColorSwatch, kColorSelect, kKeywordLabel };
+  enum : uint16_t {
+    kKeyword = 1000,
+    kRegex,
+    kExact,
+    kColorEdit,
+    kColorSwatch,
+    kColorSelect,
+    kKeywordLabel,
+    kColorLabel
+  };
 
   CConfLabelItemDlg(std::wstring keyword, bool regex, bool exact, COLORREF color);
 

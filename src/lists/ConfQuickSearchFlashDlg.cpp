@@ -23,8 +23,7 @@ constexpr int16_t kRight = kPreviewX + kPreviewW;
 constexpr std::array<ControlDef, 4> ColorRow(int n, const TextPair* label) {
   const auto y = static_cast<int16_t>(kMargin + n * kRowPitch);
   auto id = [n](uint16_t first) { return static_cast<uint16_t>(first + n); };
-  return {{{Ctl::Static, id(Dlg::kLabel1), kMargin, static_cast<int16_t>(y + 2), kLabelW, kRowH, SS_LEFT, 0,
-            label},
+  return {{{Ctl::Static, id(Dlg::kLabel1), kMargin, y, kLabelW, kRowH, SS_LEFT, 0, label},
            {Ctl::Edit, id(Dlg::kEdit1), kEditX, y, kColorPartW, kRowH, kEditStyle, 0, kNoText},
            {Ctl::Static, id(Dlg::kSwatch1), kEditX + kColorSwatchX, y, kColorPartW, kRowH, SS_OWNERDRAW, 0,
             kNoText},

@@ -14,7 +14,7 @@ constexpr DialogDef kDialog{
     &strTitleQuickSearchItem, 0, 0, kRight + kMargin, 54, DialogStyle::kModal, 0, kCenterOnOwner};
 constexpr auto kControls = JoinControls(
     std::array<ControlDef, 2>{{
-        {Ctl::Static, Dlg::kKeywordLabel, kMargin, 8, kLabelWidth, kRowH, SS_LEFT, 0, &strKeywordField},
+        {Ctl::Static, Dlg::kKeywordLabel, kMargin, 6, kLabelWidth, kRowH, SS_LEFT, 0, &strKeywordField},
         {Ctl::Edit, Dlg::kKeyword, kFieldX, 6, kRight - kFieldX, kRowH, kEditStyle, 0, kNoText},
     }},
     OkCancelRow(kRight, 30, Anchor::TopLeft));
