@@ -1,6 +1,13 @@
 #include "FeatureTable.h"
 
 #include "display/ConfColorizeDlg.h"
+#include "display/ConfCustomRealDate.h"
+#include "display/ConfDateFormatDlg.h"
+#include "display/ConfFormatDlg.h"
+#include "display/ConfSatietyFormatDlg.h"
+#include "display/ConfScreenshotDlg.h"
+#include "display/ConfStockDlg.h"
+#include "display/ConfWeightGraphDlg.h"
 #include "lists/ConfEnchantFinderDlg.h"
 #include "lists/ConfLabelDlg.h"
 #include "lists/ConfQuickSearchDlg.h"
@@ -13,17 +20,17 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", nullptr},
     {L"enLabel", OpenLabelDialog},
     {L"enEnchantFinder", OpenEnchantFinderDialog},
-    {L"enListExtender", nullptr},
-    {L"enStockMK", nullptr},
+    {L"enListExtender", OpenListFormatDialog},
+    {L"enStockMK", OpenStockDialog},
     {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
-    {L"enWeightGraph", nullptr},
+    {L"enWeightGraph", OpenWeightGraphDialog},
     {L"enSetInfoPos", nullptr},
-    {L"enShowSatiety", nullptr},
-    {L"enDateFormat", nullptr},
-    {L"enScreenshot", nullptr},
+    {L"enShowSatiety", OpenSatietyFormatDialog},
+    {L"enDateFormat", OpenDateFormatDialog},
+    {L"enScreenshot", OpenScreenshotDialog},
     {L"enQuickSearch", OpenQuickSearchDialog},
     {L"enMusicExtender", nullptr},
-    {L"enCustomRealDate", nullptr},
+    {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
 
 }  // namespace

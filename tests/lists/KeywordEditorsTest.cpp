@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
 #include <memory>
 #include <string>
 #include <vector>
@@ -67,19 +66,14 @@ std::string Id(size_t group, size_t member) {
 
 // Runs an editor; `drive` acts on the list, `answers` answer the dialogs it opens, in order.
 INT_PTR RunEditor(CDialog& editor, int listId, const std::function<void(CDialog&, ListViewDriver&)>& drive,
-                  std::deque<Answer> answers) {
+                  std::vector<Answer> answers) {
   return RunModal(
       editor,
       [&](CDialog& d) {
         ListViewDriver list(d.Item(listId));
         drive(d, list);
       },
-      [&](CDialog& opened) {
-        ASSERT_FALSE(answers.empty()) << "a dialog more than expected";
-        Answer answer = std::move(answers.front());
-        answers.pop_front();
-        answer(opened);
-      });
+      std::move(answers));
 }
 
 // One editor through the same story: add before row 3, add nothing (an empty keyword or Cancel), add at
@@ -155,24 +149,25 @@ TEST_F(KeywordEditorsTest, OkWritesTheRowsShownAndTheFlagCancelLeavesTheFileAsIt
       ASSERT_TRUE(WriteFileBytes(path, c.before));
       ExtensionWindow extension{kOtherBits};
       auto editor = c.make();
-      RunEditor(*editor, c.list,
-                [&](CDialog& d, ListViewDriver& list) {
-                  EXPECT_FALSE(d.IsItemEnabled(c.edit) || d.IsItemEnabled(c.remove));
-                  list.Select(2);
-                  Click(d, c.add);
-                  Click(d, c.add);
-                  EXPECT_EQ(list.Count(), 4);
-                  list.Select(-1);
-                  EXPECT_FALSE(d.IsItemEnabled(c.edit) || d.IsItemEnabled(c.remove));
-                  Click(d, c.add);
-                  list.Select(0);
-                  Click(d, c.edit);
-                  list.Select(1);
-                  Click(d, c.remove);
-                  list.Drag(3, 0);
-                  Click(d, ending);
-                },
-                {c.answers.begin(), c.answers.end()});
+      RunEditor(
+          *editor, c.list,
+          [&](CDialog& d, ListViewDriver& list) {
+            EXPECT_FALSE(d.IsItemEnabled(c.edit) || d.IsItemEnabled(c.remove));
+            list.Select(2);
+            Click(d, c.add);
+            Click(d, c.add);
+            EXPECT_EQ(list.Count(), 4);
+            list.Select(-1);
+            EXPECT_FALSE(d.IsItemEnabled(c.edit) || d.IsItemEnabled(c.remove));
+            Click(d, c.add);
+            list.Select(0);
+            Click(d, c.edit);
+            list.Select(1);
+            Click(d, c.remove);
+            list.Drag(3, 0);
+            Click(d, ending);
+          },
+          c.answers);
       EXPECT_EQ(ReadFileBytes(path), ending == IDOK ? c.after : c.before);
       EXPECT_EQ(extension.Mask(), ending == IDOK ? kOtherBits | c.flag : kOtherBits);
     }
