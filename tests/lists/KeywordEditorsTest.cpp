@@ -219,6 +219,15 @@ TEST_F(KeywordEditorsTest, QuickSearchFlashColoursKeepTheirKeysAndThePreviewBlen
                                      kSize + "#column,keyword\r\nx\r\n");
 }
 
+// A third colour stored under the reading spelling is written back under the writing one, in its place.
+TEST_F(KeywordEditorsTest, QuickSearchWritesTheThirdColourUnderOneSpelling) {
+  const std::wstring path = tool.ToolFile(L"QuickSearch.qcsv");
+  ASSERT_TRUE(WriteFileBytes(path, kHead + "#option,BkCOlor3:#80c0e0\r\n#column,keyword\r\n"));
+  CConfQuickSearchDlg editor;
+  RunEditor(editor, CConfQuickSearchDlg::kList, [&](CDialog& d, ListViewDriver&) { Click(d, IDOK); }, {});
+  EXPECT_EQ(ReadFileBytes(path).substr(0, kHead.size() + 26), kHead + "#option,BkColor3:#80c0e0\r\n");
+}
+
 // An id the table lacks shows as its number and comes through an edit confirmed unchanged; choosing a
 // group lists that group's enchantments, and the choice is stored as the id.
 TEST_F(KeywordEditorsTest, EnchantFinderKeepsUnknownIdsAndRefillsEnchantmentsByGroup) {
