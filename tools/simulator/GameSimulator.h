@@ -7,16 +7,15 @@
 #include <vector>
 
 #include "app/TextPair.h"
+#include "display/ConfInfoLayerDlg.h"
 #include "ui/Handles.h"
 
 // A stand-in for the running game and its extension: the game's main window with a painted scene,
 // and the extension's window that keeps the game's handle and the change mask the tool sets. The
 // simulator program shows both; tests create them in their own process.
 
-inline constexpr wchar_t kGameWindowClass[] = L"hspwnd0";
 inline constexpr SIZE kGameClientSize{800, 600};
-// Byte offsets in the extension window's data: the game window's handle, then the change mask.
-inline constexpr int kExtensionGameSlot = 0;
+// Where the extension's window keeps the change mask, after the game's handle.
 inline constexpr int kExtensionMaskSlot = 8;
 
 // One group of change bits the extension acts on, with what it re-reads.
