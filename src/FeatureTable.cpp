@@ -1,6 +1,7 @@
 #include "FeatureTable.h"
 
 #include "display/ConfColorizeDlg.h"
+#include "display/ConfInfoLayerDlg.h"
 
 namespace {
 
@@ -10,7 +11,7 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", nullptr},   {L"enLabel", nullptr},
     {L"enEnchantFinder", nullptr}, {L"enListExtender", nullptr},
     {L"enStockMK", nullptr},       {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
-    {L"enWeightGraph", nullptr},   {L"enSetInfoPos", nullptr},
+    {L"enWeightGraph", nullptr},   {L"enSetInfoPos", OpenInfoLayerDialog},
     {L"enShowSatiety", nullptr},   {L"enDateFormat", nullptr},
     {L"enScreenshot", nullptr},    {L"enQuickSearch", nullptr},
     {L"enMusicExtender", nullptr}, {L"enCustomRealDate", nullptr},

@@ -129,15 +129,12 @@ bool CConfInfoLayerDlg::OnInitDialog() {
   }
   ReleaseDC(game, gameDc);
   SendMessageW(Item(kPictureId), STM_SETIMAGE, IMAGE_BITMAP, reinterpret_cast<LPARAM>(picture.Get()));
-  CenterOnOwner();
   return true;
 }
 
-LRESULT CConfInfoLayerDlg::OnTimer(WPARAM id, LPARAM) {
-  if (id != kStartTimer) return 0;
+void CConfInfoLayerDlg::OnStartTimer() {
   KillTimer(handle, kStartTimer);
   PlaceItems();
-  return 0;
 }
 
 void CConfInfoLayerDlg::PlaceItems() {
@@ -177,7 +174,7 @@ void CConfInfoLayerDlg::PlaceItems() {
   }
 }
 
-LRESULT CConfInfoLayerDlg::OnContextMenu(WPARAM, LPARAM lParam) {
+void CConfInfoLayerDlg::OnContextMenu(HWND, POINT screen) {
   PlaceItems();
   MenuHandle menu(CreatePopupMenu());
   AppendMenuW(menu.get(), MF_STRING, kResetAll, Text(strResetPosition));
@@ -185,8 +182,9 @@ LRESULT CConfInfoLayerDlg::OnContextMenu(WPARAM, LPARAM lParam) {
   for (size_t i = 0; i < items.size(); ++i) {
     AppendMenuW(menu.get(), MF_STRING, kResetFirstItem + i, Text(*items[i].displayName));
   }
-  POINT at{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
-  if (lParam == -1) {
+  // A menu asked for from the keyboard opens at the picture's corner.
+  POINT at = screen;
+  if (at.x == -1 && at.y == -1) {
     at = {0, 0};
     ClientToScreen(handle, &at);
   }
@@ -199,7 +197,6 @@ LRESULT CConfInfoLayerDlg::OnContextMenu(WPARAM, LPARAM lParam) {
   } else if (command >= kResetFirstItem && command < kResetFirstItem + static_cast<int>(items.size())) {
     items[command - kResetFirstItem].MoveTo({0, 0});
   }
-  return 0;
 }
 
 void CConfInfoLayerDlg::Close(int button) {

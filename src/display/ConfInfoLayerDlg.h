@@ -41,8 +41,8 @@ class CConfInfoLayerDlg : public CDialog {
   explicit CConfInfoLayerDlg(std::wstring path);
 
   BEGIN_MSG_MAP(CConfInfoLayerDlg)
-  MESSAGE_HANDLER(WM_TIMER, OnTimer)
-  MESSAGE_HANDLER(WM_CONTEXTMENU, OnContextMenu)
+  TIMER_HANDLER(kStartTimer, OnStartTimer)
+  CONTEXTMENU_HANDLER(OnContextMenu)
   COMMAND_ID_HANDLER(IDOK, OnOk)
   COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
   END_MSG_MAP()
@@ -55,10 +55,8 @@ class CConfInfoLayerDlg : public CDialog {
 
  private:
   bool OnInitDialog() override;
-  // The items keep the places the user gives them; nothing is laid out by anchors.
-  bool ProcessFrameMessage(UINT, WPARAM, LPARAM, LRESULT&) override { return false; }
-  LRESULT OnTimer(WPARAM id, LPARAM);
-  LRESULT OnContextMenu(WPARAM, LPARAM lParam);
+  void OnStartTimer();
+  void OnContextMenu(HWND, POINT screen);
   void OnOk() { Close(IDOK); }
   void OnCancel() { Close(IDCANCEL); }
   void PlaceItems();

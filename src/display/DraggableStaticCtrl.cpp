@@ -70,38 +70,34 @@ void CDraggableStaticCtrl::MoveTo(POINT position) {
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
 }
 
-POINT CDraggableStaticCtrl::CursorOnScreen(LPARAM lParam) const {
-  POINT cursor{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
-  ClientToScreen(handle, &cursor);
-  return cursor;
+POINT CDraggableStaticCtrl::OnScreen(POINT client) const {
+  ClientToScreen(handle, &client);
+  return client;
 }
 
-LRESULT CDraggableStaticCtrl::OnLButtonDown(WPARAM, LPARAM lParam) {
-  if (dragging) return 0;
+void CDraggableStaticCtrl::OnLButtonDown(POINT at, UINT) {
+  if (dragging) return;
   dragging = true;
   SetCapture(handle);
-  const POINT cursor = CursorOnScreen(lParam);
+  const POINT cursor = OnScreen(at);
   const POINT topLeft = Position();
   const RECT window = WindowRect();
   dragStart = {topLeft.x, topLeft.y, topLeft.x + window.right - window.left,
                topLeft.y + window.bottom - window.top};
   grab = {cursor.x - dragStart.left, cursor.y - dragStart.top};
   InvalidateRect(handle, nullptr, FALSE);
-  return 0;
 }
 
-LRESULT CDraggableStaticCtrl::OnMouseMove(WPARAM, LPARAM lParam) {
-  if (!dragging) return 0;
+void CDraggableStaticCtrl::OnMouseMove(POINT at, UINT) {
+  if (!dragging) return;
   const int step = DragStep();
-  const POINT cursor = CursorOnScreen(lParam);
+  const POINT cursor = OnScreen(at);
   // No clamping: an item may lie partly or wholly outside the picture.
   MoveTo({Snap(cursor.x - grab.x, step), Snap(cursor.y - grab.y, step)});
-  return 0;
 }
 
-LRESULT CDraggableStaticCtrl::OnLButtonUp(WPARAM, LPARAM) {
+void CDraggableStaticCtrl::OnLButtonUp(POINT, UINT) {
   EndDrag();
-  return 0;
 }
 
 LRESULT CDraggableStaticCtrl::OnCaptureChanged(WPARAM, LPARAM) {
@@ -116,7 +112,7 @@ void CDraggableStaticCtrl::EndDrag() {
   InvalidateRect(handle, nullptr, FALSE);
 }
 
-LRESULT CDraggableStaticCtrl::OnContextMenu(WPARAM, LPARAM lParam) {
+void CDraggableStaticCtrl::OnContextMenu(HWND, POINT screen) {
   if (anchor == 0) anchor = kAnchorTopLeft;
   MenuHandle menu(CreatePopupMenu());
   AppendMenuW(menu.get(), MF_STRING | MF_GRAYED, 0, Text(strAnchor));
@@ -129,8 +125,7 @@ LRESULT CDraggableStaticCtrl::OnContextMenu(WPARAM, LPARAM lParam) {
   AppendMenuW(menu.get(), MF_STRING, kSelectColor, Text(strSelectColor));
 
   // A menu asked for from the keyboard opens at the item.
-  POINT at{static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
-  if (lParam == -1) at = CursorOnScreen(0);
+  const POINT at = screen.x == -1 && screen.y == -1 ? OnScreen({0, 0}) : screen;
   const HWND dialog = GetParent(handle);
   const int command =
       ShowPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD, at, dialog);
@@ -144,7 +139,6 @@ LRESULT CDraggableStaticCtrl::OnContextMenu(WPARAM, LPARAM lParam) {
       InvalidateRect(handle, nullptr, FALSE);
     }
   }
-  return 0;
 }
 
 LRESULT CDraggableStaticCtrl::OnPaint(WPARAM, LPARAM) {

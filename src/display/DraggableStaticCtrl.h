@@ -35,11 +35,11 @@ class CDraggableStaticCtrl : public CWindowImpl {
   CDraggableStaticCtrl(const wchar_t* keyName, const TextPair& displayName);
 
   BEGIN_MSG_MAP(CDraggableStaticCtrl)
-  MESSAGE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
-  MESSAGE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
-  MESSAGE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
+  MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
+  MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
+  MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
   MESSAGE_HANDLER(WM_CAPTURECHANGED, OnCaptureChanged)
-  MESSAGE_HANDLER(WM_CONTEXTMENU, OnContextMenu)
+  CONTEXTMENU_HANDLER(OnContextMenu)
   MESSAGE_HANDLER(WM_ERASEBKGND, OnEraseBackground)
   MESSAGE_HANDLER(WM_PAINT, OnPaint)
   END_MSG_MAP()
@@ -59,15 +59,15 @@ class CDraggableStaticCtrl : public CWindowImpl {
   COLORREF background = 0x000000;
 
  private:
-  LRESULT OnLButtonDown(WPARAM, LPARAM lParam);
-  LRESULT OnMouseMove(WPARAM, LPARAM lParam);
-  LRESULT OnLButtonUp(WPARAM, LPARAM);
+  void OnLButtonDown(POINT at, UINT keys);
+  void OnMouseMove(POINT at, UINT keys);
+  void OnLButtonUp(POINT at, UINT keys);
   LRESULT OnCaptureChanged(WPARAM, LPARAM);
-  LRESULT OnContextMenu(WPARAM, LPARAM lParam);
+  void OnContextMenu(HWND, POINT screen);
   LRESULT OnEraseBackground(WPARAM, LPARAM) { return 1; }
   LRESULT OnPaint(WPARAM, LPARAM);
   void EndDrag();
-  POINT CursorOnScreen(LPARAM lParam) const;
+  POINT OnScreen(POINT client) const;
 
   HBITMAP picture = nullptr;
   bool dragging = false;

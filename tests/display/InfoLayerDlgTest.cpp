@@ -8,11 +8,11 @@
 #include <vector>
 
 #include "app/QcsvDocument.h"
-#include "common/PromptRecorder.h"
+#include "app/Settings.h"
+#include "common/Harness.h"
 #include "common/SimulatedGame.h"
 #include "display/ConfInfoLayerDlg.h"
 #include "display/SelectEdgedTextColor.h"
-#include "ui/UiTestUtil.h"
 
 namespace {
 
@@ -51,67 +51,39 @@ COLORREF PixelOf(HBITMAP bitmap, POINT at) {
   return GetPixel(dc.Get(), at.x, at.y);
 }
 
-// Answers the menu that opens next with `command` and keeps what it offered.
-struct MenuAnswer {
-  struct Entry {
-    std::wstring text;
-    UINT state;
-  };
-  explicit MenuAnswer(int command) {
-    CurrentPrompts().popupMenu = [this, command](HMENU menu, UINT, POINT, HWND) {
-      entries.clear();
-      for (int i = 0; i < GetMenuItemCount(menu); ++i) {
-        wchar_t text[128]{};
-        GetMenuStringW(menu, i, text, static_cast<int>(std::size(text)), MF_BYPOSITION);
-        entries.push_back({text, GetMenuState(menu, i, MF_BYPOSITION)});
-      }
-      return command;
-    };
-  }
-  std::vector<Entry> entries;
-};
-
 class InfoLayerDlgTest : public testing::Test {
  protected:
-  void SetUp() override { SetLanguage(kEnglish); }
-
   // Opens the editor over the simulated game, places its items as the first tick does, runs `drive`
-  // and closes with `button`. Messages are recorded in `asked` and answered by `answer`, or with
-  // `closeAnswer` when it is not set. Other dialogs that open meet `onOther`.
-  INT_PTR Run(const std::function<void(Dlg&)>& drive, int closeAnswer = IDYES, int button = IDOK) {
+  // and closes with `button`. The recorder answers every question (the closing one Yes unless told
+  // otherwise); dialogs the drive opens meet `nested`.
+  INT_PTR Run(const std::function<void(Dlg&)>& drive, int button = IDOK,
+              const std::function<void(CDialog&)>& nested = nullptr) {
+    prompts.asked.clear();
+    prompts.menus.clear();
     Dlg dialog(File());
-    asked.clear();
-    CurrentPrompts().messageBox = [&](HWND owner, const std::wstring& text, const std::wstring& caption,
-                                      UINT type) {
-      asked.push_back({owner, text, caption, type});
-      return answer ? answer(asked.back()) : closeAnswer;
-    };
-    CDialog::AfterInitHook() = [&](CDialog& opened) {
-      if (&opened != &dialog) {
-        if (onOther) onOther(opened);
-        return;
-      }
-      dialog.Send(WM_TIMER, Dlg::kStartTimer);
-      drive(dialog);
-      dialog.Send(WM_COMMAND, button);
-    };
-    return dialog.DoModal(nullptr);
+    return RunModal(
+        dialog,
+        [&](CDialog&) {
+          dialog.Send(WM_TIMER, Dlg::kStartTimer);
+          drive(dialog);
+          dialog.Send(WM_COMMAND, button);
+        },
+        nested);
   }
 
-  std::wstring File() const { return tool.Tool() + L"\\InfoLayer.qcsv"; }
+  std::wstring File() const { return tool.ToolFile(L"InfoLayer.qcsv"); }
   QcsvDocument Saved() const {
     QcsvDocument document;
     document.Read(File());
     return document;
   }
+  // Right-clicks a window as the system reports it: the menu request with a point on the screen.
+  static void RightClick(HWND window) {
+    SendMessageW(window, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(window), MAKELPARAM(5, 5));
+  }
 
-  LanguageGuard languageGuard;
-  AfterInitGuard afterInitGuard;
-  ScopedPrompts prompts;
   InstalledTool tool;
-  std::vector<AskedMessage> asked;
-  std::function<int(const AskedMessage&)> answer;
-  std::function<void(CDialog&)> onOther;
+  PromptRecorder prompts{IDYES};
 };
 
 }  // namespace
@@ -129,21 +101,19 @@ TEST_F(InfoLayerDlgTest, TakesTheGamesClientSizeAndACopyOfItsPicture) {
     }
     const POINT points[] = {
         {3, 3}, {size.cx / 2, size.cy / 2}, {size.cx / 3, size.cy / 4}, {size.cx - 2, size.cy - 2}};
-    Run(
-        [&](Dlg& d) {
-          const RECT client = d.ClientRect();
-          EXPECT_EQ(client.right, size.cx);
-          EXPECT_EQ(client.bottom, size.cy);
-          const RECT picture = d.ItemRect(Dlg::kPictureId);
-          EXPECT_EQ(picture.right - picture.left, size.cx);
-          EXPECT_EQ(picture.bottom - picture.top, size.cy);
-          auto shown =
-              reinterpret_cast<HBITMAP>(SendMessageW(d.Item(Dlg::kPictureId), STM_GETIMAGE, IMAGE_BITMAP, 0));
-          ASSERT_NE(shown, nullptr);
-          for (POINT at : points)
-            EXPECT_EQ(PixelOf(shown, at), PixelOf(scene.Get(), at)) << at.x << "," << at.y;
-        },
-        IDNO);
+    prompts.defaultAnswer = IDNO;
+    Run([&](Dlg& d) {
+      const RECT client = d.ClientRect();
+      EXPECT_EQ(client.right, size.cx);
+      EXPECT_EQ(client.bottom, size.cy);
+      const RECT picture = d.ItemRect(Dlg::kPictureId);
+      EXPECT_EQ(picture.right - picture.left, size.cx);
+      EXPECT_EQ(picture.bottom - picture.top, size.cy);
+      auto shown =
+          reinterpret_cast<HBITMAP>(SendMessageW(d.Item(Dlg::kPictureId), STM_GETIMAGE, IMAGE_BITMAP, 0));
+      ASSERT_NE(shown, nullptr);
+      for (POINT at : points) EXPECT_EQ(PixelOf(shown, at), PixelOf(scene.Get(), at)) << at.x << "," << at.y;
+    });
   }
 }
 
@@ -160,13 +130,13 @@ TEST_F(InfoLayerDlgTest, WithoutTheGameSaysSoAndEndsWithCancel) {
   for (const Case& c : cases) {
     SimulatedGame game(tool.Tool(), kGameClientSize, c.withGame, c.withExtension);
     if (c.gameClosed) DestroyWindow(game.Game());
-    PromptRecorder recorder;
+    prompts.asked.clear();
     Dlg dialog(File());
     EXPECT_EQ(dialog.DoModal(nullptr), IDCANCEL) << c.name;
-    ASSERT_EQ(recorder.asked.size(), 1u) << c.name;
-    EXPECT_EQ(recorder.asked[0].text, L"Morva is not running.");
-    EXPECT_EQ(recorder.asked[0].caption, L"");
-    EXPECT_EQ(recorder.asked[0].type, static_cast<UINT>(MB_OK));
+    ASSERT_EQ(prompts.asked.size(), 1u) << c.name;
+    EXPECT_EQ(prompts.asked[0].text, L"Morva is not running.");
+    EXPECT_EQ(prompts.asked[0].caption, L"");
+    EXPECT_EQ(prompts.asked[0].type, static_cast<UINT>(MB_OK));
     EXPECT_FALSE(FileExists(File())) << c.name;
   }
 }
@@ -186,8 +156,8 @@ TEST_F(InfoLayerDlgTest, SavesOffsetsFromTheAnchoredCornerByTheItemsLeftAndTop) 
     Run([&](Dlg& d) {
       HWND stamina = d.Item(Dlg::kStaminaId);
       Drag(stamina, 100, 40);
-      MenuAnswer menu(c.anchor);
-      SendMessageW(stamina, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(stamina), MAKELPARAM(5, 5));
+      prompts.AnswerMenu(c.anchor);
+      RightClick(stamina);
       EXPECT_EQ(ItemAt(d, Dlg::kStaminaId).x, 100) << "choosing an anchor leaves the item in place";
     });
     const QcsvDocument saved = Saved();
@@ -195,7 +165,7 @@ TEST_F(InfoLayerDlgTest, SavesOffsetsFromTheAnchoredCornerByTheItemsLeftAndTop) 
     EXPECT_EQ(saved.OptionOr(L"Stamina_x", L""), std::to_wstring(c.x)) << c.anchor;
     EXPECT_EQ(saved.OptionOr(L"Stamina_y", L""), std::to_wstring(c.y)) << c.anchor;
     // Opened again, the item is back where it was left.
-    Run([&](Dlg& d) { EXPECT_EQ(ItemAt(d, Dlg::kStaminaId).y, 40) << c.anchor; }, IDNO);
+    Run([&](Dlg& d) { EXPECT_EQ(ItemAt(d, Dlg::kStaminaId).y, 40) << c.anchor; }, IDCANCEL);
   }
 }
 
@@ -277,36 +247,40 @@ TEST_F(InfoLayerDlgTest, ColoursLoadWithTheirDefaultsAndUnreadableTextsAsNoColou
 
 TEST_F(InfoLayerDlgTest, ItemMenuOffersTheAnchorsWithTheCurrentCheckedAndTheEdgedTextColours) {
   SimulatedGame game(tool.Tool());
-  Run([&](Dlg& d) {
-    HWND etherwind = d.Item(Dlg::kEtherwindId);
-    MenuAnswer menu(0);
-    SendMessageW(etherwind, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(etherwind), MAKELPARAM(5, 5));
-    ASSERT_EQ(menu.entries.size(), 8u);
-    EXPECT_EQ(menu.entries[0].text, L"Anchor");
-    EXPECT_TRUE(menu.entries[0].state & MF_GRAYED);
-    EXPECT_TRUE(menu.entries[1].state & MF_SEPARATOR);
-    // Unset counts as top-left.
-    for (int corner = 0; corner < 4; ++corner) {
-      EXPECT_EQ((menu.entries[2 + corner].state & MF_CHECKED) != 0, corner == 0) << corner;
-    }
-    EXPECT_EQ(menu.entries[7].text, L"Select Color");
-
-    // "Select Color" edits both colours; only OK takes them.
-    for (int button : {IDCANCEL, IDOK}) {
-      MenuAnswer choose(CDraggableStaticCtrl::kSelectColor);
-      onOther = [&, button](CDialog& opened) {
-        auto* colors = dynamic_cast<CSelectEdgedTextColor*>(&opened);
-        if (!colors) return;
-        EXPECT_EQ(colors->textColor, 0xFFFFFFu);
-        EXPECT_EQ(colors->edgeColor, 0x000000u);
-        SetDlgItemTextW(opened.Handle(), 1001, L"#00ff00");
-        SendMessageW(opened.Item(button), BM_CLICK, 0, 0);
-      };
-      SendMessageW(etherwind, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(etherwind), MAKELPARAM(5, 5));
-    }
-    EXPECT_EQ(d.items[2].foreground, 0x00FF00u);
-    EXPECT_EQ(d.items[2].background, 0x000000u);
-  });
+  // "Select Color" twice: the colours are taken only from OK.
+  std::vector<int> buttons{IDCANCEL, IDOK};
+  auto colors = [&](CDialog& opened) {
+    auto* edged = dynamic_cast<CSelectEdgedTextColor*>(&opened);
+    ASSERT_NE(edged, nullptr);
+    EXPECT_EQ(edged->textColor, 0xFFFFFFu);
+    EXPECT_EQ(edged->edgeColor, 0x000000u);
+    Type(opened, CSelectEdgedTextColor::kTextEdit, L"#00ff00");
+    Click(opened, buttons.front());
+    buttons.erase(buttons.begin());
+  };
+  Run(
+      [&](Dlg& d) {
+        HWND etherwind = d.Item(Dlg::kEtherwindId);
+        RightClick(etherwind);
+        ASSERT_EQ(prompts.menus.size(), 1u);
+        const AskedMenu& menu = prompts.menus[0];
+        EXPECT_EQ(menu.Texts(),
+                  (std::vector<std::wstring>{L"Anchor", L"-", L"Top-Left", L"Top-Right", L"Bottom-Left",
+                                             L"Bottom-Right", L"-", L"Select Color"}));
+        EXPECT_TRUE(menu.entries[0].state & MFS_DISABLED);
+        // Unset counts as top-left.
+        for (int32_t corner = kAnchorTopLeft; corner <= kAnchorBottomRight; ++corner) {
+          EXPECT_EQ((menu.Find(corner)->state & MFS_CHECKED) != 0, corner == kAnchorTopLeft) << corner;
+        }
+        for (int i = 0; i < 2; ++i) {
+          prompts.AnswerMenu(CDraggableStaticCtrl::kSelectColor);
+          RightClick(etherwind);
+        }
+        EXPECT_EQ(d.items[2].foreground, 0x00FF00u);
+        EXPECT_EQ(d.items[2].background, 0x000000u);
+      },
+      IDOK, colors);
+  EXPECT_TRUE(buttons.empty());
   EXPECT_EQ(Saved().OptionOr(L"Etherwind_colFore", L""), L"#00ff00");
 }
 
@@ -327,26 +301,31 @@ TEST_F(InfoLayerDlgTest, DialogMenuResetsAllItemsAfterAskingOrOneWithout) {
       {Dlg::kResetFirstItem + 1, IDYES, false, false, true},
       {0, IDYES, false, false, false},
   };
+  prompts.defaultAnswer = IDNO;
   for (const Case& c : cases) {
-    answer = [&](const AskedMessage& message) { return message.type == MB_YESNO ? c.answer : IDNO; };
-    Run([&](Dlg& d) {
-      const POINT frame = ItemAt(d, Dlg::kFrameId), stamina = ItemAt(d, Dlg::kStaminaId);
-      MenuAnswer menu(c.command);
-      d.Send(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(d.Handle()), MAKELPARAM(10, 10));
-      EXPECT_EQ(menu.entries.size(), 7u);
-      EXPECT_EQ(menu.entries[0].text, L"Reset Position");
-      EXPECT_EQ(menu.entries[3].text, L"Stamina ST:123/123");
-      const POINT origin{0, 0};
-      auto same = [](POINT a, POINT b) { return a.x == b.x && a.y == b.y; };
-      EXPECT_TRUE(same(ItemAt(d, Dlg::kFrameId), c.frameReset ? origin : frame)) << c.command;
-      EXPECT_TRUE(same(ItemAt(d, Dlg::kStaminaId), c.staminaReset ? origin : stamina)) << c.command;
-      EXPECT_EQ(d.items[1].anchor, kAnchorBottomRight);
-    });
+    Run(
+        [&](Dlg& d) {
+          const POINT frame = ItemAt(d, Dlg::kFrameId), stamina = ItemAt(d, Dlg::kStaminaId);
+          prompts.AnswerMenu(c.command);
+          if (c.asks) prompts.messageAnswers.push_back(c.answer);
+          RightClick(d.Handle());
+          EXPECT_EQ(prompts.menus.at(0).Texts(),
+                    (std::vector<std::wstring>{L"Reset Position", L"-", L"Frame Rate 12.3fps",
+                                               L"Stamina ST:123/123", L"Etherwind Alert", L"Quest Count",
+                                               L"Quest NPC Direction"}));
+          const POINT origin{0, 0};
+          auto same = [](POINT a, POINT b) { return a.x == b.x && a.y == b.y; };
+          EXPECT_TRUE(same(ItemAt(d, Dlg::kFrameId), c.frameReset ? origin : frame)) << c.command;
+          EXPECT_TRUE(same(ItemAt(d, Dlg::kStaminaId), c.staminaReset ? origin : stamina)) << c.command;
+          EXPECT_EQ(d.items[1].anchor, kAnchorBottomRight);
+        },
+        IDCANCEL);
     // The closing question comes last.
-    ASSERT_EQ(asked.size(), c.asks ? 2u : 1u) << c.command;
+    ASSERT_EQ(prompts.asked.size(), c.asks ? 2u : 1u) << c.command;
     if (c.asks) {
-      EXPECT_EQ(asked[0].text, L"Do you want to reset the position of all items?");
-      EXPECT_EQ(asked[0].caption, L"Morva Extender");
+      EXPECT_EQ(prompts.asked[0].text, L"Do you want to reset the position of all items?");
+      EXPECT_EQ(prompts.asked[0].caption, L"Morva Extender");
+      EXPECT_EQ(prompts.asked[0].type, static_cast<UINT>(MB_YESNO));
     }
   }
 }
@@ -356,22 +335,24 @@ TEST_F(InfoLayerDlgTest, BothClosingButtonsAskAndOnlyYesSaves) {
   for (int button : {IDOK, IDCANCEL}) {
     for (int answer : {IDYES, IDNO}) {
       DeleteFileW(File().c_str());
-      EXPECT_EQ(Run([](Dlg&) {}, answer, button), button);
-      ASSERT_EQ(asked.size(), 1u);
-      EXPECT_EQ(asked[0].text, L"Do you want to save the position and color?");
-      EXPECT_EQ(asked[0].caption, L"Config InfoLayer");
-      EXPECT_EQ(asked[0].type, static_cast<UINT>(MB_YESNOCANCEL | MB_ICONQUESTION));
+      prompts.defaultAnswer = answer;
+      EXPECT_EQ(Run([](Dlg&) {}, button), button);
+      ASSERT_EQ(prompts.asked.size(), 1u);
+      EXPECT_EQ(prompts.asked[0].text, L"Do you want to save the position and color?");
+      EXPECT_EQ(prompts.asked[0].caption, L"Config InfoLayer");
+      EXPECT_EQ(prompts.asked[0].type, static_cast<UINT>(MB_YESNOCANCEL | MB_ICONQUESTION));
       EXPECT_EQ(FileExists(File()), answer == IDYES) << button << " " << answer;
     }
   }
   // Cancel keeps the dialog open: the next close is asked again.
   DeleteFileW(File().c_str());
-  answer = [&](const AskedMessage&) { return asked.size() == 1 ? IDCANCEL : IDNO; };
+  prompts.defaultAnswer = IDNO;
+  prompts.messageAnswers.push_back(IDCANCEL);
   Run([&](Dlg& d) {
     d.Send(WM_COMMAND, IDCANCEL);
     EXPECT_TRUE(IsWindow(d.Handle()));
   });
-  EXPECT_EQ(asked.size(), 2u);
+  EXPECT_EQ(prompts.asked.size(), 2u);
   EXPECT_FALSE(FileExists(File()));
 }
 
@@ -379,22 +360,20 @@ TEST_F(InfoLayerDlgTest, ItemsShowTheirTextInTheGamesFont) {
   SimulatedGame game(tool.Tool());
   ASSERT_TRUE(WriteFileBytes(tool.IniPath(),
                              "[MorvaExtender_v5]\r\nlfFaceName=Liberation Serif\r\nlfHeight=-20\r\n"));
+  prompts.defaultAnswer = IDNO;
   for (uint32_t language : {kEnglish, kJapanese}) {
-    SetLanguage(language);
-    Run(
-        [&](Dlg& d) {
-          for (int id = Dlg::kFrameId; id <= Dlg::kQuestNpcDirId; ++id) {
-            LOGFONTW font{};
-            GetObjectW(reinterpret_cast<HFONT>(SendMessageW(d.Item(id), WM_GETFONT, 0, 0)), sizeof(font),
-                       &font);
-            EXPECT_STREQ(font.lfFaceName, L"Liberation Serif");
-            EXPECT_EQ(font.lfHeight, -20);
-            EXPECT_EQ(font.lfWeight, 0);
-            // Wide enough for the whole sample text with its edge.
-            ExpectTextFits(d.Item(id));
-          }
-        },
-        IDNO);
+    ScopedLanguage shown(language);
+    Run([&](Dlg& d) {
+      for (int id = Dlg::kFrameId; id <= Dlg::kQuestNpcDirId; ++id) {
+        LOGFONTW font{};
+        GetObjectW(reinterpret_cast<HFONT>(SendMessageW(d.Item(id), WM_GETFONT, 0, 0)), sizeof(font), &font);
+        EXPECT_STREQ(font.lfFaceName, L"Liberation Serif");
+        EXPECT_EQ(font.lfHeight, -20);
+        EXPECT_EQ(font.lfWeight, 0);
+        // Wide enough for the whole sample text with its edge.
+        ExpectTextFits(d.Item(id));
+      }
+    });
   }
 }
 

@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "FeatureTable.h"
 #include "app/Settings.h"
-#include "common/PromptRecorder.h"
+#include "common/Harness.h"
 #include "common/SimulatedGame.h"
 #include "display/ConfColorizeDlg.h"
 #include "display/ConfInfoLayerDlg.h"
 #include "ui/MainDlg.h"
-#include "ui/UiTestUtil.h"
 
 namespace {
 
@@ -33,8 +33,6 @@ class InfoLayerSimulatorTest : public testing::Test {
  protected:
   void SetUp() override { SetLanguage(kEnglish); }
 
-  LanguageGuard languageGuard;
-  AfterInitGuard afterInitGuard;
   InstalledTool tool;
 };
 
@@ -51,9 +49,9 @@ TEST_F(InfoLayerSimulatorTest, EveryDialogThatSignalsTheExtensionIsSeenWithItsFl
   const Case cases[] = {
       {"main dialog OK",
        [] {
-         CMainDlg main;
+         CMainDlg main(FeatureTable());
          ASSERT_TRUE(main.Create(nullptr));
-         main.Send(WM_COMMAND, IDOK);
+         Click(main, IDOK);
          EXPECT_EQ(TakeQuitCode(), 1);
        },
        kFlagSettings},
