@@ -34,8 +34,7 @@ constexpr TextPair strQuestNpcDirSample{L"\u3000←\u3000Quest NPC Direction", L
 constexpr DWORD kItemStyle = SS_LEFT | SS_NOTIFY | WS_CLIPSIBLINGS;
 
 // The template's size is a placeholder: the dialog takes the game's client size when it opens.
-constexpr DialogDef kDialog{
-    &strTitleInfoLayer, 0, 0, 320, 240, DS_MODALFRAME | WS_POPUP | WS_CAPTION | WS_SYSMENU};
+constexpr DialogDef kDialog{&strTitleInfoLayer, 0, 0, 320, 240, DialogStyle::kModal, 0, kCenterOnOwner};
 // Items first, so that they lie above the picture.
 constexpr ControlDef kControls[] = {
     {Ctl::Static, CConfInfoLayerDlg::kFrameId, 0, 0, 60, 10, kItemStyle, 0, &strFrameSample},
