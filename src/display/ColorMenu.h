@@ -4,7 +4,7 @@
 #include <array>
 
 #include "display/Color.h"
-#include "ui/Handles.h"
+#include "app/Handles.h"
 
 // Colours the open palette menu offers: slots 0-27 are the palette, 28-36 extra colours from the caller.
 inline constexpr int kColorSlotCount = 37;
