@@ -41,10 +41,10 @@ class CConfInfoLayerDlg : public CDialog {
   explicit CConfInfoLayerDlg(std::wstring path);
 
   BEGIN_MSG_MAP(CConfInfoLayerDlg)
-  TIMER_HANDLER(kStartTimer, OnStartTimer)
-  CONTEXTMENU_HANDLER(OnContextMenu)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
+    TIMER_HANDLER(kStartTimer, OnStartTimer)
+    CONTEXTMENU_HANDLER(OnContextMenu)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
   END_MSG_MAP()
 
   std::wstring path;

@@ -3,9 +3,9 @@
 #include <array>
 #include <string>
 
+#include "app/Handles.h"
 #include "app/Prompt.h"
 #include "display/SelectEdgedTextColor.h"
-#include "ui/Handles.h"
 
 namespace {
 

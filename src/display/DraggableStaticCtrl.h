@@ -35,13 +35,13 @@ class CDraggableStaticCtrl : public CWindowImpl {
   CDraggableStaticCtrl(const wchar_t* keyName, const TextPair& displayName);
 
   BEGIN_MSG_MAP(CDraggableStaticCtrl)
-  MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
-  MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
-  MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
-  MESSAGE_HANDLER(WM_CAPTURECHANGED, OnCaptureChanged)
-  CONTEXTMENU_HANDLER(OnContextMenu)
-  MESSAGE_HANDLER(WM_ERASEBKGND, OnEraseBackground)
-  MESSAGE_HANDLER(WM_PAINT, OnPaint)
+    MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
+    MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
+    MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
+    MESSAGE_HANDLER(WM_CAPTURECHANGED, OnCaptureChanged)
+    CONTEXTMENU_HANDLER(OnContextMenu)
+    MESSAGE_HANDLER(WM_ERASEBKGND, OnEraseBackground)
+    MESSAGE_HANDLER(WM_PAINT, OnPaint)
   END_MSG_MAP()
 
   // Takes over the static and paints it over `picture` (the game's copy, owned by the dialog).

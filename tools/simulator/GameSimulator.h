@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "app/Handles.h"
 #include "app/TextPair.h"
 #include "display/ConfInfoLayerDlg.h"
-#include "ui/Handles.h"
 
 // A stand-in for the running game and its extension: the game's main window with a painted scene,
 // and the extension's window that keeps the game's handle and the change mask the tool sets. The

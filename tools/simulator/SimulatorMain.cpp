@@ -19,10 +19,10 @@ namespace {
 // How often the extension looks at its change mask.
 constexpr UINT kPollMs = 250;
 
-CGameSimulator* g_simulator = nullptr;
+CGameSimulator* runningSimulator = nullptr;
 
 void CALLBACK PollMask(HWND, UINT, UINT_PTR, DWORD) {
-  if (g_simulator) g_simulator->Poll();
+  if (runningSimulator) runningSimulator->Poll();
 }
 
 SimulatorOptions ParseOptions() {
@@ -63,7 +63,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
 
   CGameSimulator simulator(options);
   if (!simulator.Game() && !simulator.Extension()) return 1;
-  g_simulator = &simulator;
+  runningSimulator = &simulator;
   SetTimer(nullptr, 0, kPollMs, PollMask);
   MSG message;
   while (GetMessageW(&message, nullptr, 0, 0) > 0) {
@@ -72,6 +72,6 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
     // Without the game's window, closing the extension's ends the simulation.
     if (!simulator.Game() && !IsWindow(simulator.Extension())) break;
   }
-  g_simulator = nullptr;
+  runningSimulator = nullptr;
   return 0;
 }
