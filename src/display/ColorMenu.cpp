@@ -75,7 +75,8 @@ void ColorMenu::AddSwatches() {
     HBITMAP bitmap = swatches[command].Get();
     {
       MemoryDC canvas(bitmap);
-      PaintColorSwatch(canvas.Get(), RECT{0, 0, side, side}, command == 0 ? current : slots[command], RGB(0, 0, 0));
+      PaintColorSwatch(canvas.Get(), RECT{0, 0, side, side}, command == 0 ? current : slots[command],
+                       RGB(0, 0, 0));
     }
     // Commands without an item (9, 18, 27, unused extras) are simply not found.
     SetMenuItemBitmaps(menu, command, MF_BYCOMMAND, bitmap, nullptr);

@@ -10,8 +10,8 @@ namespace {
 class ReadOnlyFile {
  public:
   explicit ReadOnlyFile(const std::wstring& path)
-      : file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
-                         nullptr)) {}
+      : file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                         OPEN_EXISTING, 0, nullptr)) {}
 
   bool Read(DWORD offset, void* buffer, DWORD size) {
     if (!file.IsOpen()) return false;

@@ -126,25 +126,6 @@ TEST(Settings, KindFollowsTheFirstCharacterOnly) {
     EXPECT_NE(file.find(line), std::string::npos) << line;
 }
 
-TEST(Notification, SetsBitsInTheExtensionWindowAndNeverClearsAny) {
-  NotifyExtension(kFlagWeightGraph);  // nothing to tell without the extension's window
-  EXPECT_EQ(LastExtensionWindow(), nullptr);
-
-  ExtensionWindow extension(0x800);
-  SetWindowLongW(extension.Handle(), 4, 0x55);
-  NotifyExtension(kFlagSettings);
-  EXPECT_EQ(extension.Mask(), 0x801u);
-  EXPECT_EQ(LastExtensionWindow(), extension.Handle());
-  {
-    ScopedLanguage japanese(kJapanese);  // the title is the same text in both languages
-    NotifyExtension(kFlagQuickSearch);
-  }
-  EXPECT_EQ(extension.Mask(), 0xB01u);
-  NotifyExtension(kFlagSettings);
-  EXPECT_EQ(extension.Mask(), 0xB01u);
-  EXPECT_EQ(GetWindowLongW(extension.Handle(), 4), 0x55);
-}
-
 TEST(Text, SelectsByLanguageAndFormatsTheBuildDate) {
   ScopedLanguage language(kJapanese);
   EXPECT_STREQ(Text(strCancel), L"キャンセル");
