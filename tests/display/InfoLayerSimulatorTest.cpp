@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -16,54 +17,65 @@
 
 namespace {
 
-// Opens a dialog with `open` and presses its OK as soon as it has opened; every question is answered
-// Yes.
-void OpenAndAccept(const std::function<void(HWND owner)>& open) {
+// The flag each feature dialog sets when accepted, by the settings key of its row; 0 for a dialog
+// that tells the extension nothing. A dialog added to the feature table needs its line here.
+const std::map<std::wstring, uint32_t> kFlagsByRow = {
+    {L"enLogExtender", kFlagLogExtractor},
+    {L"enLabel", kFlagLabel},
+    {L"enEnchantFinder", kFlagEnchantFinder},
+    {L"enListExtender", kFlagListFormat},
+    {L"enStockMK", kFlagStock},
+    {L"enColorizeIdentifiedItem", 0},
+    {L"enWeightGraph", kFlagWeightGraph},
+    {L"enSetInfoPos", 0},
+    {L"enShowSatiety", kFlagSatietyFormat},
+    {L"enDateFormat", 0},
+    {L"enScreenshot", 0},
+    {L"enQuickSearch", kFlagQuickSearch},
+    {L"enMusicExtender", kFlagMusicExtender},
+    {L"enCustomRealDate", 0},
+};
+
+// Opens a feature dialog and presses its OK as soon as it has opened (the InfoLayer editor once its
+// items are placed); every question is answered Yes.
+void OpenAndAccept(void (*open)(HWND owner)) {
   PromptRecorder yes(IDYES);
-  CDialog::AfterInitHook() = [](CDialog& dialog) {
-    if (auto* infoLayer = dynamic_cast<CConfInfoLayerDlg*>(&dialog))
-      infoLayer->Send(WM_TIMER, infoLayer->kStartTimer);
+  auto& hook = CDialog::AfterInitHook();
+  const auto saved = hook;
+  hook = [](CDialog& dialog) {
+    if (dynamic_cast<CConfInfoLayerDlg*>(&dialog)) dialog.Send(WM_TIMER, CConfInfoLayerDlg::kStartTimer);
     dialog.Send(WM_COMMAND, IDOK);
   };
   open(nullptr);
-  CDialog::AfterInitHook() = nullptr;
+  hook = saved;
 }
 
 class InfoLayerSimulatorTest : public testing::Test {
  protected:
-  void SetUp() override { SetLanguage(kEnglish); }
-
   InstalledTool tool;
 };
 
 }  // namespace
 
-// Each dialog that tells the extension about its files, accepted against the simulator: the extension
-// finds exactly the dialog's flag and clears it. A dialog that tells nothing leaves the mask empty.
+// The main dialog and every dialog of the feature table, accepted against the simulator: the
+// extension finds exactly the dialog's flag and clears it; a dialog that tells nothing leaves the mask
+// empty.
 TEST_F(InfoLayerSimulatorTest, EveryDialogThatSignalsTheExtensionIsSeenWithItsFlag) {
-  struct Case {
-    const char* dialog;
-    std::function<void()> open;
-    uint32_t flag;
-  };
-  const Case cases[] = {
-      {"main dialog OK",
-       [] {
-         CMainDlg main(FeatureTable());
-         ASSERT_TRUE(main.Create(nullptr));
-         Click(main, IDOK);
-         EXPECT_EQ(TakeQuitCode(), 1);
-       },
-       kFlagSettings},
-      {"identified item colour", [] { OpenAndAccept(OpenIdentifiedItemColorDialog); }, 0},
-      {"InfoLayer editor", [] { OpenAndAccept(OpenInfoLayerDialog); }, 0},
-  };
   SimulatedGame game(tool.Tool());
-  for (const Case& c : cases) {
-    c.open();
-    EXPECT_EQ(game.Mask() & c.flag, c.flag) << c.dialog;
-    EXPECT_EQ(game.TakeAnnounced(), c.flag) << c.dialog;
-    EXPECT_EQ(game.Mask(), 0u) << c.dialog;
+  {
+    CMainDlg main(FeatureTable());
+    ASSERT_TRUE(main.Create(nullptr));
+    Click(main, IDOK);
+    EXPECT_EQ(TakeQuitCode(), 1);
+  }
+  EXPECT_EQ(game.TakeAnnounced(), kFlagSettings);
+  for (const FeatureDialog& feature : FeatureTable()) {
+    if (!feature.open) continue;
+    const auto expected = kFlagsByRow.find(feature.key);
+    ASSERT_NE(expected, kFlagsByRow.end()) << "no flag given for " << Utf8(feature.key);
+    OpenAndAccept(feature.open);
+    EXPECT_EQ(game.TakeAnnounced(), expected->second) << Utf8(feature.key);
+    EXPECT_EQ(game.Mask(), 0u) << Utf8(feature.key);
   }
 }
 
