@@ -4,6 +4,7 @@
 #include "display/ConfCustomRealDate.h"
 #include "display/ConfDateFormatDlg.h"
 #include "display/ConfFormatDlg.h"
+#include "display/ConfInfoLayerDlg.h"
 #include "display/ConfSatietyFormatDlg.h"
 #include "display/ConfScreenshotDlg.h"
 #include "display/ConfStockDlg.h"
@@ -26,7 +27,7 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enStockMK", OpenStockDialog},
     {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
     {L"enWeightGraph", OpenWeightGraphDialog},
-    {L"enSetInfoPos", nullptr},
+    {L"enSetInfoPos", OpenInfoLayerDialog},
     {L"enShowSatiety", OpenSatietyFormatDialog},
     {L"enDateFormat", OpenDateFormatDialog},
     {L"enScreenshot", OpenScreenshotDialog},
