@@ -64,13 +64,10 @@ TEST(StartUp, ProgramOutsideAnyFolderSaysItIsNotInstalled) {
   EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
   SetLanguage(kJapanese);
   EXPECT_FALSE(PrepareFolders(L"VrkConfig.exe"));
-  EXPECT_EQ(recorder.Texts(),
-            (std::vector<std::wstring>{L"Morva Extender is not installed correctly.",
-                                       L"Morva Extenderが正しくインストールされていません。"}));
-  for (const AskedMessage& asked : recorder.asked) {
-    EXPECT_EQ(asked.caption, kDefaultCaption);
-    EXPECT_EQ(asked.type, static_cast<UINT>(MB_OK));
-  }
+  EXPECT_EQ(recorder.asked,
+            (std::vector<AskedMessage>{
+                {nullptr, L"Morva Extender is not installed correctly.", kDefaultCaption, MB_OK},
+                {nullptr, L"Morva Extenderが正しくインストールされていません。", kDefaultCaption, MB_OK}}));
 }
 
 TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
