@@ -44,16 +44,17 @@ TEST(StartUp, RunningInstanceIsFoundAsADialogByEitherTitle) {
 
 TEST(StartUp, FoldersComeFromTheProgramAndItsFolderBecomesCurrent) {
   CurrentDirectoryGuard directoryGuard;
-  TempDir dir;
-  const std::wstring tool = dir.File(L"game") + L"\\Vrk";
-  CreateDirectoryW(dir.File(L"game").c_str(), nullptr);
-  CreateDirectoryW(tool.c_str(), nullptr);
-  ASSERT_TRUE(PrepareFolders(tool + L"\\VrkConfig.exe"));
+  InstalledTool tool;
+  // Start from folders and settings pointed elsewhere.
+  SetProgramFolder(L"C:\\elsewhere\\Vrk\\VrkConfig.exe");
+  DeriveGamePaths();
+  GlobalSettings().path.clear();
+  ASSERT_TRUE(PrepareFolders(tool.Tool() + L"\\VrkConfig.exe"));
   wchar_t current[MAX_PATH]{};
   GetCurrentDirectoryW(MAX_PATH, current);
-  EXPECT_EQ(lstrcmpiW(current, tool.c_str()), 0) << Utf8(current);
-  EXPECT_EQ(GlobalSettings().path, tool + L"\\Vrk.ini");
-  EXPECT_EQ(Paths().gameFolder, dir.File(L"game"));
+  EXPECT_EQ(lstrcmpiW(current, tool.Tool().c_str()), 0) << Utf8(current);
+  EXPECT_EQ(GlobalSettings().path, tool.IniPath());
+  EXPECT_EQ(Paths().gameFolder, tool.Game());
 }
 
 // No folder above the program, so no game folder: the message has the system's default caption.
