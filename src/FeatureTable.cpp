@@ -8,6 +8,9 @@
 #include "display/ConfScreenshotDlg.h"
 #include "display/ConfStockDlg.h"
 #include "display/ConfWeightGraphDlg.h"
+#include "lists/ConfEnchantFinderDlg.h"
+#include "lists/ConfLabelDlg.h"
+#include "lists/ConfQuickSearchDlg.h"
 #include "music/ConfBGMExDlg.h"
 
 namespace {
@@ -17,8 +20,8 @@ namespace {
 // clang-format off
 constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", nullptr},
-    {L"enLabel", nullptr},
-    {L"enEnchantFinder", nullptr},
+    {L"enLabel", OpenLabelDialog},
+    {L"enEnchantFinder", OpenEnchantFinderDialog},
     {L"enListExtender", OpenListFormatDialog},
     {L"enStockMK", OpenStockDialog},
     {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
@@ -27,7 +30,7 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enShowSatiety", OpenSatietyFormatDialog},
     {L"enDateFormat", OpenDateFormatDialog},
     {L"enScreenshot", OpenScreenshotDialog},
-    {L"enQuickSearch", nullptr},
+    {L"enQuickSearch", OpenQuickSearchDialog},
     {L"enMusicExtender", OpenMusicExtenderDialog},
     {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
