@@ -128,10 +128,10 @@ TEST(QcsvReader, FileThatCannotBeOpenedShowsItsName) {
   EXPECT_FALSE(QcsvDocument().Read(path));
   SetLanguage(kEnglish);
   EXPECT_FALSE(QcsvDocument().Read(path));
-  EXPECT_EQ(recorder.Texts(),
-            (std::vector<std::wstring>{L"ファイルを開くことができません\r\nファイル名 " + path,
-                                       L"Cannot open file\r\nFile name " + path}));
-  for (const AskedMessage& asked : recorder.asked) EXPECT_EQ(asked.caption, L"");
+  const UINT type = MB_OK | MB_ICONERROR;
+  EXPECT_EQ(recorder.asked, (std::vector<AskedMessage>{
+                                {nullptr, L"ファイルを開くことができません\r\nファイル名 " + path, L"", type},
+                                {nullptr, L"Cannot open file\r\nFile name " + path, L"", type}}));
   CloseHandle(lock);
 }
 
