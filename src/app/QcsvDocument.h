@@ -17,6 +17,9 @@ class QcsvDocument {
   // Writes the document, replacing the file in one step so that a reader sees the old or the new
   // content and never a part. Shows the writer's message on failure; the old file stays intact.
   bool Write(const std::wstring& path) const;
+  // The same two steps without a file: what Read makes of these bytes, and the bytes Write writes.
+  bool ReadBytes(std::string_view bytes);
+  std::string Bytes() const;
   void Clear();
 
   const std::wstring& Path() const { return path; }
@@ -57,6 +60,7 @@ class QcsvDocument {
   std::vector<std::wstring> columns;
   std::vector<Row> rows;
 
+  bool Interpret(std::string_view bytes);
   // Position of the option named so (the last one when a file repeats it), or -1.
   int OptionIndex(std::wstring_view name) const;
 };
