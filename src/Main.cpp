@@ -1,0 +1,12 @@
+#include <windows.h>
+
+#include "FeatureTable.h"
+#include "app/StartUp.h"
+#include "ui/MainDlg.h"
+
+int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int show) {
+  if (ActivateRunningInstance()) return kExitNone;
+  if (!PrepareFolders(ProgramFile())) return kExitNone;
+  LoadSettingsAndLanguage(GetUserDefaultLCID());
+  return RunMainDialog(show, FeatureTable());
+}
