@@ -75,6 +75,8 @@ class RecordParser {
   RecordParser(const char* begin, const char* end) : p(begin), end(end) {}
 
   bool AtEnd() const { return p >= end; }
+  // Whether some bytes were not UTF-8 (they became replacement characters).
+  bool Lossy() const { return lossy; }
 
   void Next(QcsvDocument::Row& record) {
     for (;;) {
@@ -140,6 +142,7 @@ class RecordParser {
     size_t units = DecodeValid(bytes, size, wide.data());
     if (units == 0) {
       // Bytes that are not valid UTF-8 are left to the system, whose replacement rules then apply.
+      lossy = true;
       units = static_cast<size_t>(
           MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size)));
     }
@@ -209,6 +212,7 @@ class RecordParser {
   const char* end;
   std::string quoted;
   std::vector<wchar_t> wide;
+  bool lossy = false;
 };
 
 using Sink = std::function<bool(std::string_view bytes)>;
@@ -279,11 +283,13 @@ void QcsvDocument::Clear() {
 bool QcsvDocument::Read(const std::wstring& filePath) {
   Clear();
   path = filePath;
+  keepOldFile = false;
   HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                             OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
+    keepOldFile = true;
     ShowMessage(nullptr, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path,
                 L"", MB_OK | MB_ICONERROR);
     return false;
@@ -302,6 +308,11 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
     }
   }
   CloseHandle(file);
+  if (got != size) {
+    // Read only in part: not taken at all.
+    keepOldFile = true;
+    return false;
+  }
   return Interpret(std::string_view(bytes.get(), got));
 }
 
@@ -311,6 +322,8 @@ bool QcsvDocument::ReadBytes(std::string_view bytes) {
 }
 
 bool QcsvDocument::Interpret(std::string_view bytes) {
+  // Refused bytes are kept by the first save; an empty file holds nothing to lose.
+  keepOldFile = !bytes.empty();
   if (bytes.empty()) return false;
   RecordParser parser(bytes.data(), bytes.data() + bytes.size());
   Row record;
@@ -348,7 +361,10 @@ bool QcsvDocument::Interpret(std::string_view bytes) {
       ShowMessage(nullptr, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
       break;
     }
-    if (parser.AtEnd()) return true;
+    if (parser.AtEnd()) {
+      keepOldFile = parser.Lossy();
+      return true;
+    }
     record = Row();
     record.reserve(columns.size());
     parser.Next(record);
@@ -380,12 +396,18 @@ bool QcsvDocument::Write(const std::wstring& target) const {
       (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))
     return fail();
 
+  // The file the last read could not take whole stays beside the new one, once.
+  if (keepOldFile && target == path && GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES &&
+      !CopyFileW(target.c_str(), (target + L".bak").c_str(), FALSE))
+    return fail();
+
   AtomicFile temp(target);
   if (!temp.Opened()) return fail();
   bool written = Serialize(*this, [&temp](std::string_view bytes) {
     return CustomWriteStep() ? CustomWriteStep()(temp.Handle(), bytes) : temp.Write(bytes);
   });
   if (!written || !temp.Commit()) return fail();
+  keepOldFile = false;
   return true;
 }
 
