@@ -1,8 +1,8 @@
 #include "lists/ListEditorDlg.h"
 
+#include "app/ExtensionNotify.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
-#include "app/Settings.h"
 #include "app/Strings.h"
 
 namespace {
