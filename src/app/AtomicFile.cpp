@@ -7,8 +7,8 @@
 namespace {
 
 // About a second in all: long enough for the extension to finish reading the file it holds.
-constexpr int kRenameAttempts = 11;
-constexpr DWORD kRenameRetryMs = 100;
+constexpr int kRetryAttempts = 11;
+constexpr DWORD kRetryMs = 100;
 constexpr wchar_t kTempSuffix[] = L".tmp";
 
 std::function<void(DWORD)>& RetryWait() {
@@ -30,6 +30,14 @@ bool IsLeftoverOf(std::wstring_view name, std::wstring_view targetName) {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](wchar_t c) { return iswdigit(c); });
   };
   return dash != std::wstring_view::npos && digits(rest.substr(0, dash)) && digits(rest.substr(dash + 1));
+}
+
+void WaitBeforeRetry() {
+  if (RetryWait()) {
+    RetryWait()(kRetryMs);
+  } else {
+    Sleep(kRetryMs);
+  }
 }
 
 bool Delete(const std::wstring& path) {
@@ -97,12 +105,15 @@ bool AtomicFile::Close() {
 
 bool AtomicFile::CopyTarget() {
   if (!Opened() || !Close()) return false;
-  if (CopyFileW(target.c_str(), tempPath.c_str(), FALSE)) {
-    // A read-only target gives a read-only copy; the profile calls then fail like on the target.
-    return true;
+  // A read-only target gives a read-only copy, on which the profile calls then fail as on the target.
+  for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
+    if (attempt > 0) WaitBeforeRetry();
+    if (CopyFileW(target.c_str(), tempPath.c_str(), FALSE)) return true;
+    const DWORD error = GetLastError();
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return true;
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION) return false;
   }
-  DWORD error = GetLastError();
-  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
+  return false;
 }
 
 bool AtomicFile::Commit() {
@@ -115,14 +126,8 @@ bool AtomicFile::Commit() {
   }
   bool flushed = FlushFileBuffers(handle) != FALSE;
   if (!Close() || !flushed) return false;
-  for (int attempt = 0; attempt < kRenameAttempts; ++attempt) {
-    if (attempt > 0) {
-      if (RetryWait()) {
-        RetryWait()(kRenameRetryMs);
-      } else {
-        Sleep(kRenameRetryMs);
-      }
-    }
+  for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
+    if (attempt > 0) WaitBeforeRetry();
     committed = MoveFileExW(tempPath.c_str(), target.c_str(),
                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
     if (committed) return true;

@@ -23,7 +23,8 @@ class AtomicFile {
   bool Write(std::string_view bytes);
   // Closes the handle so that other calls (the profile functions) can write the file by its path.
   bool Close();
-  // Makes the temporary file a copy of the target as it stands (it stays empty when there is none).
+  // Makes the temporary file a copy of the target as it stands (it stays empty when there is none);
+  // while another program holds the target, tried again for about a second.
   bool CopyTarget();
   // Puts the bytes on the disk and renames the file over the target. While another program holds
   // the target open the rename is tried again for about a second.

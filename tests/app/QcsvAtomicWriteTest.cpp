@@ -23,19 +23,6 @@ class WriteStepScope {
   ~WriteStepScope() { QcsvDocument::SetWriteStepForTests({}); }
 };
 
-// Records the waits between rename attempts instead of sleeping, and runs `onWait` at each.
-class RetryWaitScope {
- public:
-  explicit RetryWaitScope(std::function<void()> onWait = {}) {
-    AtomicFile::SetRetryWaitForTests([this, onWait](DWORD milliseconds) {
-      waited += milliseconds;
-      if (onWait) onWait();
-    });
-  }
-  ~RetryWaitScope() { AtomicFile::SetRetryWaitForTests({}); }
-  DWORD waited = 0;
-};
-
 QcsvDocument NewDocument() {
   QcsvDocument doc;
   doc.SetColumns({L"keyword"});

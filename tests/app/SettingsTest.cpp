@@ -117,6 +117,35 @@ TEST(Settings, SaveReplacesTheFileInOneStepKeepingEverythingElse) {
   EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
 }
 
+// While another program holds Vrk.ini without sharing it, the save waits for it about a second; a
+// file let go within that time is saved, one held longer stays as it was.
+TEST(Settings, SaveWaitsForAFileHeldByAnotherProgram) {
+  for (bool released : {true, false}) {
+    SCOPED_TRACE(released ? "let go" : "held");
+    TempDir dir;
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), Ini("enLabel=1\r\n")));
+    LoadedSettings loaded(dir);
+    HANDLE holder =
+        CreateFileW(dir.File(L"Vrk.ini").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(holder, INVALID_HANDLE_VALUE);
+    int waits = 0;
+    RetryWaitScope retries([&] {
+      if (++waits == 2 && released) CloseHandle(holder);
+    });
+    EXPECT_EQ(loaded.settings.Save(), released);
+    if (!released) {
+      CloseHandle(holder);
+      EXPECT_GE(retries.waited, 900u);
+      EXPECT_LE(retries.waited, 1500u);
+    }
+    std::string saved = ExpectedFile({{"enLabel", "1"}});
+    saved.erase(saved.find("enLabel=1\r\n"), 11);
+    saved.insert(Ini("").size(), "enLabel=1\r\n");  // a key already in the file keeps its place
+    EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), released ? saved : Ini("enLabel=1\r\n"));
+    EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
+  }
+}
+
 TEST(Settings, KindFollowsTheFirstCharacterOnly) {
   TempDir dir;
   // Extra keys registered with other first letters: "t" reads as text, "n" as a switch, "u" as

@@ -164,7 +164,10 @@ int Child(Mode mode, const std::wstring& folder, uint32_t seed, long first, cons
       InterlockedExchange(&progress->started, 1);
       saved = settings.Save();
     }
-    if (!saved) return 2;
+    if (!saved) {
+      fwprintf(stderr, L"%ls: save %ld failed\n", target.c_str(), n);
+      return 2;
+    }
     InterlockedExchange(&progress->done, n);
   }
 }
