@@ -4,10 +4,6 @@
 
 #include <cstddef>
 
-// The image's load configuration: its dependent-load flags make Windows resolve this program's own
-// imports (and theirs) from the system folder, before any code of ours runs. The linker points the
-// image at this symbol by its name; the directory ends with the flags field, the fields after it
-// (security cookie, exception handler table) are not used by this program.
 namespace {
 
 constexpr IMAGE_LOAD_CONFIG_DIRECTORY LoadConfig() {
@@ -19,6 +15,10 @@ constexpr IMAGE_LOAD_CONFIG_DIRECTORY LoadConfig() {
 
 }  // namespace
 
+// The image's load configuration: its dependent-load flags make Windows resolve this program's own
+// imports (and theirs) from the system folder, before any code of ours runs. After linking,
+// scripts/set-load-config points the image at this symbol (later linkers do that by its name). The
+// directory ends with the flags: the fields after them (security cookie, handler table) are unused.
 extern "C" const IMAGE_LOAD_CONFIG_DIRECTORY _load_config_used = LoadConfig();
 
 bool SearchSystemFolderOnly() {
