@@ -8,15 +8,20 @@
 #include "display/ConfScreenshotDlg.h"
 #include "display/ConfStockDlg.h"
 #include "display/ConfWeightGraphDlg.h"
+#include "lists/ConfEnchantFinderDlg.h"
+#include "lists/ConfLabelDlg.h"
+#include "lists/ConfQuickSearchDlg.h"
+#include "music/ConfBGMExDlg.h"
 
 namespace {
 
 // The rows of the main dialog that carry a "Config" button, in the order the main dialog lists them. A
 // row whose dialog is not built yet has no function and shows its button disabled.
+// clang-format off
 constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", nullptr},
-    {L"enLabel", nullptr},
-    {L"enEnchantFinder", nullptr},
+    {L"enLabel", OpenLabelDialog},
+    {L"enEnchantFinder", OpenEnchantFinderDialog},
     {L"enListExtender", OpenListFormatDialog},
     {L"enStockMK", OpenStockDialog},
     {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
@@ -25,10 +30,11 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enShowSatiety", OpenSatietyFormatDialog},
     {L"enDateFormat", OpenDateFormatDialog},
     {L"enScreenshot", OpenScreenshotDialog},
-    {L"enQuickSearch", nullptr},
-    {L"enMusicExtender", nullptr},
+    {L"enQuickSearch", OpenQuickSearchDialog},
+    {L"enMusicExtender", OpenMusicExtenderDialog},
     {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
+// clang-format on
 
 }  // namespace
 
