@@ -9,7 +9,7 @@ export CCACHE_BASEDIR := $(abspath .)
 export CCACHE_NOHASHDIR := 1
 LAUNCHER := $(if $(shell command -v ccache),-DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_C_COMPILER_LAUNCHER=ccache)
 
-.PHONY: all setup configure build run test bench screenshots dist format clean
+.PHONY: all setup configure build run test bench torture fuzz screenshots dist format clean
 
 all: build
 
@@ -40,6 +40,16 @@ run: setup $(X64)/build.ninja
 bench: setup $(X64)/build.ninja
 	cmake --build $(X64) -j$(JOBS)
 	scripts/run-bench $(X64)
+
+# Kills savers 1,000 times at random moments; every list file and Vrk.ini must come out old or new.
+torture: setup $(X64)/build.ninja
+	cmake --build $(X64) -j$(JOBS) --target torture
+	scripts/wine-run $(X64)/tools/torture/torture.exe 1000
+
+# A million mutated list files through the reader, built with the run-time checks; failures join the corpus.
+fuzz: setup $(X64)/build.ninja
+	cmake --build $(X64) -j$(JOBS) --target fuzz
+	scripts/wine-run $(X64)/tools/fuzz/fuzz.exe 1000000
 
 screenshots: setup $(X64)/build.ninja
 	cmake --build $(X64) -j$(JOBS)

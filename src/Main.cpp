@@ -1,10 +1,12 @@
 #include <windows.h>
 
 #include "FeatureTable.h"
+#include "app/DllSearch.h"
 #include "app/StartUp.h"
 #include "ui/MainDlg.h"
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int show) {
+  SearchSystemFolderOnly();
   if (ActivateRunningInstance()) return kExitNone;
   if (!PrepareFolders(ProgramFile())) return kExitNone;
   LoadSettingsAndLanguage(GetUserDefaultLCID());

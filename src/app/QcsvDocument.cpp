@@ -6,6 +6,7 @@
 #include <cstring>
 #include <memory>
 
+#include "app/AtomicFile.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
 
@@ -22,23 +23,10 @@ constexpr TextPair strQcsvCannotWrite{L"QCSV error: Cannot write \"%s\".",
 constexpr size_t kBlockLimit = 0x100000;
 // Converted text is written out in pieces of about this many characters to bound memory.
 constexpr size_t kFlushChars = size_t{1} << 22;
-constexpr int kReplaceAttempts = 5;
-constexpr DWORD kReplaceRetryMs = 40;
 
 QcsvDocument::WriteStep& CustomWriteStep() {
   static QcsvDocument::WriteStep step;
   return step;
-}
-
-bool WriteAll(HANDLE file, std::string_view bytes) {
-  if (CustomWriteStep()) return CustomWriteStep()(file, bytes);
-  while (!bytes.empty()) {
-    DWORD piece = static_cast<DWORD>(std::min<size_t>(bytes.size(), 1u << 30));
-    DWORD written = 0;
-    if (!WriteFile(file, bytes.data(), piece, &written, nullptr) || written == 0) return false;
-    bytes.remove_prefix(written);
-  }
-  return true;
 }
 
 bool EqualsNoCase(std::wstring_view a, std::wstring_view b) {
@@ -87,6 +75,8 @@ class RecordParser {
   RecordParser(const char* begin, const char* end) : p(begin), end(end) {}
 
   bool AtEnd() const { return p >= end; }
+  // Whether some bytes were not UTF-8 (they became replacement characters).
+  bool Lossy() const { return lossy; }
 
   void Next(QcsvDocument::Row& record) {
     for (;;) {
@@ -152,6 +142,7 @@ class RecordParser {
     size_t units = DecodeValid(bytes, size, wide.data());
     if (units == 0) {
       // Bytes that are not valid UTF-8 are left to the system, whose replacement rules then apply.
+      lossy = true;
       units = static_cast<size_t>(
           MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size)));
     }
@@ -221,66 +212,60 @@ class RecordParser {
   const char* end;
   std::string quoted;
   std::vector<wchar_t> wide;
+  bool lossy = false;
 };
 
-// Closes and deletes the temporary file unless it has taken the target's place.
-class TempFile {
- public:
-  explicit TempFile(const std::wstring& target) {
-    static unsigned counter = 0;
-    for (int attempt = 0; attempt < 100; ++attempt) {
-      path = target + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++counter) +
-             L".tmp";
-      handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
-                           FILE_ATTRIBUTE_NORMAL, nullptr);
-      if (handle != INVALID_HANDLE_VALUE || GetLastError() != ERROR_FILE_EXISTS) break;
-    }
-  }
-  ~TempFile() {
-    Close();
-    if (!moved && handle != INVALID_HANDLE_VALUE) DeleteFileW(path.c_str());
-  }
-  TempFile(const TempFile&) = delete;
-  TempFile& operator=(const TempFile&) = delete;
+using Sink = std::function<bool(std::string_view bytes)>;
 
-  bool Opened() const { return handle != INVALID_HANDLE_VALUE; }
-  HANDLE Handle() const { return handle; }
-  bool Close() {
-    if (handle == INVALID_HANDLE_VALUE || !open) return true;
-    open = false;
-    return CloseHandle(handle) != FALSE;
-  }
-  // One rename: a reader of the target sees the old or the new file, never a part.
-  bool ReplaceTarget(const std::wstring& target) {
-    if (!Close()) return false;
-    // The extension may hold the file open for a moment while it reads it; wait that out briefly.
-    for (int attempt = 0; attempt < kReplaceAttempts; ++attempt) {
-      if (attempt > 0) Sleep(kReplaceRetryMs);
-      moved = MoveFileExW(path.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) !=
-              FALSE;
-      if (moved) return true;
-      DWORD error = GetLastError();
-      if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return false;
-    }
-    return false;
-  }
-
- private:
-  std::wstring path;
-  HANDLE handle = INVALID_HANDLE_VALUE;
-  bool open = true;
-  bool moved = false;
-};
-
-// Converts the collected text and writes it, leaving the text empty.
-bool Flush(HANDLE file, std::wstring& text, std::string& bytes) {
+// Converts the collected text and hands it on, leaving the text empty.
+bool Flush(const Sink& sink, std::wstring& text, std::string& bytes) {
   if (text.empty()) return true;
   int wideCount = static_cast<int>(text.size());
   int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), wideCount, nullptr, 0, nullptr, nullptr);
   bytes.resize(static_cast<size_t>(size));
   WideCharToMultiByte(CP_UTF8, 0, text.data(), wideCount, bytes.data(), size, nullptr, nullptr);
   text.clear();
-  return WriteAll(file, bytes);
+  return sink(bytes);
+}
+
+// Produces the file's bytes in pieces of bounded size; false when the sink refuses one.
+bool Serialize(const QcsvDocument& doc, const Sink& sink) {
+  std::wstring text = L"#format,qcsv\r\n";
+  text.reserve(
+      std::min(kFlushChars + kFlushChars / 8, 1024 + doc.RowCount() * (doc.Columns().size() + 1) * 16));
+  std::string bytes;
+  // Adds the block that starts at `start` only when its UTF-8 form fits the extension's buffer.
+  auto endBlock = [&text](size_t start) {
+    if (Utf8Length(text.data() + start, text.size() - start) > kBlockLimit) text.resize(start);
+  };
+  if (!doc.Options().empty()) {
+    size_t optionsStart = text.size();
+    for (const auto& [name, value] : doc.Options()) {
+      text.append(L"#option,");
+      AppendField(text, name);
+      text.push_back(L':');
+      AppendField(text, value);
+      text.append(L"\r\n");
+    }
+    endBlock(optionsStart);
+  }
+  text.append(L"#column");
+  for (const std::wstring& name : doc.Columns()) {
+    text.push_back(L',');
+    AppendField(text, name);
+  }
+  text.append(L"\r\n");
+  for (const QcsvDocument::Row& row : doc.Rows()) {
+    size_t start = text.size();
+    for (size_t i = 0; i < row.size(); ++i) {
+      if (i > 0) text.push_back(L',');
+      AppendField(text, row[i]);
+    }
+    text.append(L"\r\n");
+    endBlock(start);
+    if (text.size() >= kFlushChars && !Flush(sink, text, bytes)) return false;
+  }
+  return Flush(sink, text, bytes);
 }
 
 }  // namespace
@@ -298,11 +283,13 @@ void QcsvDocument::Clear() {
 bool QcsvDocument::Read(const std::wstring& filePath) {
   Clear();
   path = filePath;
+  keepOldFile = false;
   HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
                             OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
+    keepOldFile = true;
     ShowMessage(nullptr, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path,
                 L"", MB_OK | MB_ICONERROR);
     return false;
@@ -321,9 +308,24 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
     }
   }
   CloseHandle(file);
-  if (got == 0) return false;
+  if (got != size) {
+    // Read only in part: not taken at all.
+    keepOldFile = true;
+    return false;
+  }
+  return Interpret(std::string_view(bytes.get(), got));
+}
 
-  RecordParser parser(bytes.get(), bytes.get() + got);
+bool QcsvDocument::ReadBytes(std::string_view bytes) {
+  Clear();
+  return Interpret(bytes);
+}
+
+bool QcsvDocument::Interpret(std::string_view bytes) {
+  // Refused bytes are kept by the first save; an empty file holds nothing to lose.
+  keepOldFile = !bytes.empty();
+  if (bytes.empty()) return false;
+  RecordParser parser(bytes.data(), bytes.data() + bytes.size());
   Row record;
   parser.Next(record);
   if (record.size() < 2 || record[0] != L"#format" || record[1] != L"qcsv") return false;
@@ -359,13 +361,25 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
       ShowMessage(nullptr, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
       break;
     }
-    if (parser.AtEnd()) return true;
+    if (parser.AtEnd()) {
+      keepOldFile = parser.Lossy();
+      return true;
+    }
     record = Row();
     record.reserve(columns.size());
     parser.Next(record);
   }
   Clear();
   return false;
+}
+
+std::string QcsvDocument::Bytes() const {
+  std::string out;
+  Serialize(*this, [&out](std::string_view bytes) {
+    out.append(bytes);
+    return true;
+  });
+  return out;
 }
 
 bool QcsvDocument::Write(const std::wstring& target) const {
@@ -382,46 +396,18 @@ bool QcsvDocument::Write(const std::wstring& target) const {
       (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)))
     return fail();
 
-  TempFile temp(target);
-  if (!temp.Opened()) return fail();
+  // The file the last read could not take whole stays beside the new one, once.
+  if (keepOldFile && target == path && GetFileAttributesW(target.c_str()) != INVALID_FILE_ATTRIBUTES &&
+      !CopyFileW(target.c_str(), (target + L".bak").c_str(), FALSE))
+    return fail();
 
-  std::wstring text = L"#format,qcsv\r\n";
-  text.reserve(std::min(kFlushChars + kFlushChars / 8, 1024 + rows.size() * (columns.size() + 1) * 16));
-  std::string bytes;
-  // Adds the block that starts at `start` only when its UTF-8 form fits the extension's buffer.
-  auto endBlock = [&text](size_t start) {
-    if (Utf8Length(text.data() + start, text.size() - start) > kBlockLimit) text.resize(start);
-  };
-  if (!options.empty()) {
-    size_t optionsStart = text.size();
-    for (const auto& [name, value] : options) {
-      text.append(L"#option,");
-      AppendField(text, name);
-      text.push_back(L':');
-      AppendField(text, value);
-      text.append(L"\r\n");
-    }
-    endBlock(optionsStart);
-  }
-  text.append(L"#column");
-  for (const std::wstring& name : columns) {
-    text.push_back(L',');
-    AppendField(text, name);
-  }
-  text.append(L"\r\n");
-  for (const Row& row : rows) {
-    size_t start = text.size();
-    for (size_t i = 0; i < row.size(); ++i) {
-      if (i > 0) text.push_back(L',');
-      AppendField(text, row[i]);
-    }
-    text.append(L"\r\n");
-    endBlock(start);
-    if (text.size() >= kFlushChars && !Flush(temp.Handle(), text, bytes)) return fail();
-  }
-  if (!Flush(temp.Handle(), text, bytes)) return fail();
-  if (!FlushFileBuffers(temp.Handle())) return fail();
-  if (!temp.ReplaceTarget(target)) return fail();
+  AtomicFile temp(target);
+  if (!temp.Opened()) return fail();
+  bool written = Serialize(*this, [&temp](std::string_view bytes) {
+    return CustomWriteStep() ? CustomWriteStep()(temp.Handle(), bytes) : temp.Write(bytes);
+  });
+  if (!written || !temp.Commit()) return fail();
+  keepOldFile = false;
   return true;
 }
 

@@ -17,6 +17,13 @@ class QcsvDocument {
   // Writes the document, replacing the file in one step so that a reader sees the old or the new
   // content and never a part. Shows the writer's message on failure; the old file stays intact.
   bool Write(const std::wstring& path) const;
+  // True when the last Read met a file it could not take whole: one it could not open or refused, or
+  // one with bytes that are not UTF-8. A save would lose what that file holds, so the first Write
+  // to the same path keeps it as PATH.bak (or fails when it cannot).
+  bool FileNotReadWhole() const { return keepOldFile; }
+  // The same two steps without a file: what Read makes of these bytes, and the bytes Write writes.
+  bool ReadBytes(std::string_view bytes);
+  std::string Bytes() const;
   void Clear();
 
   const std::wstring& Path() const { return path; }
@@ -59,7 +66,9 @@ class QcsvDocument {
   std::vector<std::pair<std::wstring, std::wstring>> options;
   std::vector<std::wstring> columns;
   std::vector<Row> rows;
+  mutable bool keepOldFile = false;
 
+  bool Interpret(std::string_view bytes);
   // Position of the option named so (the last one when a file repeats it), or -1.
   int OptionIndex(std::wstring_view name) const;
 };

@@ -3,6 +3,8 @@
 #include <cwchar>
 #include <iterator>
 
+#include "app/AtomicFile.h"
+
 #define VRK_REGISTER_KEY(name) Register(VRK_WIDE_TEXT(#name), &name);
 
 Settings::Settings() {
@@ -61,12 +63,19 @@ void Settings::ApplyDefaultsAfterLoad(LCID userLocale) {
   }
 }
 
-void Settings::Save() const {
+bool Settings::Save() const {
+  // The profile calls rewrite the file once per key; made on a copy that then replaces the file in
+  // one rename, a crash midway leaves the old file whole. Other sections and keys come along as they
+  // stand, and the bytes are those the calls make on the file itself.
+  AtomicFile temp(path);
+  if (!temp.CopyTarget()) return false;
+  auto write = [&](const std::wstring& name, const wchar_t* value) {
+    return WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()) != FALSE;
+  };
   for (const Key& key : keys) {
     const KeyKind kind = KindOfKey(key.name);
     if (kind == KeyKind::Text) {
-      WritePrivateProfileStringW(section.c_str(), key.name.c_str(),
-                                 static_cast<const std::wstring*>(key.field)->c_str(), path.c_str());
+      if (!write(key.name, static_cast<const std::wstring*>(key.field)->c_str())) return false;
       continue;
     }
     // A key of no known kind is written with an empty value, never left out.
@@ -78,8 +87,9 @@ void Settings::Save() const {
     } else if (kind == KeyKind::Unsigned) {
       swprintf(buffer, std::size(buffer), L"%u", *static_cast<const uint32_t*>(key.field));
     }
-    WritePrivateProfileStringW(section.c_str(), key.name.c_str(), buffer, path.c_str());
+    if (!write(key.name, buffer)) return false;
   }
+  return temp.Commit();
 }
 
 void Settings::WriteKey(std::wstring_view name, int32_t value) const {

@@ -155,7 +155,8 @@ class Settings {
   void Load();
   // Language from the user's locale when none is stored; graph colours from their defaults.
   void ApplyDefaultsAfterLoad(LCID userLocale);
-  void Save() const;
+  // Writes every key; false when the file could not be replaced (it then stays as it was).
+  bool Save() const;
 
   // Writes one integer key straight to the file, for dialogs that change only a few keys.
   void WriteKey(std::wstring_view name, int32_t value) const;

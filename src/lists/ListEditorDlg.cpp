@@ -2,6 +2,19 @@
 
 #include "app/ExtensionNotify.h"
 #include "app/Paths.h"
+#include "app/Prompt.h"
+#include "app/Strings.h"
+
+namespace {
+
+// %s is the list file's path, both times.
+constexpr TextPair strListNotReadWhole{
+    L"\"%s\" could not be read as a list file, so the list does not show all it holds.\r\n"
+    L"Saving will replace it; the file as it is now is kept as \"%s.bak\".",
+    L"「%s」をリストファイルとして読み込めなかったため、その内容をすべては表示できません。\r\n"
+    L"保存するとこのファイルは置き換えられます。今のファイルは「%s.bak」として残します。"};
+
+}  // namespace
 
 RowCells::RowCells(QcsvDocument& file) : file(&file), cells(file.Columns().size()) {}
 
@@ -29,6 +42,13 @@ bool CListEditorDlg::OnInitDialog() {
   if (path.empty()) path = CombinePath(Paths().programFolder, editor.fileName);
   listView.Attach(Item(editor.listId));
   listFile.Read(path);
+  // Never replace a file silently with what little could be read of it: the first save keeps it.
+  if (listFile.FileNotReadWhole()) {
+    std::wstring text = Text(strListNotReadWhole);
+    for (size_t at = text.find(L"%s"); at != std::wstring::npos; at = text.find(L"%s", at + path.size()))
+      text.replace(at, 2, path);
+    ShowMessage(handle, text, Text(strProductName), MB_OK | MB_ICONWARNING);
+  }
   OnOpened();
   listView.setListFile(shown);
   listView.SetupColumns(editor.columns);

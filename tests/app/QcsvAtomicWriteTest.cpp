@@ -1,8 +1,10 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
+#include "app/AtomicFile.h"
 #include "app/QcsvDocument.h"
 #include "app/QcsvTestUtil.h"
 #include "common/PromptRecorder.h"
@@ -44,7 +46,8 @@ TEST(QcsvAtomicWrite, SaveReplacesTheFileAndLeavesNoTemporaryFile) {
 
 // However a save fails, the old file is left byte for byte, no temporary file stays behind and the
 // writer's message names the file. While another program holds the file open the rename is refused
-// (on Windows too, even when the reader shares deletion); after a short wait the save gives up.
+// (on Windows too, even when the reader shares deletion); after about a second of retries the save
+// gives up.
 TEST(QcsvAtomicWrite, FailedSaveLeavesTheOldFileAndSaysSo) {
   enum Failure { kDiskFullMidway, kReadOnly, kMissingFolder, kHeldOpen };
   const struct {
@@ -77,8 +80,13 @@ TEST(QcsvAtomicWrite, FailedSaveLeavesTheOldFileAndSaysSo) {
                         : INVALID_HANDLE_VALUE;
     ASSERT_TRUE(c.failure != kHeldOpen || reader != INVALID_HANDLE_VALUE);
     WriteStepScope step(c.failure == kDiskFullMidway ? diskFull : QcsvDocument::WriteStep{});
+    RetryWaitScope retries;
     PromptRecorder recorder;
     EXPECT_FALSE(NewDocument().Write(path));
+    if (c.failure == kHeldOpen) {
+      EXPECT_GE(retries.waited, 900u);
+      EXPECT_LE(retries.waited, 1500u);
+    }
     ASSERT_EQ(recorder.asked.size(), 1u);
     EXPECT_EQ(recorder.asked[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
     EXPECT_EQ(recorder.asked[0].caption, L"Morva Extender");
@@ -94,4 +102,25 @@ TEST(QcsvAtomicWrite, FailedSaveLeavesTheOldFileAndSaysSo) {
     EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"LogEx.qcsv"});
     SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
   }
+}
+
+// A program that lets go of the file while the save waits does not make the save fail.
+TEST(QcsvAtomicWrite, TargetReleasedDuringTheRetriesIsReplaced) {
+  TempDir dir;
+  const std::wstring path = dir.File(L"LogEx.qcsv");
+  ASSERT_TRUE(WriteFileBytes(path, kOldFile));
+  HANDLE reader =
+      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+  int waits = 0;
+  RetryWaitScope retries([&] {
+    if (++waits == 3) CloseHandle(reader);
+  });
+  PromptRecorder recorder;
+  QcsvDocument doc = NewDocument(), back;
+  EXPECT_TRUE(doc.Write(path));
+  EXPECT_EQ(waits, 3);
+  EXPECT_TRUE(recorder.asked.empty());
+  ASSERT_TRUE(back.Read(path));
+  EXPECT_TRUE(Dump(back) == Dump(doc));
 }

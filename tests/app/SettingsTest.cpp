@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include "app/QcsvTestUtil.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
 #include "common/Harness.h"
@@ -97,6 +98,52 @@ TEST(Settings, LoadedValuesAndWhatASaveWritesBack) {
   loaded.settings.WriteKey(L"iSatietyFormat", 3);
   expected.replace(expected.find("iSatietyFormat=0"), 16, "iSatietyFormat=3");
   EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), expected);
+}
+
+// A save goes through a copy of the file that replaces it in one rename: other sections, unknown keys
+// and the places of known keys stay byte for byte, the keys the section lacked follow its last line,
+// and no temporary file stays, neither from this save nor from one that was cut off before.
+TEST(Settings, SaveReplacesTheFileInOneStepKeepingEverythingElse) {
+  TempDir dir;
+  const std::string other = "[Other]\r\nkeep=this one\r\n";
+  const std::string last = "[Last]\r\nz=1\r\n";
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), other + Ini("enLabel=1\r\nmyOwnKey=x\r\n") + last));
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini.77-1.tmp"), "cut off"));
+  LoadedSettings loaded(dir);
+  ASSERT_TRUE(loaded.settings.Save());
+  std::string keys = ExpectedFile({{"enLabel", "1"}}).substr(Ini("").size());
+  keys.erase(keys.find("enLabel=1\r\n"), 11);
+  EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), other + Ini("enLabel=1\r\nmyOwnKey=x\r\n") + keys + last);
+  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
+}
+
+// While another program holds Vrk.ini without sharing it, the save waits for it about a second; a
+// file let go within that time is saved, one held longer stays as it was.
+TEST(Settings, SaveWaitsForAFileHeldByAnotherProgram) {
+  for (bool released : {true, false}) {
+    SCOPED_TRACE(released ? "let go" : "held");
+    TempDir dir;
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), Ini("enLabel=1\r\n")));
+    LoadedSettings loaded(dir);
+    HANDLE holder =
+        CreateFileW(dir.File(L"Vrk.ini").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(holder, INVALID_HANDLE_VALUE);
+    int waits = 0;
+    RetryWaitScope retries([&] {
+      if (++waits == 2 && released) CloseHandle(holder);
+    });
+    EXPECT_EQ(loaded.settings.Save(), released);
+    if (!released) {
+      CloseHandle(holder);
+      EXPECT_GE(retries.waited, 900u);
+      EXPECT_LE(retries.waited, 1500u);
+    }
+    std::string saved = ExpectedFile({{"enLabel", "1"}});
+    saved.erase(saved.find("enLabel=1\r\n"), 11);
+    saved.insert(Ini("").size(), "enLabel=1\r\n");  // a key already in the file keeps its place
+    EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), released ? saved : Ini("enLabel=1\r\n"));
+    EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
+  }
 }
 
 TEST(Settings, KindFollowsTheFirstCharacterOnly) {

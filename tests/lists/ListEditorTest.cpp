@@ -179,3 +179,78 @@ TEST_F(ListEditorTest, CellsTheEditorDoesNotShowStayWithTheirRow) {
   EXPECT_EQ(Bytes().substr(Bytes().find("#column")),
             "#column,keyword,note,color\r\nb,nb,#000002\r\na2,na,#000001,extra\r\n");
 }
+
+// A save that fails (here the file is read-only) shows the writer's message and leaves the editor open
+// with every change, so that OK can be tried again once the file can be written.
+TEST_F(ListEditorTest, FailedSaveKeepsTheEditorOpenWithEveryChange) {
+  Write(kThreeRows);
+  ASSERT_TRUE(SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_READONLY));
+  PromptRecorder recorder;
+  const INT_PTR result = Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        list.Select(0);
+        Click(d, Dlg::kDelete);
+        Click(d, Dlg::kAdd);
+        Click(d, IDOK);
+        EXPECT_EQ(recorder.Texts(),
+                  std::vector<std::wstring>{L"QCSV error: Cannot write \"" + File() + L"\"."});
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"b", L"c", L"n"}));
+        EXPECT_EQ(Bytes(), kThreeRows);
+        EXPECT_EQ(extension.Mask(), 0x101u);
+        SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_NORMAL);
+        Click(d, IDOK);
+      },
+      {L"n"});
+  EXPECT_EQ(result, IDOK);
+  EXPECT_EQ(Bytes().substr(Bytes().find("#column")),
+            "#column,keyword,color\r\nb,#000002\r\nc,#000003\r\nn,#ff0000\r\n");
+  EXPECT_EQ(extension.Mask(), 0x111u);
+}
+
+// A list file that exists but cannot be read whole is named to the player in their language when the
+// editor opens; Cancel leaves it alone, and the first save keeps it byte for byte as NAME.qcsv.bak,
+// which a later save no longer touches.
+TEST_F(ListEditorTest, FileNotReadWholeIsReportedAndKeptBeforeTheFirstSave) {
+  const struct {
+    const char* name;
+    std::string bytes;
+    std::vector<std::wstring> shown;
+  } cases[] = {
+      {"byte-order mark", "\xEF\xBB\xBF" + kThreeRows, {}},
+      {"second column line", kThreeRows + "#column,keyword\r\n", {}},
+      {"not UTF-8", kHead + "#column,keyword\r\n\x83L\x81[\r\n", {L"\xFFFDL\xFFFD["}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Write(c.bytes);
+    for (uint32_t language : {kEnglish, kJapanese}) {
+      ScopedLanguage scoped(language);
+      PromptRecorder recorder;
+      Run([&](CDialog& d, ListViewDriver& list) {
+        EXPECT_EQ(list.Column(), c.shown);
+        Click(d, IDCANCEL);
+      });
+      ASSERT_EQ(recorder.asked.size(), 1u);
+      EXPECT_NE(recorder.asked[0].text.find(File()), std::wstring::npos);
+      EXPECT_NE(recorder.asked[0].text.find(File() + (language == kEnglish ? L".bak\"" : L".bak」")),
+                std::wstring::npos);
+      EXPECT_NE(recorder.asked[0].text.find(language == kEnglish ? L"Saving will replace it" : L"置き換え"),
+                std::wstring::npos);
+    }
+    EXPECT_EQ(Bytes(), c.bytes);
+    EXPECT_FALSE(FileExists(File() + L".bak"));
+    for (int save = 0; save < 2; ++save) {
+      PromptRecorder recorder;
+      Run(
+          [&](CDialog& d, ListViewDriver&) {
+            Click(d, Dlg::kAdd);
+            Click(d, IDOK);
+          },
+          {L"x"});
+      EXPECT_EQ(recorder.asked.size(), save == 0 ? 1u : 0u);
+    }
+    EXPECT_EQ(ReadFileBytes(File() + L".bak"), c.bytes);
+    EXPECT_NE(Bytes().find("\r\nx,#ff0000\r\nx,#ff0000\r\n"), std::string::npos);
+    DeleteFileW((File() + L".bak").c_str());
+  }
+}

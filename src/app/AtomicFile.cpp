@@ -1,0 +1,138 @@
+#include "app/AtomicFile.h"
+
+#include <algorithm>
+#include <cwctype>
+#include <utility>
+
+namespace {
+
+// About a second in all: long enough for the extension to finish reading the file it holds.
+constexpr int kRetryAttempts = 11;
+constexpr DWORD kRetryMs = 100;
+constexpr wchar_t kTempSuffix[] = L".tmp";
+
+std::function<void(DWORD)>& RetryWait() {
+  static std::function<void(DWORD)> wait;
+  return wait;
+}
+
+// "NAME.<process>-<counter>.tmp": a name only a save of NAME makes.
+bool IsLeftoverOf(std::wstring_view name, std::wstring_view targetName) {
+  if (name.size() <= targetName.size() + 1 + std::size(kTempSuffix) - 1) return false;
+  if (CompareStringOrdinal(name.data(), static_cast<int>(targetName.size()), targetName.data(),
+                           static_cast<int>(targetName.size()), TRUE) != CSTR_EQUAL)
+    return false;
+  std::wstring_view rest = name.substr(targetName.size());
+  if (rest[0] != L'.' || !rest.ends_with(kTempSuffix)) return false;
+  rest = rest.substr(1, rest.size() - 1 - (std::size(kTempSuffix) - 1));
+  size_t dash = rest.find(L'-');
+  auto digits = [](std::wstring_view text) {
+    return !text.empty() && std::all_of(text.begin(), text.end(), [](wchar_t c) { return iswdigit(c); });
+  };
+  return dash != std::wstring_view::npos && digits(rest.substr(0, dash)) && digits(rest.substr(dash + 1));
+}
+
+void WaitBeforeRetry() {
+  if (RetryWait()) {
+    RetryWait()(kRetryMs);
+  } else {
+    Sleep(kRetryMs);
+  }
+}
+
+bool Delete(const std::wstring& path) {
+  SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+  return DeleteFileW(path.c_str()) != FALSE;
+}
+
+}  // namespace
+
+void AtomicFile::SetRetryWaitForTests(std::function<void(DWORD milliseconds)> wait) {
+  RetryWait() = std::move(wait);
+}
+
+void AtomicFile::RemoveLeftovers(const std::wstring& target) {
+  size_t slash = target.find_last_of(L"\\/");
+  std::wstring folder = slash == std::wstring::npos ? std::wstring() : target.substr(0, slash + 1);
+  std::wstring targetName = target.substr(folder.size());
+  WIN32_FIND_DATAW found;
+  HANDLE search = FindFirstFileW((target + L".*" + kTempSuffix).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return;
+  do {
+    // A file another save still has open cannot be deleted and is left to it.
+    if (IsLeftoverOf(found.cFileName, targetName)) Delete(folder + found.cFileName);
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+}
+
+AtomicFile::AtomicFile(std::wstring targetPath) : target(std::move(targetPath)) {
+  RemoveLeftovers(target);
+  static unsigned counter = 0;
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    std::wstring path = target + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" +
+                        std::to_wstring(++counter) + kTempSuffix;
+    handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                         FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle != INVALID_HANDLE_VALUE) {
+      tempPath = std::move(path);
+      return;
+    }
+    if (GetLastError() != ERROR_FILE_EXISTS) return;
+  }
+}
+
+AtomicFile::~AtomicFile() {
+  Close();
+  if (!committed && Opened()) Delete(tempPath);
+}
+
+bool AtomicFile::Write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    DWORD piece = static_cast<DWORD>(std::min<size_t>(bytes.size(), 1u << 30));
+    DWORD written = 0;
+    if (!WriteFile(handle, bytes.data(), piece, &written, nullptr) || written == 0) return false;
+    bytes.remove_prefix(written);
+  }
+  return true;
+}
+
+bool AtomicFile::Close() {
+  if (handle == INVALID_HANDLE_VALUE) return true;
+  bool closed = CloseHandle(handle) != FALSE;
+  handle = INVALID_HANDLE_VALUE;
+  return closed;
+}
+
+bool AtomicFile::CopyTarget() {
+  if (!Opened() || !Close()) return false;
+  // A read-only target gives a read-only copy, on which the profile calls then fail as on the target.
+  for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
+    if (attempt > 0) WaitBeforeRetry();
+    if (CopyFileW(target.c_str(), tempPath.c_str(), FALSE)) return true;
+    const DWORD error = GetLastError();
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return true;
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION) return false;
+  }
+  return false;
+}
+
+bool AtomicFile::Commit() {
+  if (!Opened()) return false;
+  if (handle == INVALID_HANDLE_VALUE) {
+    // Written by path: open it again only to put it on the disk.
+    handle =
+        CreateFileW(tempPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    if (handle == INVALID_HANDLE_VALUE) return false;
+  }
+  bool flushed = FlushFileBuffers(handle) != FALSE;
+  if (!Close() || !flushed) return false;
+  for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
+    if (attempt > 0) WaitBeforeRetry();
+    committed = MoveFileExW(tempPath.c_str(), target.c_str(),
+                            MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+    if (committed) return true;
+    DWORD error = GetLastError();
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return false;
+  }
+  return false;
+}

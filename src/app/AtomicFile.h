@@ -1,0 +1,43 @@
+#pragma once
+#include <windows.h>
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+// A temporary file beside a target that takes the target's place in one rename, so that a reader,
+// a crash or a power cut meets the old file or the new one and never a part. Leftovers of saves
+// that were interrupted are removed when the next save of the same target begins.
+class AtomicFile {
+ public:
+  // Creates the temporary file, open for writing; Opened() tells whether that worked.
+  explicit AtomicFile(std::wstring target);
+  // Deletes the temporary file unless it has replaced the target.
+  ~AtomicFile();
+  AtomicFile(const AtomicFile&) = delete;
+  AtomicFile& operator=(const AtomicFile&) = delete;
+
+  bool Opened() const { return !tempPath.empty(); }
+  HANDLE Handle() const { return handle; }
+  const std::wstring& TempPath() const { return tempPath; }
+  bool Write(std::string_view bytes);
+  // Closes the handle so that other calls (the profile functions) can write the file by its path.
+  bool Close();
+  // Makes the temporary file a copy of the target as it stands (it stays empty when there is none);
+  // while another program holds the target, tried again for about a second.
+  bool CopyTarget();
+  // Puts the bytes on the disk and renames the file over the target. While another program holds
+  // the target open the rename is tried again for about a second.
+  bool Commit();
+
+  // The wait between rename attempts; tests replace it so as not to sleep (empty: Sleep).
+  static void SetRetryWaitForTests(std::function<void(DWORD milliseconds)> wait);
+  // Removes temporary files of this target left by saves that never finished.
+  static void RemoveLeftovers(const std::wstring& target);
+
+ private:
+  std::wstring target;
+  std::wstring tempPath;
+  HANDLE handle = INVALID_HANDLE_VALUE;
+  bool committed = false;
+};

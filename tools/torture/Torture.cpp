@@ -1,0 +1,345 @@
+// Proves that a save cut off at any moment leaves the old file or the new one: a child process saves
+// list files (1 KB to 5 MB) or Vrk.ini in a loop through the real writers and is killed at random
+// moments; after each kill the file must read back as the document saved last or the one being saved,
+// and temporary files must not pile up.
+//
+//   torture [KILLS [SEED]]   both tortures with KILLS kills each (1000 by default)
+//   torture --child MODE FOLDER SEED FIRST MAPPING   the saving child, started by the above
+
+#include <windows.h>
+
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cwchar>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "app/Prompt.h"
+#include "app/QcsvDocument.h"
+#include "app/Settings.h"
+
+namespace {
+
+enum class Mode { Qcsv, Settings };
+
+// What the child tells the parent: that its first save has begun, and the last save it finished.
+struct Progress {
+  volatile LONG started;
+  volatile LONG done;
+};
+
+uint64_t Mix(uint64_t x) {
+  x += 0x9E3779B97F4A7C15ull;
+  x = (x ^ (x >> 30)) * 0xBF58476D1CE4E5B9ull;
+  x = (x ^ (x >> 27)) * 0x94D049BB133111EBull;
+  return x ^ (x >> 31);
+}
+
+// Document number `n` of a run; its size lies between 1 KB and 5 MB, evenly on a log scale.
+QcsvDocument Document(uint32_t seed, long n) {
+  const uint64_t h = Mix((uint64_t{seed} << 32) ^ static_cast<uint64_t>(n));
+  const double bytes = 1024.0 * std::pow(5120.0, static_cast<double>(h % 100000) / 100000.0);
+  QcsvDocument doc;
+  doc.SetOption(L"Generation", std::to_wstring(n));
+  doc.SetOption(L"WindowWidth", static_cast<int>(h % 2000));
+  doc.SetColumns({L"keyword", L"regex", L"exact", L"color"});
+  wchar_t color[8];
+  for (size_t r = 0, rows = static_cast<size_t>(bytes / 64) + 1; r < rows; ++r) {
+    swprintf(color, std::size(color), L"#%06x", static_cast<unsigned>(Mix(h + r) & 0xFFFFFF));
+    doc.AppendRow({L"キーワード " + std::to_wstring(n) + L"-" + std::to_wstring(r) + L", \"quoted\"",
+                   (r + static_cast<size_t>(n)) % 3 ? L"" : L"ON", L"", color});
+  }
+  return doc;
+}
+
+bool SameDocument(const QcsvDocument& a, const QcsvDocument& b) {
+  return a.Options() == b.Options() && a.Columns() == b.Columns() && a.Rows() == b.Rows();
+}
+
+// Settings number `n`: every key a value of its own, switches alternating.
+void SetState(Settings& settings, long n) {
+  int index = 0;
+  for (const Settings::Key& key : settings.keys) {
+    switch (KindOfKey(key.name)) {
+      case KeyKind::Text:
+        *static_cast<std::wstring*>(key.field) = L"D:\\Games\\Morva " + std::to_wstring(n);
+        break;
+      case KeyKind::Switch:
+        *static_cast<int32_t*>(key.field) = (n + index) % 2;
+        break;
+      case KeyKind::Signed:
+      case KeyKind::Unsigned:
+        *static_cast<int32_t*>(key.field) = static_cast<int32_t>(n * 100 + index);
+        break;
+      case KeyKind::None:
+        break;
+    }
+    ++index;
+  }
+}
+
+// The settings number the file holds, or -1 when its keys do not all belong to one save.
+long SettingsState(const std::wstring& path) {
+  Settings read;
+  read.section = kSettingsSection;
+  read.path = path;
+  read.Load();
+  const long n = read.iLanguage / 100;
+  Settings expected;
+  SetState(expected, n);
+  for (size_t i = 0; i < read.keys.size(); ++i) {
+    const bool same =
+        KindOfKey(read.keys[i].name) == KeyKind::Text
+            ? *static_cast<std::wstring*>(read.keys[i].field) ==
+                  *static_cast<std::wstring*>(expected.keys[i].field)
+            : *static_cast<int32_t*>(read.keys[i].field) == *static_cast<int32_t*>(expected.keys[i].field);
+    if (!same) return -1;
+  }
+  return n;
+}
+
+// A section of another program and a key this tool does not know: every save must keep them.
+const char kOtherSection[] = "[Other]\r\nkeep=this one\r\n[MorvaExtender_v5]\r\nmyOwnKey=x\r\n";
+
+std::string FileBytes(const std::wstring& path) {
+  std::string bytes;
+  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                            OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return bytes;
+  char buffer[65536];
+  DWORD got = 0;
+  while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
+  CloseHandle(file);
+  return bytes;
+}
+
+int TemporaryFiles(const std::wstring& folder) {
+  int count = 0;
+  WIN32_FIND_DATAW found;
+  HANDLE search = FindFirstFileW((folder + L"\\*.tmp").c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return 0;
+  do ++count;
+  while (FindNextFileW(search, &found));
+  FindClose(search);
+  return count;
+}
+
+bool SaveNumber(Mode mode, const std::wstring& target, uint32_t seed, long n) {
+  if (mode == Mode::Qcsv) return Document(seed, n).Write(target);
+  Settings settings;
+  settings.section = kSettingsSection;
+  settings.path = target;
+  SetState(settings, n);
+  return settings.Save();
+}
+
+// Messages of a failed save would wait for a click nobody gives: they are printed instead.
+void PrintMessages() {
+  CurrentPrompts().messageBox = [](HWND, const std::wstring& text, const std::wstring&, UINT) {
+    fwprintf(stderr, L"message: %ls\n", text.c_str());
+    return IDOK;
+  };
+}
+
+int Child(Mode mode, const std::wstring& folder, uint32_t seed, long first, const std::wstring& mapping) {
+  HANDLE map = OpenFileMappingW(FILE_MAP_WRITE, FALSE, mapping.c_str());
+  if (!map) return 3;
+  auto* progress = static_cast<Progress*>(MapViewOfFile(map, FILE_MAP_WRITE, 0, 0, sizeof(Progress)));
+  if (!progress) return 3;
+  const std::wstring target = folder + (mode == Mode::Qcsv ? L"\\LogEx.qcsv" : L"\\Vrk.ini");
+  Settings settings;
+  settings.section = kSettingsSection;
+  settings.path = target;
+  for (long n = first;; ++n) {
+    bool saved = false;
+    if (mode == Mode::Qcsv) {
+      QcsvDocument doc = Document(seed, n);
+      InterlockedExchange(&progress->started, 1);
+      saved = doc.Write(target);
+    } else {
+      SetState(settings, n);
+      InterlockedExchange(&progress->started, 1);
+      saved = settings.Save();
+    }
+    if (!saved) {
+      fwprintf(stderr, L"%ls: save %ld failed\n", target.c_str(), n);
+      return 2;
+    }
+    InterlockedExchange(&progress->done, n);
+  }
+}
+
+struct Result {
+  int kills = 0;
+  int torn = 0;
+  int lost = 0;
+  int duringSave = 0;
+  int mostLeft = 0;
+  int leftAtEnd = 0;
+  bool childFailed = false;
+};
+
+Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
+  Result result;
+  wchar_t temp[MAX_PATH];
+  GetTempPathW(MAX_PATH, temp);
+  const std::wstring name = mode == Mode::Qcsv ? L"qcsv" : L"settings";
+  const std::wstring lanePart = std::to_wstring(GetCurrentProcessId()) + L"-" + name + std::to_wstring(lane);
+  const std::wstring folder = std::wstring(temp) + L"vrk-torture-" + lanePart;
+  CreateDirectoryW(folder.c_str(), nullptr);
+  const std::wstring target = folder + (mode == Mode::Qcsv ? L"\\LogEx.qcsv" : L"\\Vrk.ini");
+  DeleteFileW(target.c_str());
+  if (mode == Mode::Settings) {
+    HANDLE file = CreateFileW(target.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(file, kOtherSection, sizeof(kOtherSection) - 1, &written, nullptr);
+    CloseHandle(file);
+  }
+  long acknowledged = 0;
+  if (!SaveNumber(mode, target, seed, acknowledged)) {
+    result.childFailed = true;
+    return result;
+  }
+
+  const std::wstring mapping = L"Local\\vrk-torture-" + lanePart;
+  HANDLE map =
+      CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(Progress), mapping.c_str());
+  auto* progress = static_cast<Progress*>(MapViewOfFile(map, FILE_MAP_WRITE, 0, 0, sizeof(Progress)));
+  wchar_t self[MAX_PATH];
+  GetModuleFileNameW(nullptr, self, MAX_PATH);
+  std::mt19937 random(seed + static_cast<uint32_t>(lane));
+  // Long enough to land inside the saves of the largest files, short enough to hit the small ones.
+  std::uniform_int_distribution<int> delay(0, mode == Mode::Qcsv ? 150 : 40);
+
+  for (int k = 0; k < kills; ++k) {
+    progress->started = 0;
+    progress->done = acknowledged;
+    std::wstring command = L"\"" + std::wstring(self) + L"\" --child " + name + L" \"" + folder + L"\" " +
+                           std::to_wstring(seed) + L" " + std::to_wstring(acknowledged + 1) + L" " + mapping;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof(startup);
+    PROCESS_INFORMATION child{};
+    if (!CreateProcessW(self, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &child)) {
+      result.childFailed = true;
+      break;
+    }
+    while (!progress->started && WaitForSingleObject(child.hProcess, 1) == WAIT_TIMEOUT) {
+    }
+    Sleep(static_cast<DWORD>(delay(random)));
+    const bool ended = WaitForSingleObject(child.hProcess, 0) == WAIT_OBJECT_0;
+    TerminateProcess(child.hProcess, 9);
+    WaitForSingleObject(child.hProcess, INFINITE);
+    CloseHandle(child.hThread);
+    CloseHandle(child.hProcess);
+    if (ended) {
+      // The child stopped by itself: a save failed.
+      result.childFailed = true;
+      break;
+    }
+    ++result.kills;
+    const long done = progress->done;
+    const int left = TemporaryFiles(folder);
+    result.mostLeft = std::max(result.mostLeft, left);
+    if (left > 0) ++result.duringSave;
+
+    long found = -1;
+    if (mode == Mode::Qcsv) {
+      QcsvDocument doc;
+      if (doc.Read(target)) {
+        found = std::wcstol(doc.OptionOr(L"Generation", L"-1").c_str(), nullptr, 10);
+        if (found >= 0 && !SameDocument(doc, Document(seed, found))) found = -1;
+      }
+    } else if (FileBytes(target).starts_with(kOtherSection)) {
+      found = SettingsState(target);
+    }
+    if (found == done || found == done + 1) {
+      acknowledged = found;
+      continue;
+    }
+    if (found >= 0 && found < done) {
+      ++result.lost;
+    } else {
+      ++result.torn;
+    }
+    // Start the next round from a known file.
+    acknowledged = done;
+    SaveNumber(mode, target, seed, acknowledged);
+  }
+  // One more save clears what the last kill left.
+  SaveNumber(mode, target, seed, acknowledged + 1);
+  result.leftAtEnd = TemporaryFiles(folder);
+  UnmapViewOfFile(progress);
+  CloseHandle(map);
+  DeleteFileW(target.c_str());
+  RemoveDirectoryW(folder.c_str());
+  return result;
+}
+
+bool Report(const char* name, const Result& r, const char* what, double seconds) {
+  std::printf(
+      "%s-torture: %d kills, %d torn, %d lost (%s, %d kills during a save, at most %d temporary "
+      "file%s after a kill, %d after the next save, %.0f s)\n",
+      name, r.kills, r.torn, r.lost, what, r.duringSave, r.mostLeft, r.mostLeft == 1 ? "" : "s", r.leftAtEnd,
+      seconds);
+  if (r.childFailed) std::printf("%s-torture: a save failed by itself\n", name);
+  std::fflush(stdout);
+  return !r.childFailed && r.torn == 0 && r.lost == 0 && r.mostLeft <= 1 && r.leftAtEnd == 0;
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  PrintMessages();
+  if (argc == 7 && std::wstring(argv[1]) == L"--child") {
+    const Mode mode = std::wstring(argv[2]) == L"qcsv" ? Mode::Qcsv : Mode::Settings;
+    return Child(mode, argv[3], static_cast<uint32_t>(std::wcstoul(argv[4], nullptr, 10)),
+                 std::wcstol(argv[5], nullptr, 10), argv[6]);
+  }
+  const int kills = argc > 1 ? static_cast<int>(std::wcstol(argv[1], nullptr, 10)) : 1000;
+  const uint32_t seed = argc > 2 ? static_cast<uint32_t>(std::wcstoul(argv[2], nullptr, 10)) : GetTickCount();
+  std::printf("seed %u\n", seed);
+  // Several children save side by side, each in a folder of its own: most of a round is spent
+  // waiting for a process to start.
+  constexpr int kLanes = 3;
+  struct Run {
+    Mode mode;
+    Result result;
+    double seconds = 0;
+  } runs[] = {{Mode::Qcsv, {}}, {Mode::Settings, {}}};
+  const auto start = std::chrono::steady_clock::now();
+  std::vector<std::thread> threads;
+  std::vector<Result> lanes(2 * kLanes);
+  std::vector<double> laneSeconds(2 * kLanes);
+  for (int i = 0; i < 2 * kLanes; ++i) {
+    threads.emplace_back([&, i] {
+      const int lane = i % kLanes;
+      lanes[i] = Torture(runs[i / kLanes].mode, kills / kLanes + (lane < kills % kLanes ? 1 : 0), seed, lane);
+      laneSeconds[i] = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  bool ok = true;
+  for (int r = 0; r < 2; ++r) {
+    Run& run = runs[r];
+    for (int lane = 0; lane < kLanes; ++lane) {
+      const Result& part = lanes[r * kLanes + lane];
+      run.result.kills += part.kills;
+      run.result.torn += part.torn;
+      run.result.lost += part.lost;
+      run.result.duringSave += part.duringSave;
+      run.result.mostLeft = std::max(run.result.mostLeft, part.mostLeft);
+      run.result.leftAtEnd += part.leftAtEnd;
+      run.result.childFailed = run.result.childFailed || part.childFailed;
+      run.seconds = std::max(run.seconds, laneSeconds[r * kLanes + lane]);
+    }
+    const bool qcsv = run.mode == Mode::Qcsv;
+    ok = Report(qcsv ? "qcsv" : "settings", run.result,
+                qcsv ? "1 KB-5 MB files" : "63 keys and another section", run.seconds) &&
+         run.result.kills == kills && ok;
+  }
+  return ok ? 0 : 1;
+}
