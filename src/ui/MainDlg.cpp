@@ -10,6 +10,7 @@
 #include "app/Prompt.h"
 #include "app/Settings.h"
 #include "app/StartUp.h"
+#include "app/StartUpSteps.h"
 #include "app/Strings.h"
 #include "ui/AboutDlg.h"
 #include "ui/FeatureDialogs.h"
@@ -216,6 +217,7 @@ std::wstring FindGameProgram(const std::wstring& programFolder) {
 CMainDlg::CMainDlg() : CDialog(kDialog, kControls) {}
 
 bool CMainDlg::OnInitDialog() {
+  STARTUP_STEP("dialog and its controls created");
   HINSTANCE module = GetModuleHandleW(nullptr);
   if (HICON icon = LoadIconW(module, MAKEINTRESOURCEW(1))) {
     Send(WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
@@ -225,9 +227,12 @@ bool CMainDlg::OnInitDialog() {
              LoadImageW(module, MAKEINTRESOURCEW(1), IMAGE_ICON, small, small, LR_SHARED)));
   }
 
+  STARTUP_STEP("window icons set");
+
   HMENU systemMenu = GetSystemMenu(handle, FALSE);
   AppendMenuW(systemMenu, MF_SEPARATOR, 0, nullptr);
   AppendMenuW(systemMenu, MF_STRING, kAboutCommand, Text(strAboutTitle));
+  STARTUP_STEP("system menu extended");
 
   HWND list = Item(kCategoryListId);
   ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
@@ -237,25 +242,31 @@ bool CMainDlg::OnInitDialog() {
   for (const OptionCategory& category : kCategories)
     AddCategoryIcon(icons.get(), iconSize, category.iconColor);
   ListView_SetImageList(list, icons.get(), LVSIL_SMALL);
+  STARTUP_STEP("category icons drawn");
   RECT listClient{};
   GetClientRect(list, &listClient);
   LVCOLUMNW column{};
   column.mask = LVCF_WIDTH;
   column.cx = listClient.right;
   ListView_InsertColumn(list, 0, &column);
+  STARTUP_STEP("category column added");
 
   HWND language = Item(kLanguageId);
   for (const wchar_t* name : kLanguageNames)
     SendMessageW(language, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
   SendMessageW(language, CB_SETCURSEL, GlobalSettings().iLanguage == 1 ? 1 : 0, 0);
+  STARTUP_STEP("language list filled");
 
   SetItemText(kDateId, BuildDateText());
   std::wstring game = GlobalSettings().wstrMorva;
   if (game.empty()) game = FindGameProgram(Paths().programFolder);
   SetItemText(kGameLocationId, game);
+  STARTUP_STEP("game location shown");
 
   FillCategoryList();
+  STARTUP_STEP("categories listed");
   ListView_SetItemState(list, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  STARTUP_STEP("first category's rows created");
   return true;
 }
 
@@ -411,7 +422,9 @@ int RunMainDialog(int show) {
   CMainDlg dialog;
   loop.AddMessageFilter(&dialog);
   if (!dialog.Create(nullptr)) return kExitNone;
+  STARTUP_STEP("dialog created");
   ShowWindow(dialog.Handle(), show);
+  STARTUP_STEP("dialog shown");
   const int exitCode = loop.Run();
   loop.RemoveMessageFilter(&dialog);
   return exitCode;
