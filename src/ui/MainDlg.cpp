@@ -164,21 +164,26 @@ int32_t* FieldOf(const OptionRow& row) {
   return GlobalSettings().IntField(row.key);
 }
 
-// A round mark in the category's colour, drawn for the screen's resolution.
-void AddCategoryIcon(HIMAGELIST list, int size, COLORREF color) {
+// A round mark per category in its colour, drawn for the screen's resolution. The marks are drawn
+// side by side in one bitmap, which the image list cuts into its images in one call.
+void AddCategoryIcons(HIMAGELIST list, int size) {
+  const int count = static_cast<int>(std::size(kCategories));
   HDC screen = GetDC(nullptr);
-  BitmapHandle image(CreateCompatibleBitmap(screen, size, size));
+  BitmapHandle image(CreateCompatibleBitmap(screen, size * count, size));
   ReleaseDC(nullptr, screen);
   {
     MemoryDC canvas(image.Get());
-    RECT all{0, 0, size, size};
+    RECT all{0, 0, size * count, size};
     BrushHandle background(CreateSolidBrush(kIconMask));
     FillRect(canvas.Get(), &all, background.Get());
-    BrushHandle fill(CreateSolidBrush(color));
-    HGDIOBJ oldBrush = SelectObject(canvas.Get(), fill.Get());
+    HGDIOBJ oldBrush = SelectObject(canvas.Get(), GetStockObject(DC_BRUSH));
     HGDIOBJ oldPen = SelectObject(canvas.Get(), GetStockObject(NULL_PEN));
     const int inset = std::max(1, size / 8);
-    Ellipse(canvas.Get(), inset, inset, size - inset + 1, size - inset + 1);
+    for (int i = 0; i < count; ++i) {
+      SetDCBrushColor(canvas.Get(), kCategories[i].iconColor);
+      const int left = i * size;
+      Ellipse(canvas.Get(), left + inset, inset, left + size - inset + 1, size - inset + 1);
+    }
     SelectObject(canvas.Get(), oldPen);
     SelectObject(canvas.Get(), oldBrush);
   }
@@ -239,8 +244,7 @@ bool CMainDlg::OnInitDialog() {
   const UINT dpi = WindowDpi(handle);
   const int iconSize = MulDiv(16, static_cast<int>(dpi), USER_DEFAULT_SCREEN_DPI);
   icons.reset(ImageList_Create(iconSize, iconSize, ILC_COLOR32 | ILC_MASK, std::size(kCategories), 0));
-  for (const OptionCategory& category : kCategories)
-    AddCategoryIcon(icons.get(), iconSize, category.iconColor);
+  AddCategoryIcons(icons.get(), iconSize);
   ListView_SetImageList(list, icons.get(), LVSIL_SMALL);
   STARTUP_STEP("category icons drawn");
   RECT listClient{};
@@ -273,6 +277,8 @@ bool CMainDlg::OnInitDialog() {
 void CMainDlg::FillCategoryList() {
   HWND list = Item(kCategoryListId);
   fillingList = true;
+  // One redraw after the last item rather than one per item.
+  SendMessageW(list, WM_SETREDRAW, FALSE, 0);
   ListView_DeleteAllItems(list);
   for (size_t i = 0; i < std::size(kCategories); ++i) {
     LVITEMW item{};
@@ -282,6 +288,8 @@ void CMainDlg::FillCategoryList() {
     item.pszText = const_cast<wchar_t*>(kCategories[i].name);
     ListView_InsertItem(list, &item);
   }
+  SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(list, nullptr, TRUE);
   fillingList = false;
 }
 
@@ -308,9 +316,12 @@ void CMainDlg::StoreShownRows() {
 }
 
 void CMainDlg::DestroyRows() {
-  for (int i = 0; i < kMaxRows; ++i) {
-    if (HWND check = Item(kFirstCheckId + i)) DestroyWindow(check);
-    if (HWND button = Item(kFirstConfigId + i)) DestroyWindow(button);
+  // Only the shown category has rows.
+  if (shownCategory < 0) return;
+  const auto rows = kCategories[shownCategory].rows;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    if (HWND check = Item(kFirstCheckId + static_cast<int>(i))) DestroyWindow(check);
+    if (HWND button = Item(kFirstConfigId + static_cast<int>(i))) DestroyWindow(button);
   }
 }
 
