@@ -7,6 +7,7 @@
 #include <string>
 
 #include "Capture.h"
+#include "FeatureTable.h"
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
@@ -61,7 +62,7 @@ int wmain(int argc, wchar_t** argv) {
     settings.iLanguage = static_cast<int32_t>(language);
     SetBuildDateText(FormatBuildDate(language));
     {
-      CMainDlg dialog;
+      CMainDlg dialog(FeatureTable());
       if (!dialog.Create(nullptr)) return 1;
       SetWindowPos(dialog.Handle(), HWND_TOP, 40, 40, 0, 0, SWP_NOSIZE | SWP_SHOWWINDOW);
       ok &= Shoot(dialog.Handle(), out + L"\\main-dialog-" + suffix + L".bmp");

@@ -45,6 +45,7 @@ Prompts DefaultPrompts() {
     GetLocalTime(&now);
     return now;
   };
+  p.tickCount = [] { return GetTickCount(); };
   p.exitProcess = [](UINT exitCode) { ExitProcess(exitCode); };
   return p;
 }
@@ -79,6 +80,9 @@ bool ShellOpen(HWND owner, std::wstring_view target) {
 }
 SYSTEMTIME LocalClock() {
   return CurrentPrompts().localTime();
+}
+DWORD TickClock() {
+  return CurrentPrompts().tickCount();
 }
 void EndProcess(UINT exitCode) {
   CurrentPrompts().exitProcess(exitCode);

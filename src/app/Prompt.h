@@ -20,6 +20,8 @@ struct Prompts {
   std::function<bool(CHOOSEFONTW& request)> chooseFont;
   std::function<bool(HWND owner, const std::wstring& target)> shellOpen;
   std::function<SYSTEMTIME()> localTime;
+  // Milliseconds since the system started, for what runs on the clock (previews, animations).
+  std::function<DWORD()> tickCount;
   // Ends the process; the consistency guards call it after their message.
   std::function<void(UINT exitCode)> exitProcess;
 };
@@ -51,4 +53,5 @@ bool ShowSaveFileChooser(OPENFILENAMEW& request);
 bool ShowFontChooser(CHOOSEFONTW& request);
 bool ShellOpen(HWND owner, std::wstring_view target);
 SYSTEMTIME LocalClock();
+DWORD TickClock();
 void EndProcess(UINT exitCode);

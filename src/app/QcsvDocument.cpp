@@ -504,6 +504,18 @@ void QcsvDocument::InsertRow(size_t index) {
   rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(index), Row(columns.size()));
 }
 
+void QcsvDocument::InsertRow(size_t index, Row row) {
+  if (row.size() < columns.size()) row.resize(columns.size());
+  index = std::min(index, rows.size());
+  rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(index), std::move(row));
+}
+
+void QcsvDocument::SetRow(size_t index, Row row) {
+  if (index >= rows.size()) return;
+  if (row.size() < columns.size()) row.resize(columns.size());
+  rows[index] = std::move(row);
+}
+
 void QcsvDocument::EraseRow(size_t index) {
   if (index < rows.size()) rows.erase(rows.begin() + static_cast<std::ptrdiff_t>(index));
 }

@@ -43,6 +43,9 @@ class QcsvDocument {
   void SetCell(size_t row, std::wstring_view column, std::wstring_view value);
   // Inserts a row of empty fields, one per column.
   void InsertRow(size_t index);
+  // Inserts or replaces a whole row, fields by position (padded to the columns).
+  void InsertRow(size_t index, Row row);
+  void SetRow(size_t index, Row row);
   void EraseRow(size_t index);
   void AppendRow(Row row);
 

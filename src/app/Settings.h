@@ -27,7 +27,107 @@ inline constexpr uint32_t kWeightGraphCurrentDefault = 0x00AFFFFF;
 inline constexpr uint32_t kWeightGraphLoseDefault = 0x00AFFFAF;
 inline constexpr LCID kJapaneseLocale = 1041;
 
-// The in-memory copy of Vrk.ini. A key's kind comes from the first character of its name.
+// What kind of value a key holds follows from the first character of its name: "e" or "n" a switch
+// (written 0 or 1), "i" a signed integer, "u" an unsigned one, "s", "w", "t" or "r" a text. The test
+// looks at the first character against the letters of "wstr" and "en", not at prefixes; load and save
+// share it, and the field types below come from it too.
+enum class KeyKind { Text, Switch, Signed, Unsigned, None };
+constexpr KeyKind KindOfKey(std::wstring_view name) {
+  if (name.empty()) return KeyKind::None;
+  const wchar_t first = name[0];
+  if (first == L's' || std::wstring_view(L"wstr").find(first) != std::wstring_view::npos)
+    return KeyKind::Text;
+  if (std::wstring_view(L"en").find(first) != std::wstring_view::npos) return KeyKind::Switch;
+  if (first == L'i') return KeyKind::Signed;
+  if (first == L'u') return KeyKind::Unsigned;
+  return KeyKind::None;
+}
+
+template <KeyKind kind>
+struct KeyField {
+  using Type = int32_t;
+};
+template <>
+struct KeyField<KeyKind::Text> {
+  using Type = std::wstring;
+};
+template <>
+struct KeyField<KeyKind::Unsigned> {
+  using Type = uint32_t;
+};
+
+// Every key of Vrk.ini, in the order the file lists them (and a fresh file receives them). Each name is
+// also the name of the record's field, whose type its kind gives. "enMusicExtender_SupressRestart" is
+// spelled with one "p": the extension reads this very name.
+#define VRK_SETTINGS_KEYS(X)        \
+  X(iLanguage)                      \
+  X(wstrMorva)                      \
+  X(enLogExtender)                  \
+  X(enLogExtender_FullLog)          \
+  X(enPetInfo)                      \
+  X(enTreasureMap)                  \
+  X(enLabel)                        \
+  X(enEnchantFinder)                \
+  X(enListExtender)                 \
+  X(enStockMK)                      \
+  X(enColorizeIdentifiedItem)       \
+  X(enWeightGraph)                  \
+  X(enShowPiggyBank)                \
+  X(enShowFoodRemainingTime)        \
+  X(enShowQuestItem)                \
+  X(enQuestCounter)                 \
+  X(enQuestStatus)                  \
+  X(enQuestNpcDir)                  \
+  X(enFrameCounter)                 \
+  X(enEtherwindAlert)               \
+  X(enSetInfoPos)                   \
+  X(enShowRestock)                  \
+  X(enUseComma)                     \
+  X(enShowWeight)                   \
+  X(enShowSleepiness)               \
+  X(enShowWet)                      \
+  X(enShowSatiety)                  \
+  X(enShowStamina)                  \
+  X(enDateFormat)                   \
+  X(enCharacterCreateHelper)        \
+  X(enCasinoFix)                    \
+  X(enHideNoParty)                  \
+  X(enEquipSet)                     \
+  X(enScreenshot)                   \
+  X(enScreenshotIncludeFrame)       \
+  X(enQuickSearch)                  \
+  X(enRestoreWindowPlacement)       \
+  X(enNumlockOff)                   \
+  X(enMusicExtender)                \
+  X(enMusicExtender_NoReplace)      \
+  X(enDebugOutput)                  \
+  X(enNoZip)                        \
+  X(enItemInfo)                     \
+  X(enCustomRealDate)               \
+  X(enSuperCheatMode)               \
+  X(enMusicExtender_SupressRestart) \
+  X(iStockMK)                       \
+  X(iScreenshotRange)               \
+  X(iScreenshotFormat)              \
+  X(iJpegQuality)                   \
+  X(iInfoLayerFrame)                \
+  X(iInfoLayerStamina)              \
+  X(iInfoLayerEtherwind)            \
+  X(iInfoLayerQuestCount)           \
+  X(iInfoLayerQuestNpcDir)          \
+  X(iDateFormat)                    \
+  X(iSatietyFormat)                 \
+  X(iWeightGraphPosition_Right)     \
+  X(iWeightGraphColor_Gain)         \
+  X(iWeightGraphColor_Current)      \
+  X(iWeightGraphColor_Lose)         \
+  X(iCustomRealDate_Month)          \
+  X(iCustomRealDate_Day)
+
+#define VRK_WIDE_TEXT(text) L##text
+#define VRK_SETTINGS_FIELD(name) KeyField<KindOfKey(VRK_WIDE_TEXT(#name))>::Type name{};
+
+// The in-memory copy of Vrk.ini.
 class Settings {
  public:
   struct Key {
@@ -43,73 +143,13 @@ class Settings {
   std::wstring path;
   std::vector<Key> keys;
 
-  int32_t iLanguage = -1;
-  std::wstring wstrMorva;
-  int32_t enLogExtender = 0;
-  int32_t enLogExtender_FullLog = 0;
-  int32_t enPetInfo = 0;
-  int32_t enTreasureMap = 0;
-  int32_t enLabel = 0;
-  int32_t enEnchantFinder = 0;
-  int32_t enListExtender = 0;
-  int32_t enStockMK = 0;
-  int32_t enColorizeIdentifiedItem = 0;
-  int32_t enWeightGraph = 0;
-  int32_t enShowPiggyBank = 0;
-  int32_t enShowFoodRemainingTime = 0;
-  int32_t enShowQuestItem = 0;
-  int32_t enQuestCounter = 0;
-  int32_t enQuestStatus = 0;
-  int32_t enQuestNpcDir = 0;
-  int32_t enFrameCounter = 0;
-  int32_t enEtherwindAlert = 0;
-  int32_t enSetInfoPos = 0;
-  int32_t enShowRestock = 0;
-  int32_t enUseComma = 0;
-  int32_t enShowWeight = 0;
-  int32_t enShowSleepiness = 0;
-  int32_t enShowWet = 0;
-  int32_t enShowSatiety = 0;
-  int32_t enShowStamina = 0;
-  int32_t enDateFormat = 0;
-  int32_t enCharacterCreateHelper = 0;
-  int32_t enCasinoFix = 0;
-  int32_t enHideNoParty = 0;
-  int32_t enEquipSet = 0;
-  int32_t enScreenshot = 0;
-  int32_t enScreenshotIncludeFrame = 0;
-  int32_t enQuickSearch = 0;
-  int32_t enNumlockOff = 0;
-  int32_t enRestoreWindowPlacement = 0;
-  int32_t enMusicExtender = 0;
-  int32_t enMusicExtender_NoReplace = 0;
-  int32_t enDebugOutput = 0;
-  int32_t enNoZip = 0;
-  int32_t enItemInfo = 0;
-  int32_t enCustomRealDate = 0;
-  int32_t enSuperCheatMode = 0;
-  int32_t enMusicExtender_SupressRestart = 0;
-  int32_t iStockMK = 0;
-  int32_t iScreenshotRange = 0;
-  int32_t iScreenshotFormat = 0;
-  int32_t iJpegQuality = 0;
-  int32_t iInfoLayerFrame = 0;
-  int32_t iInfoLayerStamina = 0;
-  int32_t iInfoLayerEtherwind = 0;
-  int32_t iInfoLayerQuestCount = 0;
-  int32_t iInfoLayerQuestNpcDir = 0;
-  int32_t iDateFormat = 0;
-  int32_t iSatietyFormat = 0;
-  int32_t iWeightGraphPosition_Right = 0;
-  int32_t iWeightGraphColor_Gain = 0;
-  int32_t iWeightGraphColor_Current = 0;
-  int32_t iWeightGraphColor_Lose = 0;
-  int32_t iCustomRealDate_Month = 0;
-  int32_t iCustomRealDate_Day = 0;
+  VRK_SETTINGS_KEYS(VRK_SETTINGS_FIELD)
   int32_t unbound = 0;  // carried by the record, bound to no key
 
   void Register(std::wstring_view name, void* field);
 
+  // Every value back to what the record holds in fresh static storage: 0 and empty texts.
+  void Clear();
   // Sets the sentinels that tell a missing key from a stored one (language, graph colours).
   void PrepareForLoad();
   void Load();

@@ -18,10 +18,6 @@ void ColorField::Set(HWND dialog, COLORREF value) {
   RepaintSwatch(dialog);
 }
 
-void ColorField::ReadText(HWND dialog) {
-  text = EditText(dialog, editId);
-}
-
 bool ColorField::ProcessWindowMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam,
                                       LRESULT& result) {
   if (message == WM_COMMAND && LOWORD(wParam) == editId && HIWORD(wParam) == EN_UPDATE) {

@@ -13,11 +13,13 @@ inline constexpr COLORREF kIdentifiedItemColorDefault = 0xBF0000;
 // with its rows and other options as they were read.
 class CConfColorizeDlg : public CDialog {
  public:
+  enum : uint16_t { kLabel = 1000, kEdit, kSwatch, kSelect };
+
   explicit CConfColorizeDlg(std::wstring path);
 
   BEGIN_MSG_MAP(CConfColorizeDlg)
   COMMAND_ID_HANDLER(IDOK, OnOk)
-  COLOR_FIELD_HANDLER(field)
+  CHAIN_MSG_MAP_MEMBER(field)
   END_MSG_MAP()
 
   std::wstring path;

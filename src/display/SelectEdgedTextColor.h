@@ -6,12 +6,23 @@
 // last valid colours of the two fields, after Cancel they are unchanged.
 class CSelectEdgedTextColor : public CDialog {
  public:
+  enum : uint16_t {
+    kTextLabel = 1000,
+    kTextEdit,
+    kTextSwatch,
+    kTextSelect,
+    kEdgeLabel,
+    kEdgeEdit,
+    kEdgeSwatch,
+    kEdgeSelect
+  };
+
   CSelectEdgedTextColor(COLORREF textColor, COLORREF edgeColor);
 
   BEGIN_MSG_MAP(CSelectEdgedTextColor)
   COMMAND_ID_HANDLER(IDOK, OnOk)
-  COLOR_FIELD_HANDLER(textField)
-  COLOR_FIELD_HANDLER(edgeField)
+  CHAIN_MSG_MAP_MEMBER(textField)
+  CHAIN_MSG_MAP_MEMBER(edgeField)
   END_MSG_MAP()
 
   COLORREF textColor;

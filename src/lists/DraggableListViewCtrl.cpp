@@ -19,11 +19,6 @@ constexpr DWORD kGridAndFullRow = LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT;
 // The drag image stands this far right of the cursor so that the row under it stays readable.
 constexpr int kDragImageOffset = 16;
 
-// Mouse positions are signed 16-bit client coordinates (negative while captured outside).
-POINT PointOf(LPARAM position) {
-  return POINT{static_cast<short>(LOWORD(position)), static_cast<short>(HIWORD(position))};
-}
-
 const std::wstring& CellOf(const QcsvDocument::Row& row, int column) {
   static const std::wstring empty;
   return column >= 0 && static_cast<size_t>(column) < row.size() ? row[column] : empty;
@@ -88,27 +83,42 @@ void CDraggableListViewCtrl::FillRows() {
   // Drawing and scroll-bar updates after every insertion would cost more than the insertions.
   SendMessageW(handle, WM_SETREDRAW, FALSE, 0);
   ListView_SetItemCount(handle, static_cast<int>(listFile->RowCount()));
-  for (size_t row = 0; row < listFile->RowCount(); ++row) InsertItemFor(static_cast<int>(row), shown);
+  for (size_t row = 0; row < listFile->RowCount(); ++row) SetItemTexts(static_cast<int>(row), shown, true);
   SendMessageW(handle, WM_SETREDRAW, TRUE, 0);
   InvalidateRect(handle, nullptr, TRUE);
 }
 
-void CDraggableListViewCtrl::InsertRowItem(int row) {
-  if (listFile) InsertItemFor(row, ShownFileColumns());
+void CDraggableListViewCtrl::RefillRows() {
+  ListView_DeleteAllItems(handle);
+  FillRows();
 }
 
-void CDraggableListViewCtrl::InsertItemFor(int row, const std::vector<int>& shown) {
+void CDraggableListViewCtrl::InsertRowItem(int row) {
+  if (listFile) SetItemTexts(row, ShownFileColumns(), true);
+}
+
+void CDraggableListViewCtrl::UpdateRowItem(int row) {
+  if (listFile && row >= 0 && static_cast<size_t>(row) < listFile->RowCount())
+    SetItemTexts(row, ShownFileColumns(), false);
+}
+
+void CDraggableListViewCtrl::SetItemTexts(int row, const std::vector<int>& shown, bool insert) {
   const QcsvDocument::Row& cells = listFile->RowAt(row);
   LVITEMW item{};
   item.mask = LVIF_TEXT;
   item.iItem = row;
+  std::wstring owned;
   // Straight to the list view's own procedure: a whole file is many messages, and this control adds
   // nothing to these.
   for (size_t column = 0; column < shown.size(); ++column) {
-    const std::wstring& text = CellOf(cells, shown[column]);
+    const std::wstring* text = &CellOf(cells, shown[column]);
+    if (cellText) {
+      owned = cellText(static_cast<size_t>(row), static_cast<int>(column));
+      text = &owned;
+    }
     item.iSubItem = static_cast<int>(column);
-    item.pszText = const_cast<wchar_t*>(text.c_str());
-    DefaultProc(column == 0 ? LVM_INSERTITEMW : LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    item.pszText = const_cast<wchar_t*>(text->c_str());
+    DefaultProc(insert && column == 0 ? LVM_INSERTITEMW : LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
   }
 }
 
@@ -169,26 +179,25 @@ void CDraggableListViewCtrl::ToggleCheck(int item) {
   ListView_SetItemState(handle, item, INDEXTOSTATEIMAGEMASK(image == 1 ? 2 : 1), LVIS_STATEIMAGEMASK);
 }
 
-LRESULT CDraggableListViewCtrl::OnLButtonDown(WPARAM, LPARAM position) {
-  POINT at = PointOf(position);
+void CDraggableListViewCtrl::OnLButtonDown(POINT at, UINT) {
   columnCountAtPress = HeaderColumnCount();
   if (columnCountAtPress > kMaxColumns) {
     ShowMessage(handle, Text(strTooManyColumns), L"", MB_ICONERROR);
     EndProcess(0);
-    return 0;
+    return;
   }
   LVHITTESTINFO hit = HitTest(at);
   if (!draggable) {
     SelectItem(hit.iItem);
     SetFocus(handle);
-    return 0;
+    return;
   }
-  if (hit.iItem < 0) return 0;
+  if (hit.iItem < 0) return;
   if (hit.flags & LVHT_ONITEMSTATEICON) {
     ToggleCheck(hit.iItem);
-    return 0;
+    return;
   }
-  if (!(hit.flags & LVHT_ONITEMLABEL)) return 0;
+  if (!(hit.flags & LVHT_ONITEMLABEL)) return;
 
   EndDragImage();
   int selected = FirstSelected();
@@ -196,23 +205,14 @@ LRESULT CDraggableListViewCtrl::OnLButtonDown(WPARAM, LPARAM position) {
     // The first press on a row only selects it; a drag starts from the row already selected.
     SelectItem(hit.iItem);
     SetFocus(handle);
-    return 0;
+    return;
   }
   BeginRowDrag(selected, at);
-  return 0;
 }
 
 void CDraggableListViewCtrl::BeginRowDrag(int row, POINT at) {
   dragging = true;
-  if (listFile) {
-    const QcsvDocument::Row& cells = listFile->RowAt(row);
-    size_t columns = listFile->Columns().size();
-    dragRow.assign(columns, std::wstring());
-    for (size_t column = 0; column < columns && column < cells.size(); ++column)
-      dragRow[column] = cells[column];
-  }
-  int columns = std::min(columnCountAtPress, kMaxColumns);
-  for (int column = 0; column < columns; ++column) dragTexts[column] = ItemText(row, column);
+  TakeDraggedRow(row);
 
   LVITEMW item{};
   item.mask = LVIF_PARAM;
@@ -258,26 +258,25 @@ void CDraggableListViewCtrl::EndDragImage() {
   ReleaseCapture();
 }
 
-LRESULT CDraggableListViewCtrl::OnMouseMove(WPARAM, LPARAM position) {
-  if (dragging) {
-    POINT at = PointOf(position);
-    ImageList_DragMove(at.x, at.y);
-  }
-  return 0;
+void CDraggableListViewCtrl::OnMouseMove(POINT at, UINT) {
+  if (dragging) ImageList_DragMove(at.x, at.y);
 }
 
-LRESULT CDraggableListViewCtrl::OnLButtonUp(WPARAM, LPARAM position) {
-  if (!draggable || !dragging) return 0;
+void CDraggableListViewCtrl::OnLButtonUp(POINT at, UINT) {
+  if (!draggable || !dragging) return;
   if (HeaderColumnCount() != columnCountAtPress) {
     ShowMessage(handle, Text(strColumnCountMismatch), L"", MB_ICONERROR);
     EndProcess(0);
-    return 0;
+    return;
   }
   int from = FirstSelected();
   dragging = false;
-  LVHITTESTINFO hit = HitTest(PointOf(position));
+  LVHITTESTINFO hit = HitTest(at);
   int to = hit.iItem;
-  if (to >= 0 && from >= 0 && to != from && hit.iSubItem >= 0) MoveRow(from, to);
+  if (to >= 0 && from >= 0 && to != from && hit.iSubItem >= 0) {
+    MoveDraggedRow(from, to);
+    if (onRowMoved) onRowMoved(from, to);
+  }
 
   if (dragImage) {
     ImageList_DragLeave(handle);
@@ -286,20 +285,51 @@ LRESULT CDraggableListViewCtrl::OnLButtonUp(WPARAM, LPARAM position) {
   }
   ReleaseCapture();
   InvalidateRect(handle, nullptr, TRUE);
-  return 0;
 }
 
-void CDraggableListViewCtrl::MoveRow(int from, int to) {
+LRESULT CDraggableListViewCtrl::OnGetDlgCode(WPARAM key, LPARAM message) {
+  // Enter edits the current row, as in Explorer's lists, instead of pressing the default button.
+  const auto* msg = reinterpret_cast<const MSG*>(message);
+  if (key == VK_RETURN && msg && msg->message == WM_KEYDOWN) return DLGC_WANTALLKEYS;
+  return DefaultProc(WM_GETDLGCODE, key, message);
+}
+
+LRESULT CDraggableListViewCtrl::OnSysKeyDown(WPARAM key, LPARAM flags) {
+  if ((key == VK_UP || key == VK_DOWN) && (flags & (1 << 29))) {
+    const int from = FirstSelected();
+    const int to = key == VK_UP ? from - 1 : from + 1;
+    if (MoveRow(from, to) && onRowMoved) onRowMoved(from, to);
+    return 0;
+  }
+  return DefaultProc(WM_SYSKEYDOWN, key, flags);
+}
+
+bool CDraggableListViewCtrl::MoveRow(int from, int to) {
+  const int count = ListView_GetItemCount(handle);
+  if (from < 0 || to < 0 || from >= count || to >= count || from == to) return false;
+  columnCountAtPress = HeaderColumnCount();
+  TakeDraggedRow(from);
+  MoveDraggedRow(from, to);
+  return true;
+}
+
+void CDraggableListViewCtrl::TakeDraggedRow(int row) {
+  if (listFile) {
+    const QcsvDocument::Row& cells = listFile->RowAt(row);
+    dragRow.assign(cells.begin(), cells.end());
+    dragRow.resize(std::max(dragRow.size(), listFile->Columns().size()));
+  }
+  int columns = std::min(columnCountAtPress, kMaxColumns);
+  for (int column = 0; column < columns; ++column) dragTexts[column] = ItemText(row, column);
+}
+
+void CDraggableListViewCtrl::MoveDraggedRow(int from, int to) {
   ListView_DeleteItem(handle, from);
   // `to` was hit before the erase: a row dragged down lands after the row under the cursor, one
-  // dragged up before it.
+  // dragged up before it. Cells travel by position, so columns of equal name keep theirs.
   if (listFile) {
     listFile->EraseRow(from);
-    listFile->InsertRow(to);
-    const std::vector<std::wstring>& names = listFile->Columns();
-    for (size_t column = 0; column < names.size() && column < dragRow.size(); ++column) {
-      listFile->SetCell(to, names[column], dragRow[column]);
-    }
+    listFile->InsertRow(to, dragRow);
   }
   int columns = std::min(columnCountAtPress, kMaxColumns);
   LVITEMW item{};

@@ -3,6 +3,7 @@
 
 #include <commctrl.h>
 
+#include <functional>
 #include <map>
 #include <span>
 #include <string>
@@ -14,8 +15,9 @@
 #include "ui/WindowImpl.h"
 
 // The list control of every list editor: a report list view bound to a list file that it does not own.
-// A row is moved by pressing on the selected row and releasing on another; the list file follows.
-// Check boxes toggle with one click on the state icon, without selecting the row.
+// A row is moved by pressing on the selected row and releasing on another, or by Alt+Up and Alt+Down;
+// the list file follows. Check boxes toggle with one click on the state icon, without selecting the row.
+// Enter reaches the owner as a key notification rather than pressing the dialog's default button.
 class CDraggableListViewCtrl : public CWindowImpl {
  public:
   static constexpr int kMaxColumns = 16;
@@ -34,8 +36,20 @@ class CDraggableListViewCtrl : public CWindowImpl {
 
   // Inserts one list item per list-file row, in file order, with the texts of the shown columns.
   void FillRows();
+  // Empties the list and fills it again from the list file.
+  void RefillRows();
   // Inserts the list item for list-file row `row` at the same index.
   void InsertRowItem(int row);
+  // Sets every shown text of list row `row` again from its list-file row.
+  void UpdateRowItem(int row);
+  // Moves a row in the view and the list file as a drop on row `to` does; false when nothing moved.
+  bool MoveRow(int from, int to);
+
+  // What a shown cell reads: by default the list-file cell of the column the list-view column shows.
+  // An owner that shows something else (a name for an id, a range for a threshold) sets this.
+  std::function<std::wstring(size_t row, int column)> cellText;
+  // Told after a row was moved by a drag or the keyboard.
+  std::function<void(int from, int to)> onRowMoved;
 
   // -1 clears the selection; otherwise selects and focuses the row alone and scrolls it into view.
   void SelectItem(int index);
@@ -51,27 +65,33 @@ class CDraggableListViewCtrl : public CWindowImpl {
   LPARAM DragItemData() const { return dragItemData; }
 
   BEGIN_MSG_MAP(CDraggableListViewCtrl)
-  MESSAGE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
-  MESSAGE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
-  MESSAGE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
+  MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
+  MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
+  MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
+  MESSAGE_HANDLER(WM_GETDLGCODE, OnGetDlgCode)
+  MESSAGE_HANDLER(WM_SYSKEYDOWN, OnSysKeyDown)
   END_MSG_MAP()
 
  private:
-  LRESULT OnLButtonDown(WPARAM, LPARAM position);
-  LRESULT OnLButtonUp(WPARAM, LPARAM position);
-  LRESULT OnMouseMove(WPARAM, LPARAM position);
+  void OnLButtonDown(POINT at, UINT keys);
+  void OnLButtonUp(POINT at, UINT keys);
+  void OnMouseMove(POINT at, UINT keys);
+  LRESULT OnGetDlgCode(WPARAM key, LPARAM message);
+  LRESULT OnSysKeyDown(WPARAM key, LPARAM flags);
 
   int HeaderColumnCount() const;
   // For each shown column, the list-file column it shows (-1 when the file lacks it).
   std::vector<int> ShownFileColumns() const;
-  void InsertItemFor(int row, const std::vector<int>& shown);
+  void SetItemTexts(int row, const std::vector<int>& shown, bool insert);
   LVHITTESTINFO HitTest(POINT at) const;
   std::wstring ItemText(int item, int column) const;
   void ToggleCheck(int item);
   void BeginRowDrag(int row, POINT at);
+  // Copies a row's file cells and shown texts, then puts them back at another index.
+  void TakeDraggedRow(int row);
+  void MoveDraggedRow(int from, int to);
   void BuildDragImage(int row);
   void EndDragImage();
-  void MoveRow(int from, int to);
 
   bool draggable = true;
   bool dragging = false;

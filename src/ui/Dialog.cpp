@@ -132,14 +132,11 @@ void CDialog::ApplyAnchors(int width, int height) {
   if (moves) EndDeferWindowPos(moves);
 }
 
-bool CDialog::ProcessFrameMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT&) {
-  if (message == WM_SIZE && wParam != SIZE_MINIMIZED && !initialRects.empty()) {
-    ApplyAnchors(LOWORD(lParam), HIWORD(lParam));
-  }
-  return false;
+INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return GuardedCall(FALSE, [&] { return Dispatch(window, message, wParam, lParam); });
 }
 
-INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR CDialog::Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   CDialog* self = nullptr;
   if (message == WM_INITDIALOG) {
     self = reinterpret_cast<CDialog*>(lParam);
@@ -147,15 +144,19 @@ INT_PTR CALLBACK CDialog::DialogProc(HWND window, UINT message, WPARAM wParam, L
     self->handle = window;
     self->RecordLayout();
     const bool defaultFocus = self->OnInitDialog();
+    if (self->definition.flags & kCenterOnOwner) self->CenterOnOwner();
     if (AfterInitHook()) AfterInitHook()(*self);
     return defaultFocus ? TRUE : FALSE;
   }
   self = reinterpret_cast<CDialog*>(GetWindowLongPtrW(window, DWLP_USER));
   if (!self) return FALSE;
 
+  // The frame lays out the controls by their anchors before the dialog's own map sees the size.
+  if (message == WM_SIZE && wParam != SIZE_MINIMIZED && !self->initialRects.empty()) {
+    self->ApplyAnchors(LOWORD(lParam), HIWORD(lParam));
+  }
   LRESULT result = 0;
-  bool handled = self->ProcessFrameMessage(message, wParam, lParam, result) ||
-                 self->ProcessWindowMessage(window, message, wParam, lParam, result);
+  bool handled = self->ProcessWindowMessage(window, message, wParam, lParam, result);
   if (!handled && message == WM_COMMAND && HIWORD(wParam) == BN_CLICKED &&
       (LOWORD(wParam) == IDOK || LOWORD(wParam) == IDCANCEL)) {
     self->EndDialog(LOWORD(wParam));

@@ -25,7 +25,9 @@
 //
 // The template is built when the dialog opens, so it shows the language of that moment. Controls
 // follow their anchors when the dialog is resized. IDOK and IDCANCEL that the map leaves end the
-// dialog with their id.
+// dialog with their id. A definition with kCenterOnOwner is centred on its owner after OnInitDialog.
+// No exception leaves a handler into the system: one that escapes is reported and the message is
+// left to the system.
 class CDialog : public CWindow, public CMessageFilter {
  public:
   CDialog(const DialogDef& definition, std::span<const ControlDef> controls);
@@ -62,11 +64,10 @@ class CDialog : public CWindow, public CMessageFilter {
  protected:
   // Returns true to let the system give the focus to the first control, false when it set it.
   virtual bool OnInitDialog() { return true; }
-  // Messages every dialog of a kind handles before its map sees them (sizes, layout).
-  virtual bool ProcessFrameMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
  private:
   static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static INT_PTR Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void RecordLayout();
   void ApplyAnchors(int width, int height);
 

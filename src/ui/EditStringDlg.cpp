@@ -4,13 +4,11 @@
 
 namespace {
 
-constexpr int kEditId = 1000;
-constexpr DialogDef kDialog{kNoText, 0, 0, 192, 48, WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME};
-constexpr ControlDef kControls[] = {
-    {Ctl::Edit, kEditId, 6, 6, 180, 12, WS_BORDER | ES_AUTOHSCROLL | WS_TABSTOP, 0, kNoText},
-    {Ctl::Button, IDOK, 60, 24, 60, 18, BS_DEFPUSHBUTTON | WS_TABSTOP, 0, &strOk},
-    {Ctl::Button, IDCANCEL, 126, 24, 60, 18, WS_TABSTOP, 0, &strCancel},
-};
+constexpr int kEditId = CEditStringDlg::kEdit;
+constexpr DialogDef kDialog{kNoText, 0, 0, 192, 48, DialogStyle::kModal};
+constexpr auto kControls = JoinControls(
+    std::array<ControlDef, 1>{{{Ctl::Edit, kEditId, 6, 6, 180, 12, Layout::kEditStyle, 0, kNoText}}},
+    OkCancelRow(186, 24, Anchor::TopLeft));
 
 }  // namespace
 

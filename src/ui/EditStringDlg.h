@@ -7,6 +7,7 @@
 // at its end), call DoModal; after IDOK `text` holds the edited line, at most kMaxLength characters.
 class CEditStringDlg : public CDialog {
  public:
+  enum : uint16_t { kEdit = 1000 };
   static constexpr int kMaxLength = 256;
 
   CEditStringDlg();

@@ -1,26 +1,9 @@
 #include "ui/FeatureDialogs.h"
 
-#include <map>
-#include <string>
+#include <algorithm>
 
-namespace {
-
-std::map<std::wstring, FeatureDialogOpener, std::less<>>& Openers() {
-  static std::map<std::wstring, FeatureDialogOpener, std::less<>> openers;
-  return openers;
-}
-
-}  // namespace
-
-void SetFeatureDialog(std::wstring_view settingsKey, FeatureDialogOpener open) {
-  Openers()[std::wstring(settingsKey)] = std::move(open);
-}
-
-const FeatureDialogOpener* FindFeatureDialog(std::wstring_view settingsKey) {
-  auto found = Openers().find(settingsKey);
-  return found == Openers().end() || !found->second ? nullptr : &found->second;
-}
-
-void ClearFeatureDialogs() {
-  Openers().clear();
+const FeatureDialog* FindFeatureDialog(std::span<const FeatureDialog> table, std::wstring_view key) {
+  auto found =
+      std::find_if(table.begin(), table.end(), [key](const FeatureDialog& f) { return f.key == key; });
+  return found == table.end() ? nullptr : &*found;
 }

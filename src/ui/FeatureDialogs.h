@@ -1,14 +1,16 @@
 #pragma once
 #include <windows.h>
 
-#include <functional>
+#include <span>
 #include <string_view>
 
-// The feature dialogs that the main dialog's "Config" buttons open, by the settings key of their
-// row. The program registers them at start-up; a row whose key has none shows its button disabled.
-using FeatureDialogOpener = std::function<void(HWND owner)>;
+// A feature dialog that a "Config" button of the main dialog opens: the settings key of its row and the
+// function that opens the dialog modally over its owner. The program's table of them is handed to the
+// main dialog (see FeatureTable.h); a row shows a "Config" button exactly when its key is in the table.
+struct FeatureDialog {
+  const wchar_t* key;
+  void (*open)(HWND owner);
+};
 
-void SetFeatureDialog(std::wstring_view settingsKey, FeatureDialogOpener open);
-// The opener registered for a key, or null.
-const FeatureDialogOpener* FindFeatureDialog(std::wstring_view settingsKey);
-void ClearFeatureDialogs();
+// The entry for a settings key, or null.
+const FeatureDialog* FindFeatureDialog(std::span<const FeatureDialog> table, std::wstring_view key);

@@ -18,91 +18,73 @@
 namespace {
 
 constexpr OptionRow kInfoWindowRows[] = {
-    {{L"Enable 'Log Extractor'", L"「ログ抽出」を有効にする"}, L"enLogExtender", true},
-    {{L"Enable 'Full Log' Window", L"「全ログ」ウィンドウを有効にする"}, L"enLogExtender_FullLog", false},
-    {{L"Enable 'Item Information'", L"「アイテム情報」を有効にする"}, L"enItemInfo", false},
-    {{L"Enable 'Pet Information'", L"「ペット情報」を有効にする"}, L"enPetInfo", false},
-    {{L"Show treasure map to external window", L"宝の地図を外部ウィンドウに表示する"},
-     L"enTreasureMap",
-     false},
+    {{L"Enable 'Log Extractor'", L"「ログ抽出」を有効にする"}, L"enLogExtender"},
+    {{L"Enable 'Full Log' Window", L"「全ログ」ウィンドウを有効にする"}, L"enLogExtender_FullLog"},
+    {{L"Enable 'Item Information'", L"「アイテム情報」を有効にする"}, L"enItemInfo"},
+    {{L"Enable 'Pet Information'", L"「ペット情報」を有効にする"}, L"enPetInfo"},
+    {{L"Show treasure map to external window", L"宝の地図を外部ウィンドウに表示する"}, L"enTreasureMap"},
 };
 
 constexpr OptionRow kItemMagicRows[] = {
-    {{L"Enable 'Label'", L"「ラベル」を有効にする"}, L"enLabel", true},
-    {{L"Enable 'Enchant Finder'", L"「エンチャントファインダー」を有効にする"}, L"enEnchantFinder", true},
-    {{L"Format item/skill/magic list", L"アイテム・スキル・魔法の一覧を整形する"}, L"enListExtender", true},
-    {{L"Use kilo/mega on large magic stock", L"多い魔法ストックをk/Mで表示する"}, L"enStockMK", true},
-    {{L"Change color of identified item", L"鑑定済みアイテムの色を変える"},
-     L"enColorizeIdentifiedItem",
-     true},
-    {{L"Enable 'Weight Graph'", L"「重量グラフ」を有効にする"}, L"enWeightGraph", true},
-    {{L"Show amounts of gp in piggy bank", L"貯金箱の中のgpを表示する"}, L"enShowPiggyBank", false},
-    {{L"Show remaining time of food", L"食べ物の残り時間を表示する"}, L"enShowFoodRemainingTime", false},
+    {{L"Enable 'Label'", L"「ラベル」を有効にする"}, L"enLabel"},
+    {{L"Enable 'Enchant Finder'", L"「エンチャントファインダー」を有効にする"}, L"enEnchantFinder"},
+    {{L"Format item/skill/magic list", L"アイテム・スキル・魔法の一覧を整形する"}, L"enListExtender"},
+    {{L"Use kilo/mega on large magic stock", L"多い魔法ストックをk/Mで表示する"}, L"enStockMK"},
+    {{L"Change color of identified item", L"鑑定済みアイテムの色を変える"}, L"enColorizeIdentifiedItem"},
+    {{L"Enable 'Weight Graph'", L"「重量グラフ」を有効にする"}, L"enWeightGraph"},
+    {{L"Show amounts of gp in piggy bank", L"貯金箱の中のgpを表示する"}, L"enShowPiggyBank"},
+    {{L"Show remaining time of food", L"食べ物の残り時間を表示する"}, L"enShowFoodRemainingTime"},
     {{L"Display \"(Quest)\" on items required by requests", L"依頼で必要なアイテムに\"(Quest)\"と表示する"},
-     L"enShowQuestItem",
-     false},
+     L"enShowQuestItem"},
 };
 
 constexpr OptionRow kMisc1Rows[] = {
-    {{L"Show count of remaining quests", L"残りの依頼数を表示する"}, L"enQuestCounter", false},
-    {{L"Show the direction of the nearest quest NPC", L"最寄りの依頼NPCの方向を表示する"},
-     L"enQuestNpcDir",
-     false},
-    {{L"Show score of quest", L"依頼のスコアを表示する"}, L"enQuestStatus", false},
-    {{L"Show framerate", L"フレームレートを表示する"}, L"enFrameCounter", false},
-    {{L"Show etherwind alert", L"エーテルの風の警報を表示する"}, L"enEtherwindAlert", false},
-    {{L"Config position of additional information", L"追加情報の表示位置を設定する"}, L"enSetInfoPos", true},
-    {{L"Show when restock at shop", L"店の品物が入れ替わる時期を表示する"}, L"enShowRestock", false},
-    {{L"Use separator(comma) every 3 columns in gp/pp", L"gp/ppを3桁ごとにカンマで区切る"},
-     L"enUseComma",
-     false},
+    {{L"Show count of remaining quests", L"残りの依頼数を表示する"}, L"enQuestCounter"},
+    {{L"Show the direction of the nearest quest NPC", L"最寄りの依頼NPCの方向を表示する"}, L"enQuestNpcDir"},
+    {{L"Show score of quest", L"依頼のスコアを表示する"}, L"enQuestStatus"},
+    {{L"Show framerate", L"フレームレートを表示する"}, L"enFrameCounter"},
+    {{L"Show etherwind alert", L"エーテルの風の警報を表示する"}, L"enEtherwindAlert"},
+    {{L"Config position of additional information", L"追加情報の表示位置を設定する"}, L"enSetInfoPos"},
+    {{L"Show when restock at shop", L"店の品物が入れ替わる時期を表示する"}, L"enShowRestock"},
+    {{L"Use separator(comma) every 3 columns in gp/pp", L"gp/ppを3桁ごとにカンマで区切る"}, L"enUseComma"},
 };
 
 constexpr OptionRow kMisc2Rows[] = {
     {{L"Show inventory weight by % when you carry 50.0% or more",
       L"所持重量が50.0%以上のとき重量を%で表示する"},
-     L"enShowWeight",
-     false},
-    {{L"Show sleepiness", L"眠気を表示する"}, L"enShowSleepiness", false},
-    {{L"Show wet status", L"濡れ状態を表示する"}, L"enShowWet", false},
-    {{L"Show satiety", L"満腹度を表示する"}, L"enShowSatiety", true},
-    {{L"Show stamina", L"スタミナを表示する"}, L"enShowStamina", false},
-    {{L"Change date format", L"日付の表示形式を変える"}, L"enDateFormat", true},
+     L"enShowWeight"},
+    {{L"Show sleepiness", L"眠気を表示する"}, L"enShowSleepiness"},
+    {{L"Show wet status", L"濡れ状態を表示する"}, L"enShowWet"},
+    {{L"Show satiety", L"満腹度を表示する"}, L"enShowSatiety"},
+    {{L"Show stamina", L"スタミナを表示する"}, L"enShowStamina"},
+    {{L"Change date format", L"日付の表示形式を変える"}, L"enDateFormat"},
     {{L"Show additional info during character creation", L"キャラクター作成中に追加情報を表示する"},
-     L"enCharacterCreateHelper",
-     false},
+     L"enCharacterCreateHelper"},
     {{L"Enable Casino glitch fix (for Morva v1.22)", L"カジノの不具合修正を有効にする（Morva v1.22用）"},
-     L"enCasinoFix",
-     false},
+     L"enCasinoFix"},
     {{L"Hide 'No Party' (for Tessel and its variants) ", L"「No Party」を隠す（Tesselとその派生版用）"},
-     L"enHideNoParty",
-     false},
+     L"enHideNoParty"},
 };
 
 constexpr OptionRow kInterfaceRows[] = {
-    {{L"Enable 'Equipment memory/restore'", L"「装備の記憶・復元」を有効にする"}, L"enEquipSet", false},
-    {{L"Enable 'Screenshot'", L"「スクリーンショット」を有効にする"}, L"enScreenshot", true},
-    {{L"Enable 'Quick Search'", L"「クイックサーチ」を有効にする"}, L"enQuickSearch", true},
+    {{L"Enable 'Equipment memory/restore'", L"「装備の記憶・復元」を有効にする"}, L"enEquipSet"},
+    {{L"Enable 'Screenshot'", L"「スクリーンショット」を有効にする"}, L"enScreenshot"},
+    {{L"Enable 'Quick Search'", L"「クイックサーチ」を有効にする"}, L"enQuickSearch"},
     {{L"Restore window placement once Morva is launched", L"Morvaの起動時にウィンドウの配置を復元する"},
-     L"enRestoreWindowPlacement",
-     false},
-    {{L"Turn off NumLock once Morva is launched", L"Morvaの起動時にNumLockをオフにする"},
-     L"enNumlockOff",
-     false},
+     L"enRestoreWindowPlacement"},
+    {{L"Turn off NumLock once Morva is launched", L"Morvaの起動時にNumLockをオフにする"}, L"enNumlockOff"},
 };
 
 constexpr OptionRow kMusicRows[] = {
-    {{L"Enable 'BGM Extender'", L"「BGM拡張」を有効にする"}, L"enMusicExtender", true},
+    {{L"Enable 'BGM Extender'", L"「BGM拡張」を有効にする"}, L"enMusicExtender"},
     {{L"When play the same music, keep playing.", L"同じ曲に切り替わるときは演奏を続ける"},
-     L"enMusicExtender_SupressRestart",
-     false},
+     L"enMusicExtender_SupressRestart"},
 };
 
 constexpr OptionRow kDebugRows[] = {
-    {{L"Disable compression of the savegame file", L"セーブファイルを圧縮しない"}, L"enNoZip", false},
+    {{L"Disable compression of the savegame file", L"セーブファイルを圧縮しない"}, L"enNoZip"},
     {{L"Do not trigger events with real dates (MMA)", L"リアルの日付でイベントを起こさない（MMA）"},
-     L"enCustomRealDate",
-     true},
+     L"enCustomRealDate"},
 };
 
 constexpr OptionCategory kCategories[] = {
@@ -139,7 +121,7 @@ constexpr int kGameRow = 174;
 constexpr int kButtonWidth = 50;
 constexpr int kButtonHeight = 15;
 
-constexpr DialogDef kDialog{&strConfigTitle, 0, 0, 354, 216, 0x80C800C8};
+constexpr DialogDef kDialog{&strConfigTitle, 0, 0, 354, 216, DialogStyle::kMain};
 constexpr ControlDef kControls[] = {
     {Ctl::ListView, CMainDlg::kCategoryListId, kMargin, kMargin, kListWidth, 160,
      LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOCOLUMNHEADER | LVS_SHAREIMAGELISTS | WS_TABSTOP,
@@ -219,7 +201,8 @@ std::wstring FindGameProgram(const std::wstring& programFolder) {
   return CombinePath(FolderOf(programFolder), game != names.end() ? *game : names.front());
 }
 
-CMainDlg::CMainDlg() : CDialog(kDialog, kControls) {}
+CMainDlg::CMainDlg(std::span<const FeatureDialog> features)
+    : CDialog(kDialog, kControls), features(features) {}
 
 bool CMainDlg::OnInitDialog() {
   STARTUP_STEP("dialog and its controls created");
@@ -334,10 +317,11 @@ void CMainDlg::CreateRows() {
   const auto rows = kCategories[shownCategory].rows;
   for (size_t i = 0; i < rows.size(); ++i) {
     const OptionRow& row = rows[i];
+    const FeatureDialog* feature = FindFeatureDialog(features, row.key);
     const int id = kFirstCheckId + static_cast<int>(i);
     const int top = kMargin + static_cast<int>(i) * kRowPitch;
-    RECT place = DialogUnitsToPixels(kRowsLeft, top + 1, row.hasConfig ? kCheckWidthWithButton : kCheckWidth,
-                                     kRowHeight);
+    RECT place =
+        DialogUnitsToPixels(kRowsLeft, top + 1, feature ? kCheckWidthWithButton : kCheckWidth, kRowHeight);
     HWND check =
         CreateWindowExW(0, L"Button", Text(row.label), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX,
                         place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
@@ -347,7 +331,7 @@ void CMainDlg::CreateRows() {
     CheckButton(id, field && *field != 0);
     SetWindowPos(check, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = check;
-    if (!row.hasConfig) continue;
+    if (!feature) continue;
 
     const int buttonId = kFirstConfigId + static_cast<int>(i);
     place = DialogUnitsToPixels(kConfigLeft, top, kConfigWidth, kRowHeight + 2);
@@ -356,7 +340,7 @@ void CMainDlg::CreateRows() {
                         place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
     SendMessageW(button, WM_SETFONT, font, FALSE);
-    EnableWindow(button, FindFeatureDialog(row.key) != nullptr);
+    EnableWindow(button, feature->open != nullptr);
     SetWindowPos(button, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = button;
   }
@@ -366,8 +350,9 @@ void CMainDlg::OnConfig(int id) {
   if (shownCategory < 0) return;
   const auto rows = kCategories[shownCategory].rows;
   const size_t index = static_cast<size_t>(id - kFirstConfigId);
-  if (index >= rows.size() || !rows[index].hasConfig) return;
-  if (const FeatureDialogOpener* open = FindFeatureDialog(rows[index].key)) (*open)(handle);
+  if (index >= rows.size()) return;
+  const FeatureDialog* feature = FindFeatureDialog(features, rows[index].key);
+  if (feature && feature->open) feature->open(handle);
 }
 
 void CMainDlg::OnLanguage() {
@@ -428,9 +413,9 @@ void CMainDlg::Finish(int exitCode) {
   PostQuitMessage(exitCode);
 }
 
-int RunMainDialog(int show) {
+int RunMainDialog(int show, std::span<const FeatureDialog> features) {
   CMessageLoop loop;
-  CMainDlg dialog;
+  CMainDlg dialog(features);
   loop.AddMessageFilter(&dialog);
   if (!dialog.Create(nullptr)) return kExitNone;
   STARTUP_STEP("dialog created");

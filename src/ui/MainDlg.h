@@ -4,13 +4,13 @@
 
 #include "app/TextPair.h"
 #include "ui/Dialog.h"
+#include "ui/FeatureDialogs.h"
 
-// One switch of the extension, shown as a check box, with a "Config" button when its feature has
-// a dialog of its own.
+// One switch of the extension, shown as a check box; with a "Config" button when the feature table
+// has a dialog for its key.
 struct OptionRow {
   TextPair label;
   const wchar_t* key;  // the settings key the check box edits
-  bool hasConfig;
 };
 
 struct OptionCategory {
@@ -37,7 +37,7 @@ class CMainDlg : public CDialog {
   static constexpr int kMaxRows = 20;
   static constexpr UINT kAboutCommand = 0x0010;
 
-  CMainDlg();
+  explicit CMainDlg(std::span<const FeatureDialog> features);
 
   // The category whose rows are shown, or -1.
   int ShownCategory() const { return shownCategory; }
@@ -72,6 +72,7 @@ class CMainDlg : public CDialog {
   void SetAboutMenuText();
   void Finish(int exitCode);
 
+  std::span<const FeatureDialog> features;
   ImageListHandle icons;
   int shownCategory = -1;
   bool fillingList = false;
@@ -79,7 +80,7 @@ class CMainDlg : public CDialog {
 
 // Creates the main dialog modeless, shows it and runs the message loop until it ends; returns the
 // exit code (0 when the dialog could not be created).
-int RunMainDialog(int show);
+int RunMainDialog(int show, std::span<const FeatureDialog> features);
 
 // The game's program beside the tool's folder ("..\*.exe"), or empty when there is none.
 std::wstring FindGameProgram(const std::wstring& programFolder);

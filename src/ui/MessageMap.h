@@ -1,25 +1,80 @@
 #pragma once
 #include <windows.h>
 
+#include <commctrl.h>
+
+#include <type_traits>
+
 // Message maps of dialogs (CDialog) and subclassed windows (CWindowImpl). A map lists its entries
 // in order; the first that matches handles the message. Each entry calls a typed handler:
 //
-//   BEGIN_MSG_MAP(CEditStringDlg)
+//   BEGIN_MSG_MAP(CConfLabelDlg)
 //     COMMAND_ID_HANDLER(IDOK, OnOk)                        // void OnOk()
-//     COMMAND_HANDLER(1003, CBN_SELCHANGE, OnLanguage)      // void OnLanguage()
+//     COMMAND_HANDLER(kLanguage, CBN_SELCHANGE, OnLanguage) // void OnLanguage()
 //     COMMAND_RANGE_HANDLER(1100, 1199, OnRowButton)        // void OnRowButton(int id)
-//     NOTIFY_HANDLER(1001, LVN_ITEMCHANGED, OnItemChanged)  // LRESULT OnItemChanged(NMHDR&)
+//     NOTIFY_HANDLER(kList, LVN_ITEMCHANGED, OnChanged)     // LRESULT OnChanged(NMLISTVIEW&)
+//     NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)          // LRESULT OnDraw(NMLVCUSTOMDRAW&)
+//     MOUSE_HANDLER(WM_RBUTTONDOWN, OnRightButton)          // void OnRightButton(POINT, UINT keys)
+//     CONTEXTMENU_HANDLER(OnContextMenu)                    // void OnContextMenu(HWND, POINT screen)
+//     TIMER_HANDLER(kPreviewTimer, OnPreviewTick)           // void OnPreviewTick()
+//     HSCROLL_HANDLER(kVolume, OnVolume)                    // void OnVolume()
 //     SYSCOMMAND_HANDLER(kAboutCommand, OnAbout)            // void OnAbout()
-//     MESSAGE_HANDLER(WM_TIMER, OnTimer)                    // LRESULT OnTimer(WPARAM, LPARAM)
-//     CHAIN_MSG_MAP(CSizingDialog)
+//     MESSAGE_HANDLER(WM_DROPFILES, OnDrop)                 // LRESULT OnDrop(WPARAM, LPARAM)
+//     CHAIN_MSG_MAP_MEMBER(colorField)                      // a member with a map of its own
+//     CHAIN_MSG_MAP(CListEditorDlg)                         // the base class's map
 //   END_MSG_MAP()
+//
+// A notification handler takes the notification structure its code sends (NMHDR&, NMLISTVIEW&,
+// NMITEMACTIVATE&, NMLVCUSTOMDRAW&, NMLVKEYDOWN& ...); the map casts to the type the handler names.
+// A handler that returns void answers 0.
+
+namespace msgmap {
+
+template <class T>
+struct HandlerArg;
+template <class C, class R, class A>
+struct HandlerArg<R (C::*)(A&)> {
+  using Type = A;
+};
+
+// Calls `handler` with the notification at `lParam` as the structure the handler takes.
+template <class C, class Handler>
+LRESULT CallNotify(C* self, Handler handler, LPARAM lParam) {
+  using Arg = typename HandlerArg<Handler>::Type;
+  if constexpr (std::is_void_v<decltype((self->*handler)(std::declval<Arg&>()))>) {
+    (self->*handler)(*reinterpret_cast<Arg*>(lParam));
+    return 0;
+  } else {
+    return static_cast<LRESULT>((self->*handler)(*reinterpret_cast<Arg*>(lParam)));
+  }
+}
+
+inline POINT PointOf(LPARAM position) {
+  return POINT{static_cast<short>(LOWORD(position)), static_cast<short>(HIWORD(position))};
+}
+
+}  // namespace msgmap
 
 #define BEGIN_MSG_MAP(theClass)                                                                              \
  public:                                                                                                     \
   bool ProcessWindowMessage(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) override { \
+    using ThisMap = theClass;                                                                                \
+    (void)sizeof(ThisMap);                                                                                   \
     (void)hWnd;                                                                                              \
     (void)wParam;                                                                                            \
     (void)lParam;                                                                                            \
+    (void)lResult;
+
+// The map of a member object chained into its owner's map (CHAIN_MSG_MAP_MEMBER): the same entries,
+// in a class that is no window of its own.
+#define BEGIN_MEMBER_MSG_MAP(theClass)                                                              \
+ public:                                                                                            \
+  bool ProcessWindowMessage(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) { \
+    using ThisMap = theClass;                                                                       \
+    (void)sizeof(ThisMap);                                                                          \
+    (void)hWnd;                                                                                     \
+    (void)wParam;                                                                                   \
+    (void)lParam;                                                                                   \
     (void)lResult;
 
 #define MESSAGE_HANDLER(msg, func)      \
@@ -54,14 +109,46 @@
 #define NOTIFY_HANDLER(id, notifyCode, func)                                                        \
   if (uMsg == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->idFrom == static_cast<UINT_PTR>(id) && \
       reinterpret_cast<NMHDR*>(lParam)->code == static_cast<UINT>(notifyCode)) {                    \
-    lResult = func(*reinterpret_cast<NMHDR*>(lParam));                                              \
+    lResult = msgmap::CallNotify(this, &ThisMap::func, lParam);                                     \
     return true;                                                                                    \
   }
 
 #define NOTIFY_CODE_HANDLER(notifyCode, func)                                                         \
   if (uMsg == WM_NOTIFY && reinterpret_cast<NMHDR*>(lParam)->code == static_cast<UINT>(notifyCode)) { \
-    lResult = func(*reinterpret_cast<NMHDR*>(lParam));                                                \
+    lResult = msgmap::CallNotify(this, &ThisMap::func, lParam);                                       \
     return true;                                                                                      \
+  }
+
+// Mouse messages in client coordinates: void func(POINT at, UINT keys).
+#define MOUSE_HANDLER(msg, func)                 \
+  if (uMsg == static_cast<UINT>(msg)) {          \
+    func(msgmap::PointOf(lParam), UINT(wParam)); \
+    lResult = 0;                                 \
+    return true;                                 \
+  }
+
+// WM_CONTEXTMENU: void func(HWND window, POINT screen); the point is (-1, -1) from the keyboard.
+#define CONTEXTMENU_HANDLER(func)                                  \
+  if (uMsg == WM_CONTEXTMENU) {                                    \
+    func(reinterpret_cast<HWND>(wParam), msgmap::PointOf(lParam)); \
+    lResult = 0;                                                   \
+    return true;                                                   \
+  }
+
+#define TIMER_HANDLER(timerId, func)                                \
+  if (uMsg == WM_TIMER && wParam == static_cast<WPARAM>(timerId)) { \
+    func();                                                         \
+    lResult = 0;                                                    \
+    return true;                                                    \
+  }
+
+// A horizontal track bar (or scroll bar) of the given id moved: void func().
+#define HSCROLL_HANDLER(id, func)                                             \
+  if (uMsg == WM_HSCROLL && lParam != 0 &&                                    \
+      GetDlgCtrlID(reinterpret_cast<HWND>(lParam)) == static_cast<int>(id)) { \
+    func();                                                                   \
+    lResult = 0;                                                              \
+    return true;                                                              \
   }
 
 #define SYSCOMMAND_HANDLER(command, func)                                           \
@@ -70,6 +157,10 @@
     lResult = 0;                                                                    \
     return true;                                                                    \
   }
+
+// A member object with its own ProcessWindowMessage(HWND, UINT, WPARAM, LPARAM, LRESULT&).
+#define CHAIN_MSG_MAP_MEMBER(member) \
+  if ((member).ProcessWindowMessage(hWnd, uMsg, wParam, lParam, lResult)) return true;
 
 #define CHAIN_MSG_MAP(theBase) \
   if (theBase::ProcessWindowMessage(hWnd, uMsg, wParam, lParam, lResult)) return true;

@@ -22,13 +22,9 @@ void CSizingDialog::ClampSizing(UINT edge, RECT& rect, int minWidth, int minHeig
   if (right && rect.right < rect.left + minWidth) rect.right = rect.left + minWidth;
 }
 
-bool CSizingDialog::ProcessFrameMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) {
-  if (message == WM_SIZING) {
-    ClampSizing(static_cast<UINT>(wParam), *reinterpret_cast<RECT*>(lParam), minWidth, minHeight);
-    result = TRUE;
-    return true;
-  }
-  return CDialog::ProcessFrameMessage(message, wParam, lParam, result);
+LRESULT CSizingDialog::OnSizing(WPARAM edge, LPARAM proposed) {
+  ClampSizing(static_cast<UINT>(edge), *reinterpret_cast<RECT*>(proposed), minWidth, minHeight);
+  return TRUE;
 }
 
 void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {

@@ -23,10 +23,14 @@ class CSizingDialog : public CDialog {
   // opposite edge never moves.
   static void ClampSizing(UINT edge, RECT& rect, int minWidth, int minHeight);
 
- protected:
-  bool ProcessFrameMessage(UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result) override;
+  // Derived dialogs chain this map: CHAIN_MSG_MAP(CSizingDialog).
+  BEGIN_MSG_MAP(CSizingDialog)
+  MESSAGE_HANDLER(WM_SIZING, OnSizing)
+  END_MSG_MAP()
 
  private:
+  LRESULT OnSizing(WPARAM edge, LPARAM proposed);
+
   int minWidth;
   int minHeight;
 };

@@ -1,6 +1,14 @@
 #include "ui/Window.h"
 
+#include <commctrl.h>
+
+#include "app/Prompt.h"
+#include "app/Strings.h"
+
 namespace {
+
+constexpr TextPair strUnexpectedError{L"An unexpected error occurred. The last action was not completed.",
+                                      L"予期しないエラーが発生しました。最後の操作は完了していません。"};
 
 std::wstring TextOf(HWND window) {
   std::wstring text(static_cast<size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
@@ -69,4 +77,36 @@ void CWindow::CenterOnOwner() const {
   const int x = around.left + ((around.right - around.left) - (self.right - self.left)) / 2;
   const int y = around.top + ((around.bottom - around.top) - (self.bottom - self.top)) / 2;
   SetWindowPos(handle, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void CWindow::SetTrackRange(int id, int low, int high, int page) const {
+  HWND bar = Item(id);
+  SendMessageW(bar, TBM_SETRANGEMIN, FALSE, low);
+  SendMessageW(bar, TBM_SETRANGEMAX, TRUE, high);
+  SendMessageW(bar, TBM_SETPAGESIZE, 0, page);
+}
+
+int CWindow::TrackPos(int id) const {
+  return static_cast<int>(SendMessageW(Item(id), TBM_GETPOS, 0, 0));
+}
+
+void CWindow::SetTrackPos(int id, int position) const {
+  SendMessageW(Item(id), TBM_SETPOS, TRUE, position);
+}
+
+void CWindow::AddComboItem(int id, std::wstring_view text) const {
+  const std::wstring item(text);
+  SendMessageW(Item(id), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(item.c_str()));
+}
+
+int CWindow::ComboSelection(int id) const {
+  return static_cast<int>(SendMessageW(Item(id), CB_GETCURSEL, 0, 0));
+}
+
+void CWindow::SetComboSelection(int id, int index) const {
+  SendMessageW(Item(id), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
+}
+
+void ReportEscapedException() {
+  ShowMessage(nullptr, Text(strUnexpectedError), Text(strErrorTitle), MB_OK | MB_ICONERROR);
 }

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 // Dots per inch of the monitor a window is on (the system's setting on Windows before 10, which
 // lacks the per-window call).
@@ -35,6 +36,15 @@ class CWindow {
   void EnableItem(int id, bool enabled) const { EnableWindow(Item(id), enabled); }
   bool IsItemEnabled(int id) const { return IsWindowEnabled(Item(id)) != FALSE; }
 
+  // Track bars.
+  void SetTrackRange(int id, int low, int high, int page) const;
+  int TrackPos(int id) const;
+  void SetTrackPos(int id, int position) const;
+  // Drop-down lists: items, the selected item (-1 when none).
+  void AddComboItem(int id, std::wstring_view text) const;
+  int ComboSelection(int id) const;
+  void SetComboSelection(int id, int index) const;
+
   // Rectangle of a child in this window's client coordinates.
   RECT ItemRect(int id) const;
   RECT ClientRect() const;
@@ -45,3 +55,17 @@ class CWindow {
  protected:
   HWND handle = nullptr;
 };
+
+// Shown when an exception escaped a handler; the message that raised it gets the system's default.
+void ReportEscapedException();
+
+// Runs a window or dialog procedure's work so that no exception unwinds into the system's frames.
+template <class T, class Work>
+T GuardedCall(T fallback, Work&& work) noexcept {
+  try {
+    return std::forward<Work>(work)();
+  } catch (...) {
+    ReportEscapedException();
+    return fallback;
+  }
+}

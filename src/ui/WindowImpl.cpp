@@ -43,6 +43,10 @@ LRESULT CWindowImpl::DefaultProc(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 LRESULT CALLBACK CWindowImpl::WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return GuardedCall(LRESULT{0}, [&] { return Dispatch(window, message, wParam, lParam); });
+}
+
+LRESULT CWindowImpl::Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   const auto found = Owners().find(window);
   if (found == Owners().end()) return DefWindowProcW(window, message, wParam, lParam);
   CWindowImpl* self = found->second;

@@ -26,5 +26,6 @@ class CWindowImpl : public CWindow {
 
  private:
   static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   WNDPROC original = nullptr;
 };

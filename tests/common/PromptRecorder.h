@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,28 +15,71 @@ struct AskedMessage {
   UINT type;
 };
 
-// For its lifetime, answers every message box with `answer` and records what was asked, and records
-// process ends instead of ending the test program. The previous prompts come back afterwards.
+// One entry of a pop-up menu as it was shown: command id (0 for a separator or a sub-menu), text and
+// state (MFS_CHECKED, MFS_DISABLED ...); `column` marks an entry that starts a new column.
+struct MenuEntry {
+  UINT id;
+  std::wstring text;
+  UINT state;
+  bool separator;
+  bool column;
+};
+
+struct AskedMenu {
+  std::vector<MenuEntry> entries;
+  POINT at;
+  HWND owner;
+  std::vector<std::wstring> Texts() const;
+  const MenuEntry* Find(UINT id) const;
+};
+
+// What a file chooser was asked: the filter (pairs joined by '|'), initial folder, flags and title.
+struct AskedFile {
+  std::wstring filter;
+  std::wstring initialFolder;
+  DWORD flags;
+  bool save;
+};
+
+// For its lifetime, answers every prompt of the tool and records what was asked; the previous prompts
+// come back afterwards. Answers are queued per kind and taken in order; once a queue is empty:
+// message boxes answer `defaultAnswer`, menus are dismissed (0), colour, file and font choosers are
+// cancelled, the shell's "open" succeeds, the clocks read `now` and `tick`, process ends are recorded.
 class PromptRecorder {
  public:
-  explicit PromptRecorder(int answer = IDOK) {
-    CurrentPrompts().messageBox = [this, answer](HWND owner, const std::wstring& text,
-                                                 const std::wstring& caption, UINT type) {
-      asked.push_back({owner, text, caption, type});
-      return answer;
-    };
-    CurrentPrompts().exitProcess = [this](UINT code) { exitCodes.push_back(code); };
-  }
+  explicit PromptRecorder(int defaultAnswer = IDOK);
   PromptRecorder(const PromptRecorder&) = delete;
   PromptRecorder& operator=(const PromptRecorder&) = delete;
 
-  std::vector<std::wstring> Texts() const {
-    std::vector<std::wstring> texts;
-    for (const AskedMessage& message : asked) texts.push_back(message.text);
-    return texts;
+  std::vector<std::wstring> Texts() const;
+
+  int defaultAnswer;
+  std::deque<int> messageAnswers;
+  // A command, or a function choosing one from the menu shown.
+  std::deque<std::function<int(const AskedMenu&)>> menuAnswers;
+  void AnswerMenu(int command) {
+    menuAnswers.push_back([command](const AskedMenu&) { return command; });
   }
+  std::deque<COLORREF> colorAnswers;
+  // A file chosen (full path); the chooser's side effect on the current directory can be imitated by
+  // `changeDirectoryTo`.
+  std::deque<std::wstring> fileAnswers;
+  std::wstring changeDirectoryTo;
+  struct FontAnswer {
+    LOGFONTW font;
+    int pointSizeTenths;
+  };
+  std::deque<FontAnswer> fontAnswers;
+  bool shellOpenResult = true;
+  SYSTEMTIME now{2024, 5, 3, 17, 12, 30, 0, 0};
+  DWORD tick = 0;
 
   std::vector<AskedMessage> asked;
+  std::vector<AskedMenu> menus;
+  std::vector<COLORREF> colorsAsked;  // the colour each colour chooser opened with
+  std::vector<AskedFile> files;
+  std::vector<LOGFONTW> fontsAsked;
+  std::vector<std::wstring> shellOpened;
   std::vector<UINT> exitCodes;
 
  private:

@@ -9,32 +9,19 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "common/Harness.h"
 #include "common/TestUtil.h"
 #include "display/ColorMenu.h"
 #include "display/ConfColorizeDlg.h"
 #include "display/SelectEdgedTextColor.h"
-#include "ui/FeatureDialogs.h"
-#include "ui/MainDlg.h"
-#include "ui/UiTestUtil.h"
 
 namespace {
 
-// Control ids of both dialogs: a field is edit, swatch and "Select..." in a row.
-constexpr int kTextEdit = 1001, kTextSwatch = 1002, kTextSelect = 1003;
-constexpr int kEdgeEdit = 1005, kEdgeSwatch = 1006;
-
-// Runs a modal dialog, doing `drive` from its initialisation; drive ends it.
-template <typename Dialog, typename Drive>
-INT_PTR RunModal(Dialog& dialog, Drive drive, HWND owner = nullptr) {
-  CDialog::AfterInitHook() = [&](CDialog& opened) { drive(opened); };
-  INT_PTR result = dialog.DoModal(owner);
-  CDialog::AfterInitHook() = nullptr;
-  return result;
-}
-
-void Click(const CDialog& dialog, int id) {
-  SendMessageW(dialog.Item(id), BM_CLICK, 0, 0);
-}
+// Both dialogs number a colour field's edit, swatch and "Select..." alike.
+using Edged = CSelectEdgedTextColor;
+constexpr int kTextEdit = Edged::kTextEdit, kTextSwatch = Edged::kTextSwatch,
+              kTextSelect = Edged::kTextSelect;
+static_assert(CConfColorizeDlg::kEdit == kTextEdit && CConfColorizeDlg::kSwatch == kTextSwatch);
 
 // Asks the dialog to paint a swatch into a bitmap of our own and reads back the colour inside the border.
 COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
@@ -57,8 +44,7 @@ COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
 
 class ColorDialogsTest : public testing::Test {
  protected:
-  void SetUp() override { SetLanguage(kEnglish); }
-  void TearDown() override { SetLanguage(kEnglish); }
+  ScopedLanguage language{kEnglish};
   ScopedPrompts prompts;
 };
 
@@ -128,10 +114,10 @@ TEST_F(ColorDialogsTest, EdgedTextColourOpensWithBothColoursAndOnlyOkTakesTheTyp
     CSelectEdgedTextColor dialog(0x0080FF, 0x312A25);
     INT_PTR result = RunModal(dialog, [&](CDialog& d) {
       EXPECT_EQ(d.GetItemText(kTextEdit), L"#ff8000");
-      EXPECT_EQ(d.GetItemText(kEdgeEdit), L"#252a31");
-      EXPECT_EQ(SwatchColor(d, kEdgeSwatch), 0x312A25u);
+      EXPECT_EQ(d.GetItemText(Edged::kEdgeEdit), L"#252a31");
+      EXPECT_EQ(SwatchColor(d, Edged::kEdgeSwatch), 0x312A25u);
       SetDlgItemTextW(d.Handle(), kTextEdit, L"#000000");
-      SetDlgItemTextW(d.Handle(), kEdgeEdit, L"#ffffff");
+      SetDlgItemTextW(d.Handle(), Edged::kEdgeEdit, L"#ffffff");
       Click(d, button);
     });
     EXPECT_EQ(result, button);
@@ -148,17 +134,17 @@ TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
   };
   const Expected colorize[] = {
       {0, L"Select identified item color", L"鑑定済みアイテムの色の設定"},
-      {1000, L"Color", L"色"},
-      {1003, L"Select...", L"選択..."},
+      {CConfColorizeDlg::kLabel, L"Color", L"色"},
+      {CConfColorizeDlg::kSelect, L"Select...", L"選択..."},
       {IDOK, L"OK", L"OK"},
       {IDCANCEL, L"Cancel", L"キャンセル"},
   };
   const Expected edged[] = {
       {0, L"Config Edged Text Color", L"縁付き文字の色の設定"},
-      {1000, L"Text Color", L"文字の色"},
-      {1003, L"Select...", L"選択..."},
-      {1004, L"Edge Color", L"縁の色"},
-      {1007, L"Select...", L"選択..."},
+      {Edged::kTextLabel, L"Text Color", L"文字の色"},
+      {Edged::kTextSelect, L"Select...", L"選択..."},
+      {Edged::kEdgeLabel, L"Edge Color", L"縁の色"},
+      {Edged::kEdgeSelect, L"Select...", L"選択..."},
       {IDOK, L"OK", L"OK"},
       {IDCANCEL, L"Cancel", L"キャンセル"},
   };
@@ -181,7 +167,7 @@ TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
   };
   TempDir dir;
   for (uint32_t language : {kEnglish, kJapanese}) {
-    SetLanguage(language);
+    ScopedLanguage shown(language);
     CConfColorizeDlg colorizeDlg(dir.File(L"ListColor.qcsv"));
     RunModal(
         colorizeDlg, [&](CDialog& d) { check(d, colorize, language); }, owner.Handle());
@@ -237,43 +223,4 @@ TEST_F(ColorDialogsTest, IdentifiedItemColourDefaultsToDarkBlue) {
   EXPECT_EQ(ReadFileBytes(path),
             "#format,qcsv\r\n#option,IdentifiedItemColor:#0000bf\r\n#column,type,threshold,color\r\n"
             "skill,10,#ff0000\r\n");
-}
-
-TEST_F(ColorDialogsTest, MainDialogConfigButtonOpensTheIdentifiedItemColourOnTheToolsListFile) {
-  TempDir dir;
-  std::wstring tool = dir.File(L"Vrk");
-  CreateDirectoryW(tool.c_str(), nullptr);
-  SetProgramFolder(tool + L"\\VrkConfig.exe");
-  ASSERT_TRUE(
-      WriteFileBytes(tool + L"\\ListColor.qcsv", "#format,qcsv\r\n#option,IdentifiedItemColor:#123456\r\n"));
-  // The same registration as the program's start-up.
-  SetFeatureDialog(L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog);
-
-  CMainDlg main;
-  ASSERT_TRUE(main.Create(nullptr));
-  ListView_SetItemState(main.Item(CMainDlg::kCategoryListId), 1, LVIS_SELECTED | LVIS_FOCUSED,
-                        LVIS_SELECTED | LVIS_FOCUSED);
-  const auto rows = MainCategories()[1].rows;
-  int row = 0;
-  while (row < static_cast<int>(rows.size()) && std::wstring(rows[row].key) != L"enColorizeIdentifiedItem")
-    ++row;
-  ASSERT_LT(row, static_cast<int>(rows.size()));
-  HWND button = main.Item(CMainDlg::kFirstConfigId + row);
-  ASSERT_TRUE(button && IsWindowEnabled(button));
-
-  int opened = 0;
-  CDialog::AfterInitHook() = [&](CDialog& d) {
-    ++opened;
-    EXPECT_EQ(d.GetText(), L"Select identified item color");
-    EXPECT_EQ(GetWindow(d.Handle(), GW_OWNER), main.Handle());
-    EXPECT_EQ(d.GetItemText(kTextEdit), L"#123456");
-    SetDlgItemTextW(d.Handle(), kTextEdit, L"#abcdef");
-    Click(d, IDOK);
-  };
-  SendMessageW(button, BM_CLICK, 0, 0);
-  CDialog::AfterInitHook() = nullptr;
-  ClearFeatureDialogs();
-  EXPECT_EQ(opened, 1);
-  EXPECT_EQ(ReadFileBytes(tool + L"\\ListColor.qcsv"),
-            "#format,qcsv\r\n#option,IdentifiedItemColor:#abcdef\r\n#column\r\n");
 }

@@ -6,9 +6,9 @@
 
 #include "app/QcsvDocument.h"
 #include "app/Strings.h"
+#include "common/Harness.h"
 #include "ui/EditStringDlg.h"
 #include "ui/SizingDialog.h"
-#include "ui/UiTestUtil.h"
 
 namespace {
 
@@ -122,24 +122,23 @@ TEST(EditStringDlg, OpensSelectedOrAtTheEndOkCutsAt256CancelAndEscapeKeepTheText
   for (const auto& c : cases) {
     SCOPED_TRACE(c.action);
     CEditStringDlg editor(L"kept", c.selectAll);
-    AfterInitGuard guard;
-    CDialog::AfterInitHook() = [&](CDialog& dialog) {
-      HWND edit = dialog.Item(1000);
+    const INT_PTR result = RunModal(editor, [&](CDialog& dialog) {
+      HWND edit = dialog.Item(CEditStringDlg::kEdit);
       DWORD start = 99, end = 99;
       SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
       EXPECT_EQ(start, c.selectAll ? 0u : 4u);
       EXPECT_EQ(end, 4u);
       EXPECT_EQ(GetFocus(), edit);
-      dialog.SetItemText(1000, std::wstring(300, L'x'));
+      dialog.SetItemText(CEditStringDlg::kEdit, std::wstring(300, L'x'));
       if (c.action == kEscape) {
         // The dialog manager turns Escape into IDCANCEL.
         MSG message{edit, WM_KEYDOWN, VK_ESCAPE, 0, 0, {}};
         IsDialogMessageW(dialog.Handle(), &message);
       } else {
-        SendMessageW(dialog.Item(c.action == kOk ? IDOK : IDCANCEL), BM_CLICK, 0, 0);
+        Click(dialog, c.action == kOk ? IDOK : IDCANCEL);
       }
-    };
-    EXPECT_EQ(editor.DoModal(nullptr), c.result);
+    });
+    EXPECT_EQ(result, c.result);
     EXPECT_EQ(editor.text, c.text);
   }
 }

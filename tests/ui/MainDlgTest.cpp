@@ -7,13 +7,14 @@
 #include <string>
 #include <vector>
 
+#include "FeatureTable.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
+#include "common/Harness.h"
 #include "common/PromptRecorder.h"
 #include "ui/AboutDlg.h"
 #include "ui/FeatureDialogs.h"
 #include "ui/MainDlg.h"
-#include "ui/UiTestUtil.h"
 
 namespace {
 
@@ -22,46 +23,24 @@ void SelectCategory(CMainDlg& dialog, int index) {
                         LVIS_SELECTED | LVIS_FOCUSED);
 }
 
-void Click(CMainDlg& dialog, int id) {
-  SendMessageW(dialog.Item(id), BM_CLICK, 0, 0);
+// Every row of the tool's own table has a dialog here that only counts its openings.
+std::vector<FeatureDialog> CountingFeatures(std::span<const FeatureDialog> table, void (*open)(HWND)) {
+  std::vector<FeatureDialog> features(table.begin(), table.end());
+  for (FeatureDialog& feature : features) feature.open = open;
+  return features;
 }
 
-void ChooseLanguage(CMainDlg& dialog, int item) {
-  HWND combo = dialog.Item(CMainDlg::kLanguageId);
-  SendMessageW(combo, CB_SETCURSEL, item, 0);
-  dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kLanguageId, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+std::vector<HWND> openedBy;
+void RecordOpening(HWND owner) {
+  openedBy.push_back(owner);
 }
-
-// The extension's window as the running game has it: found by class and title, flags at byte 8.
-struct ExtensionWindow {
-  ExtensionWindow() {
-    WNDCLASSEXW windowClass{};
-    windowClass.cbSize = sizeof(windowClass);
-    windowClass.lpfnWndProc = DefWindowProcW;
-    windowClass.lpszClassName = kExtensionWindowClass;
-    windowClass.cbWndExtra = 12;
-    RegisterClassExW(&windowClass);
-    window = CreateWindowExW(0, kExtensionWindowClass, L"Morva Extender", WS_OVERLAPPED, 0, 0, 10, 10,
-                             nullptr, nullptr, nullptr, nullptr);
-    SetWindowLongW(window, 8, 0x100);
-  }
-  ~ExtensionWindow() { DestroyWindow(window); }
-  HWND window;
-};
 
 class MainDlgTest : public ::testing::Test {
  protected:
-  void SetUp() override {
-    SetLanguage(kEnglish);
-    ClearFeatureDialogs();
-  }
-  void TearDown() override {
-    ClearFeatureDialogs();
-    TakeQuitCode();
-  }
+  void TearDown() override { TakeQuitCode(); }
 
-  LanguageGuard languageGuard;
   InstalledTool tool;
+  std::vector<FeatureDialog> features = CountingFeatures(FeatureTable(), RecordOpening);
 };
 
 // Opens as an ordinary dialog on the first category, ticks as stored and the game location as it
@@ -70,7 +49,7 @@ TEST_F(MainDlgTest, OpensOnTheFirstCategoryAndATickSurvivesSwitchingCategoryAndB
   GlobalSettings().enItemInfo = 1;
   ASSERT_TRUE(WriteFileBytes(tool.Game() + L"\\Morva.exe", "MZ"));
   GlobalSettings().wstrMorva = L"D:\\elsewhere\\morva.exe";
-  CMainDlg dialog;
+  CMainDlg dialog(features);
   ASSERT_TRUE(dialog.Create(nullptr));
   wchar_t className[32]{};
   GetClassNameW(dialog.Handle(), className, static_cast<int>(std::size(className)));
@@ -103,14 +82,14 @@ TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndCancelLeavesTheFileByteIdent
   const std::string original = "[MorvaExtender_v5]\r\niLanguage=0\r\nenLabel=1\r\n";
   ASSERT_TRUE(WriteFileBytes(tool.IniPath(), original));
   GlobalSettings().Load();
-  CMainDlg dialog;
+  CMainDlg dialog(features);
   ASSERT_TRUE(dialog.Create(nullptr));
   SelectCategory(dialog, 1);
   Click(dialog, CMainDlg::kFirstCheckId + 2);  // enListExtender on
   Click(dialog, CMainDlg::kFirstCheckId);      // enLabel off
   const auto rows = MainCategories()[1].rows;
 
-  ChooseLanguage(dialog, 1);
+  Choose(dialog, CMainDlg::kLanguageId, 1);
   EXPECT_EQ(Language(), kJapanese);
   EXPECT_EQ(dialog.ShownCategory(), 1);
   EXPECT_EQ(dialog.GetText(), L"Morva Extender 設定");
@@ -123,12 +102,12 @@ TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndCancelLeavesTheFileByteIdent
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstConfigId), L"設定");
   EXPECT_EQ(GlobalSettings().iLanguage, 0);
 
-  ChooseLanguage(dialog, 0);
+  Choose(dialog, CMainDlg::kLanguageId, 0);
   EXPECT_EQ(dialog.GetText(), L"Morva Extender Config");
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + 2), L"Format item/skill/magic list");
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 2));
   EXPECT_FALSE(dialog.IsChecked(CMainDlg::kFirstCheckId));
-  ChooseLanguage(dialog, 1);
+  Choose(dialog, CMainDlg::kLanguageId, 1);
   HWND window = dialog.Handle();
   Click(dialog, IDCANCEL);
   EXPECT_FALSE(IsWindow(window));
@@ -137,13 +116,13 @@ TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndCancelLeavesTheFileByteIdent
 }
 
 TEST_F(MainDlgTest, OkWritesEveryFieldAndTheLanguageAndTellsTheExtension) {
-  ExtensionWindow extension;
-  CMainDlg dialog;
+  ExtensionWindow extension(0x100);
+  CMainDlg dialog(features);
   ASSERT_TRUE(dialog.Create(nullptr));
   Click(dialog, CMainDlg::kFirstCheckId);  // enLogExtender
   SelectCategory(dialog, 5);
   Click(dialog, CMainDlg::kFirstCheckId + 1);  // enMusicExtender_SupressRestart
-  ChooseLanguage(dialog, 1);
+  Choose(dialog, CMainDlg::kLanguageId, 1);
   dialog.SetItemText(CMainDlg::kGameLocationId, L"C:\\Games\\Morva\\morva.exe");
   Click(dialog, IDOK);
   EXPECT_EQ(TakeQuitCode(), 1);
@@ -157,26 +136,29 @@ TEST_F(MainDlgTest, OkWritesEveryFieldAndTheLanguageAndTellsTheExtension) {
                 read(L"enLabel"),
             L"1110");
   EXPECT_EQ(read(L"wstrMorva"), L"C:\\Games\\Morva\\morva.exe");
-  EXPECT_EQ(GetWindowLongW(extension.window, 8), 0x101);
+  EXPECT_EQ(extension.Mask(), 0x101u);
 }
 
-TEST_F(MainDlgTest, ConfigButtonsOpenRegisteredDialogsAndAreDisabledOtherwise) {
-  std::vector<HWND> opened;
-  SetFeatureDialog(L"enLabel", [&](HWND owner) { opened.push_back(owner); });
-  CMainDlg dialog;
+TEST_F(MainDlgTest, ConfigButtonsOpenTheirDialogsAndAreDisabledWithoutOne) {
+  // enLabel, enEnchantFinder and enListExtender have settings dialogs; only the first is built here.
+  std::vector<FeatureDialog> partial = CountingFeatures(FeatureTable(), nullptr);
+  for (FeatureDialog& feature : partial) {
+    if (std::wstring_view(feature.key) == L"enLabel") feature.open = RecordOpening;
+  }
+  openedBy.clear();
+  CMainDlg dialog(partial);
   ASSERT_TRUE(dialog.Create(nullptr));
   SelectCategory(dialog, 1);
-  // enLabel, enEnchantFinder and enListExtender have settings dialogs; only the first is registered.
   for (int i = 0; i < 3; ++i)
     EXPECT_EQ(IsWindowEnabled(dialog.Item(CMainDlg::kFirstConfigId + i)) != FALSE, i == 0) << i;
   dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kFirstConfigId, BN_CLICKED));
   dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kFirstConfigId + 1, BN_CLICKED));
-  EXPECT_EQ(opened, std::vector<HWND>{dialog.Handle()});
+  EXPECT_EQ(openedBy, std::vector<HWND>{dialog.Handle()});
 }
 
 TEST_F(MainDlgTest, GameSearchFindsTheProgramBesideTheToolOrSaysItIsMissing) {
   PromptRecorder recorder;
-  CMainDlg dialog;
+  CMainDlg dialog(features);
   ASSERT_TRUE(dialog.Create(nullptr));
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kGameLocationId), L"");
   Click(dialog, CMainDlg::kSearchGameId);
@@ -205,13 +187,10 @@ TEST_F(MainDlgTest, EveryCategoryShowsItsRowsAndEveryTextFitsInBothLanguages) {
                                           L"enDateFormat",    L"enScreenshot",    L"enQuickSearch",
                                           L"enMusicExtender", L"enCustomRealDate"};
   ASSERT_EQ(MainCategories().size(), std::size(rowCounts));
-  for (const auto& category : MainCategories()) {
-    for (const auto& row : category.rows) SetFeatureDialog(row.key, [](HWND) {});
-  }
   std::set<std::wstring> keys;
   for (uint32_t language : {kEnglish, kJapanese}) {
-    SetLanguage(language);
-    CMainDlg dialog;
+    ScopedLanguage shown(language);
+    CMainDlg dialog(features);
     ASSERT_TRUE(dialog.Create(nullptr));
     for (int c = 0; c < static_cast<int>(std::size(rowCounts)); ++c) {
       SelectCategory(dialog, c);
@@ -247,9 +226,8 @@ TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialogInEitherLanguage) {
     opened.push_back(target);
     return true;
   };
-  CMainDlg dialog;
+  CMainDlg dialog(features);
   ASSERT_TRUE(dialog.Create(nullptr));
-  AfterInitGuard guard;
   std::vector<std::wstring> titles;
   CDialog::AfterInitHook() = [&](CDialog& about) {
     titles.push_back(about.GetText());
@@ -261,11 +239,12 @@ TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialogInEitherLanguage) {
     SendMessageW(about.Item(IDOK), BM_CLICK, 0, 0);
   };
   dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand);
-  ChooseLanguage(dialog, 1);
+  Choose(dialog, CMainDlg::kLanguageId, 1);
   wchar_t item[128]{};
   GetMenuStringW(GetSystemMenu(dialog.Handle(), FALSE), CMainDlg::kAboutCommand, item, 128, MF_BYCOMMAND);
   EXPECT_STREQ(item, L"Morva Extenderのバージョン情報");
   dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand);
+  CDialog::AfterInitHook() = nullptr;
   EXPECT_EQ(titles, (std::vector<std::wstring>{L"About Morva Extender", L"Morva Extenderのバージョン情報"}));
   EXPECT_EQ(opened, (std::vector<std::wstring>{kSiteUrl, kSiteUrl}));
 }

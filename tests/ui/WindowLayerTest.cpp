@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "app/Strings.h"
+#include "common/Harness.h"
 #include "ui/MessageLoop.h"
-#include "ui/UiTestUtil.h"
 #include "ui/WindowImpl.h"
 
 namespace {
@@ -66,7 +66,7 @@ std::wstring FaceOf(HFONT font) {
 // Every control comes with its class, id, place and text in the language it opens in, a relabel
 // afterwards gives every text and font of the other language, and each control follows its anchors.
 TEST(DialogTemplate, CreatesEveryControlRelabelsInTheOtherLanguageAndFollowsAnchors) {
-  LanguageGuard guard;
+  ScopedLanguage guard(Language());
   const wchar_t* classes[] = {L"Static",   L"Edit",          L"ListBox", L"ScrollBar",
                               L"ComboBox", L"SysListView32", L"Button",  L"Button"};
   for (uint32_t language : {kEnglish, kJapanese}) {

@@ -1,0 +1,135 @@
+#include "common/Harness.h"
+
+#include "app/Paths.h"
+#include "app/Settings.h"
+#include "app/Strings.h"
+
+namespace {
+
+std::wstring CurrentProgramFile() {
+  return Paths().programFolder.empty() ? std::wstring() : Paths().programFolder + L"\\VrkConfig.exe";
+}
+
+void PointFoldersAt(const std::wstring& programFile) {
+  SetProgramFolder(programFile);
+  DeriveGamePaths();
+}
+
+}  // namespace
+
+InstalledTool::InstalledTool() : savedProgramFile(CurrentProgramFile()) {
+  CreateDirectoryW(Game().c_str(), nullptr);
+  CreateDirectoryW(Tool().c_str(), nullptr);
+  PointFoldersAt(Tool() + L"\\VrkConfig.exe");
+  Settings& settings = GlobalSettings();
+  settings.Clear();
+  settings.section = kSettingsSection;
+  settings.path = IniPath();
+}
+
+InstalledTool::~InstalledTool() {
+  GlobalSettings().Clear();
+  GlobalSettings().path.clear();
+  if (!savedProgramFile.empty()) PointFoldersAt(savedProgramFile);
+}
+
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive, HWND owner) {
+  return RunModal(dialog, drive, nullptr, owner);
+}
+
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
+                 const std::function<void(CDialog&)>& nested, HWND owner) {
+  auto& hook = CDialog::AfterInitHook();
+  const auto saved = hook;
+  hook = [&](CDialog& opened) {
+    if (&opened == &dialog) {
+      drive(opened);
+    } else if (nested) {
+      nested(opened);
+    } else {
+      ADD_FAILURE() << "a dialog opened that the test does not drive";
+      opened.EndDialog(IDCANCEL);
+    }
+  };
+  const INT_PTR result = dialog.DoModal(owner);
+  hook = saved;
+  return result;
+}
+
+void Click(const CWindow& dialog, int id) {
+  SendMessageW(dialog.Item(id), BM_CLICK, 0, 0);
+}
+
+void Type(const CWindow& dialog, int id, std::wstring_view text) {
+  dialog.SetItemText(id, text);
+}
+
+void Choose(const CWindow& dialog, int id, int item) {
+  HWND combo = dialog.Item(id);
+  SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(item), 0);
+  dialog.Send(WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
+}
+
+ExtensionWindow::ExtensionWindow(uint32_t initialMask, HWND game) {
+  WNDCLASSEXW windowClass{};
+  windowClass.cbSize = sizeof(windowClass);
+  windowClass.lpfnWndProc = DefWindowProcW;
+  windowClass.lpszClassName = kExtensionWindowClass;
+  windowClass.cbWndExtra = 16;
+  RegisterClassExW(&windowClass);
+  window = CreateWindowExW(0, kExtensionWindowClass, strProductName.English(), WS_OVERLAPPED, 0, 0, 10, 10,
+                           nullptr, nullptr, nullptr, nullptr);
+  SetWindowLongPtrW(window, 0, reinterpret_cast<LONG_PTR>(game));
+  SetWindowLongW(window, 8, static_cast<LONG>(initialMask));
+}
+
+ExtensionWindow::~ExtensionWindow() {
+  DestroyWindow(window);
+}
+
+uint32_t ExtensionWindow::Mask() const {
+  return static_cast<uint32_t>(GetWindowLongW(window, 8));
+}
+
+int TakeQuitCode() {
+  MSG message{};
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    if (message.message == WM_QUIT) return static_cast<int>(message.wParam);
+    DispatchMessageW(&message);
+  }
+  return -1;
+}
+
+void ExpectTextFits(HWND control) {
+  wchar_t className[32]{}, text[512]{};
+  GetClassNameW(control, className, static_cast<int>(std::size(className)));
+  GetWindowTextW(control, text, static_cast<int>(std::size(text)));
+  RECT client{}, needed{};
+  GetClientRect(control, &client);
+  HDC dc = GetDC(control);
+  HGDIOBJ old = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0)));
+  DrawTextW(dc, text, -1, &needed, DT_CALCRECT | DT_SINGLELINE | DT_NOPREFIX);
+  SelectObject(dc, old);
+  ReleaseDC(control, dc);
+  int room = client.right;
+  if (lstrcmpiW(className, L"Button") == 0) {
+    const LONG kind = GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK;
+    const bool box = kind == BS_AUTOCHECKBOX || kind == BS_CHECKBOX || kind == BS_AUTORADIOBUTTON ||
+                     kind == BS_RADIOBUTTON || kind == BS_AUTO3STATE;
+    // A check box or radio button gives its box and a gap; a push button its frame and some air.
+    room -= box ? GetSystemMetrics(SM_CXMENUCHECK) + 4 : 8;
+  }
+  EXPECT_LE(needed.right - needed.left, room) << "text does not fit: " << Utf8(text);
+}
+
+void ExpectTextsFit(const CDialog& dialog) {
+  for (const ControlDef& control : dialog.Controls()) {
+    if (!control.text) continue;
+    const bool label = control.cls.atom == Ctl::Static.atom && control.cls.name == nullptr;
+    const bool button = control.cls.atom == Ctl::Button.atom && control.cls.name == nullptr;
+    // Group boxes frame their text and labels taller than a line wrap it: their pictures show them.
+    if (button && (control.style & BS_TYPEMASK) == BS_GROUPBOX) continue;
+    if (label && ((control.style & SS_TYPEMASK) == SS_OWNERDRAW || control.cy > 14)) continue;
+    if (label || button) ExpectTextFits(dialog.Item(control.id));
+  }
+}

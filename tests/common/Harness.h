@@ -1,0 +1,88 @@
+#pragma once
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "app/TextPair.h"
+#include "common/PromptRecorder.h"
+#include "common/TestUtil.h"
+#include "ui/Dialog.h"
+
+// The test harness: guards that put the process-wide state back on every exit path, a scoped modal
+// run, clicks and texts, the stand-in extension window, and (PromptRecorder.h) the prompt recorder.
+
+// Sets the language for a scope and puts the previous one back.
+class ScopedLanguage {
+ public:
+  explicit ScopedLanguage(uint32_t language) : saved(Language()) { SetLanguage(language); }
+  ~ScopedLanguage() { SetLanguage(saved); }
+  ScopedLanguage(const ScopedLanguage&) = delete;
+  ScopedLanguage& operator=(const ScopedLanguage&) = delete;
+
+ private:
+  uint32_t saved;
+};
+
+// A game folder with the tool's folder in it (game\Vrk) in a temporary folder, the program folder and
+// every derived folder pointed there, and the settings record cleared and pointed at game\Vrk\Vrk.ini.
+// The folders, the settings and the language (English) are put back afterwards.
+class InstalledTool {
+ public:
+  InstalledTool();
+  ~InstalledTool();
+  InstalledTool(const InstalledTool&) = delete;
+  InstalledTool& operator=(const InstalledTool&) = delete;
+
+  std::wstring Game() const { return dir.File(L"game"); }
+  std::wstring Tool() const { return Game() + L"\\Vrk"; }
+  std::wstring IniPath() const { return Tool() + L"\\Vrk.ini"; }
+  // A file in the tool's folder (the list files live there).
+  std::wstring ToolFile(std::wstring_view name) const { return Tool() + L"\\" + std::wstring(name); }
+
+ private:
+  TempDir dir;
+  std::wstring savedProgramFile;
+  ScopedLanguage language{kEnglish};
+};
+
+// Runs a dialog modally; `drive` is called once it is initialised and must end it (click OK or Cancel).
+// Dialogs the drive opens in turn (item dialogs) reach `nested`, in order, when given.
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive, HWND owner = nullptr);
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
+                 const std::function<void(CDialog&)>& nested, HWND owner = nullptr);
+
+// Clicks a button of a dialog (BM_CLICK, as the user's click does).
+void Click(const CWindow& dialog, int id);
+// Types into an edit: sets its text, as EN_UPDATE/EN_CHANGE follow.
+void Type(const CWindow& dialog, int id, std::wstring_view text);
+// Chooses an item of a drop-down list and tells the dialog as a user's choice does.
+void Choose(const CWindow& dialog, int id, int item);
+
+// The extension's user-interface window as the running game has it: class "MorvaExtenderUI", title
+// "Morva Extender", the game window's handle at byte 0 and the change mask at byte 8.
+class ExtensionWindow {
+ public:
+  explicit ExtensionWindow(uint32_t initialMask = 0, HWND game = nullptr);
+  ~ExtensionWindow();
+  ExtensionWindow(const ExtensionWindow&) = delete;
+  ExtensionWindow& operator=(const ExtensionWindow&) = delete;
+
+  HWND Handle() const { return window; }
+  uint32_t Mask() const;
+
+ private:
+  HWND window;
+};
+
+// The quit code the thread's queue holds, or -1 when no quit message was posted.
+int TakeQuitCode();
+
+// Whether a label, button or check box shows its whole text on one line in its own font.
+void ExpectTextFits(HWND control);
+// The same for every static, button and check box of a dialog that has a text.
+void ExpectTextsFit(const CDialog& dialog);
