@@ -94,12 +94,13 @@ double Median(std::vector<double> values) {
 
 struct Step {
   std::string name;
-  std::vector<double> times;  // since the process was created, one per run
+  std::vector<double> ends;       // since the process was created, one per run
+  std::vector<double> durations;  // since the step before, one per run
 };
 
 // Starts the marked copy of the tool again and again and collects, for each step in the order the
-// program reaches them, the time since its process was created; "dialog seen" is when this benchmark
-// found the dialog on screen. Empty on failure.
+// program reaches them, when it ended and how long it took; the last step ends when this benchmark
+// finds the dialog on screen. Empty on failure.
 std::vector<Step> TimeSteps(const std::wstring& program, const std::wstring& marksFile) {
   SetEnvironmentVariableW(L"VRK_STARTUP_STEPS_FILE", marksFile.c_str());
   std::vector<Step> steps;
@@ -119,10 +120,13 @@ std::vector<Step> TimeSteps(const std::wstring& program, const std::wstring& mar
     }
     reached.emplace_back("dialog seen by the benchmark", shown);
     if (run == 0) {
-      for (const auto& [step, time] : reached) steps.push_back({step, {}});
+      for (const auto& [step, time] : reached) steps.push_back({step, {}, {}});
     }
     if (reached.size() != steps.size()) return {};
-    for (size_t i = 0; i < reached.size(); ++i) steps[i].times.push_back(reached[i].second);
+    for (size_t i = 0; i < reached.size(); ++i) {
+      steps[i].ends.push_back(reached[i].second);
+      steps[i].durations.push_back(reached[i].second - (i ? reached[i - 1].second : 0));
+    }
   }
   SetEnvironmentVariableW(L"VRK_STARTUP_STEPS_FILE", nullptr);
   DeleteFileW(marksFile.c_str());
@@ -183,11 +187,10 @@ int wmain() {
     std::printf("startup: the marked copy of the tool gave no steps\n");
     return 1;
   }
-  double previous = 0;
+  std::printf("startup-steps: medians of %d starts of the marked copy of the tool\n", kStepRuns);
   for (const Step& step : steps) {
-    const double at = Median(step.times);
-    std::printf("startup-step: %6.1f ms  +%5.1f  %s\n", at, at - previous, step.name.c_str());
-    previous = at;
+    std::printf("startup-step: %5.1f ms, done at %6.1f ms: %s\n", Median(step.durations), Median(step.ends),
+                step.name.c_str());
   }
   DeleteFileW((tool + L"\\Vrk.ini").c_str());
   return 0;

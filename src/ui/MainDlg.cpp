@@ -328,19 +328,19 @@ void CMainDlg::CreateRows() {
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, nullptr);
     SendMessageW(check, WM_SETFONT, font, FALSE);
     const int32_t* field = FieldOf(row);
-    CheckButton(id, field && *field != 0);
+    SendMessageW(check, BM_SETCHECK, field && *field != 0 ? BST_CHECKED : BST_UNCHECKED, 0);
     SetWindowPos(check, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = check;
     if (!feature) continue;
 
     const int buttonId = kFirstConfigId + static_cast<int>(i);
     place = DialogUnitsToPixels(kConfigLeft, top, kConfigWidth, kRowHeight + 2);
-    HWND button =
-        CreateWindowExW(0, L"Button", Text(strConfig), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON,
-                        place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
-                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
+    const DWORD disabled = feature->open ? 0 : WS_DISABLED;
+    HWND button = CreateWindowExW(0, L"Button", Text(strConfig),
+                                  WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON | disabled, place.left,
+                                  place.top, place.right - place.left, place.bottom - place.top, handle,
+                                  reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
     SendMessageW(button, WM_SETFONT, font, FALSE);
-    EnableWindow(button, feature->open != nullptr);
     SetWindowPos(button, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = button;
   }
