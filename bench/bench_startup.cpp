@@ -162,9 +162,13 @@ int wmain() {
   TimeOneStart(vrkConfig);
   TimeOneStart(floor);
   std::vector<double> toolTimes, floorTimes;
+  // Each run swaps which goes first, so that neither always follows the other's exit.
   for (int run = 0; run < kRuns; ++run) {
-    const double toolTime = TimeOneStart(vrkConfig);
-    const double floorTime = TimeOneStart(floor);
+    const bool toolFirst = run % 2 == 0;
+    const double firstTime = TimeOneStart(toolFirst ? vrkConfig : floor);
+    const double secondTime = TimeOneStart(toolFirst ? floor : vrkConfig);
+    const double toolTime = toolFirst ? firstTime : secondTime;
+    const double floorTime = toolFirst ? secondTime : firstTime;
     if (toolTime < 0 || floorTime < 0) {
       std::printf("startup: a program did not show its dialog\n");
       return 1;
