@@ -56,6 +56,19 @@ INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
   return result;
 }
 
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
+                 std::vector<std::function<void(CDialog&)>> answers, HWND owner) {
+  size_t next = 0;
+  return RunModal(
+      dialog, drive,
+      [&](CDialog& opened) {
+        if (next < answers.size()) return answers[next++](opened);
+        ADD_FAILURE() << "one dialog more than the test answers: " << Utf8(opened.GetText());
+        opened.EndDialog(IDCANCEL);
+      },
+      owner);
+}
+
 void Click(const CWindow& dialog, int id) {
   SendMessageW(dialog.Item(id), BM_CLICK, 0, 0);
 }
