@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int kRuns = 21;
+constexpr int kRuns = 31;
 constexpr int kStepRuns = 11;
 
 std::wstring FolderOf(const std::wstring& path) {
