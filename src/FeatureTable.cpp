@@ -8,11 +8,13 @@
 #include "display/ConfScreenshotDlg.h"
 #include "display/ConfStockDlg.h"
 #include "display/ConfWeightGraphDlg.h"
+#include "music/ConfBGMExDlg.h"
 
 namespace {
 
 // The rows of the main dialog that carry a "Config" button, in the order the main dialog lists them. A
 // row whose dialog is not built yet has no function and shows its button disabled.
+// clang-format off
 constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", nullptr},
     {L"enLabel", nullptr},
@@ -26,9 +28,10 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enDateFormat", OpenDateFormatDialog},
     {L"enScreenshot", OpenScreenshotDialog},
     {L"enQuickSearch", nullptr},
-    {L"enMusicExtender", nullptr},
+    {L"enMusicExtender", OpenMusicExtenderDialog},
     {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
+// clang-format on
 
 }  // namespace
 
