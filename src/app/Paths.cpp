@@ -13,6 +13,20 @@ AppPaths& MutablePaths() {
   return paths;
 }
 
+// The platform's path combining. Since Windows 8 kernelbase has it and shlwapi only forwards there,
+// so start-up need not load shlwapi and the libraries it pulls in; older systems take it from shlwapi.
+template <typename Function>
+Function PathCombiner(const char* name) {
+  FARPROC found = nullptr;
+  if (HMODULE kernel = GetModuleHandleW(L"kernelbase.dll")) found = GetProcAddress(kernel, name);
+  if (!found) {
+    if (HMODULE shell = LoadLibraryExW(L"shlwapi.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) {
+      found = GetProcAddress(shell, name);
+    }
+  }
+  return reinterpret_cast<Function>(reinterpret_cast<void*>(found));
+}
+
 }  // namespace
 
 const AppPaths& Paths() {
@@ -25,14 +39,16 @@ std::wstring FolderOf(std::wstring_view path) {
 }
 
 std::wstring CombinePath(std::wstring_view folder, std::wstring_view name) {
+  static const auto combine = PathCombiner<decltype(&PathCombineW)>("PathCombineW");
   wchar_t combined[MAX_PATH]{};
-  if (!PathCombineW(combined, std::wstring(folder).c_str(), std::wstring(name).c_str())) return {};
+  if (!combine || !combine(combined, std::wstring(folder).c_str(), std::wstring(name).c_str())) return {};
   return combined;
 }
 
 std::string CombinePath(std::string_view folder, std::string_view name) {
+  static const auto combine = PathCombiner<decltype(&PathCombineA)>("PathCombineA");
   char combined[MAX_PATH]{};
-  if (!PathCombineA(combined, std::string(folder).c_str(), std::string(name).c_str())) return {};
+  if (!combine || !combine(combined, std::string(folder).c_str(), std::string(name).c_str())) return {};
   return combined;
 }
 

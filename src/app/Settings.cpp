@@ -35,14 +35,20 @@ void Settings::PrepareForLoad() {
 }
 
 void Settings::Load() {
+  // A missing file reads as all defaults, so its reads, each a failed look-up, are skipped (a bare
+  // name is looked for in the Windows folder, so only a path is checked).
+  const bool missing =
+      path.find(L'\\') != std::wstring::npos && GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES;
   for (const Key& key : keys) {
     const KeyKind kind = KindOfKey(key.name);
     if (kind == KeyKind::Text) {
       wchar_t buffer[256] = {};
-      GetPrivateProfileStringW(section.c_str(), key.name.c_str(), L"", buffer, std::size(buffer),
-                               path.c_str());
+      if (!missing) {
+        GetPrivateProfileStringW(section.c_str(), key.name.c_str(), L"", buffer, std::size(buffer),
+                                 path.c_str());
+      }
       *static_cast<std::wstring*>(key.field) = buffer;
-    } else if (kind != KeyKind::None) {
+    } else if (kind != KeyKind::None && !missing) {
       auto* field = static_cast<int32_t*>(key.field);
       *field = static_cast<int32_t>(
           GetPrivateProfileIntW(section.c_str(), key.name.c_str(), *field, path.c_str()));

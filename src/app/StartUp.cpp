@@ -3,6 +3,7 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Settings.h"
+#include "app/StartUpSteps.h"
 #include "app/Strings.h"
 
 namespace {
@@ -21,6 +22,7 @@ HWND FindRunningInstance() {
 
 bool ActivateRunningInstance() {
   HWND running = FindRunningInstance();
+  STARTUP_STEP("running instance looked for");
   if (!running) return false;
   SetForegroundWindow(running);
   return true;
@@ -47,6 +49,7 @@ bool PrepareFolders(std::wstring_view programFile) {
     ShowMessage(nullptr, Text(strNotInstalled), kDefaultCaption, MB_OK);
     return false;
   }
+  STARTUP_STEP("folders prepared");
   return true;
 }
 
@@ -58,4 +61,5 @@ void LoadSettingsAndLanguage(LCID userLocale) {
   settings.ApplyDefaultsAfterLoad(userLocale);
   SetLanguage(static_cast<uint32_t>(settings.iLanguage));
   SetBuildDateText(FormatBuildDate(Language()));
+  STARTUP_STEP("settings and language loaded");
 }

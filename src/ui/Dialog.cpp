@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "app/StartUpSteps.h"
 #include "app/Strings.h"
 
 namespace {
@@ -43,7 +44,9 @@ INT_PTR CDialog::DoModal(HWND owner) {
 bool CDialog::Create(HWND owner) {
   modal = false;
   RegisterControlClasses();
+  STARTUP_STEP("control classes registered");
   const std::vector<WORD> dialogTemplate = BuildDialogTemplate(definition, controls);
+  STARTUP_STEP("template built");
   return CreateDialogIndirectParamW(GetModuleHandleW(nullptr),
                                     reinterpret_cast<const DLGTEMPLATE*>(dialogTemplate.data()), owner,
                                     &CDialog::DialogProc, reinterpret_cast<LPARAM>(this)) != nullptr;

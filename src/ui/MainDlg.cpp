@@ -11,6 +11,7 @@
 #include "app/Prompt.h"
 #include "app/Settings.h"
 #include "app/StartUp.h"
+#include "app/StartUpSteps.h"
 #include "app/Strings.h"
 #include "ui/AboutDlg.h"
 #include "ui/FeatureDialogs.h"
@@ -146,21 +147,26 @@ int32_t* FieldOf(const OptionRow& row) {
   return GlobalSettings().IntField(row.key);
 }
 
-// A round mark in the category's colour, drawn for the screen's resolution.
-void AddCategoryIcon(HIMAGELIST list, int size, COLORREF color) {
+// A round mark per category in its colour, drawn for the screen's resolution. The marks are drawn
+// side by side in one bitmap, which the image list cuts into its images in one call.
+void AddCategoryIcons(HIMAGELIST list, int size) {
+  const int count = static_cast<int>(std::size(kCategories));
   HDC screen = GetDC(nullptr);
-  BitmapHandle image(CreateCompatibleBitmap(screen, size, size));
+  BitmapHandle image(CreateCompatibleBitmap(screen, size * count, size));
   ReleaseDC(nullptr, screen);
   {
     MemoryDC canvas(image.Get());
-    RECT all{0, 0, size, size};
+    RECT all{0, 0, size * count, size};
     BrushHandle background(CreateSolidBrush(kIconMask));
     FillRect(canvas.Get(), &all, background.Get());
-    BrushHandle fill(CreateSolidBrush(color));
-    HGDIOBJ oldBrush = SelectObject(canvas.Get(), fill.Get());
+    HGDIOBJ oldBrush = SelectObject(canvas.Get(), GetStockObject(DC_BRUSH));
     HGDIOBJ oldPen = SelectObject(canvas.Get(), GetStockObject(NULL_PEN));
     const int inset = std::max(1, size / 8);
-    Ellipse(canvas.Get(), inset, inset, size - inset + 1, size - inset + 1);
+    for (int i = 0; i < count; ++i) {
+      SetDCBrushColor(canvas.Get(), kCategories[i].iconColor);
+      const int left = i * size;
+      Ellipse(canvas.Get(), left + inset, inset, left + size - inset + 1, size - inset + 1);
+    }
     SelectObject(canvas.Get(), oldPen);
     SelectObject(canvas.Get(), oldBrush);
   }
@@ -200,6 +206,7 @@ CMainDlg::CMainDlg(std::span<const FeatureDialog> features)
     : CDialog(kDialog, kControls), features(features) {}
 
 bool CMainDlg::OnInitDialog() {
+  STARTUP_STEP("dialog and its controls created");
   HINSTANCE module = GetModuleHandleW(nullptr);
   if (HICON icon = LoadIconW(module, MAKEINTRESOURCEW(1))) {
     Send(WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
@@ -209,43 +216,53 @@ bool CMainDlg::OnInitDialog() {
              LoadImageW(module, MAKEINTRESOURCEW(1), IMAGE_ICON, small, small, LR_SHARED)));
   }
 
+  STARTUP_STEP("window icons set");
+
   HMENU systemMenu = GetSystemMenu(handle, FALSE);
   AppendMenuW(systemMenu, MF_SEPARATOR, 0, nullptr);
   AppendMenuW(systemMenu, MF_STRING, kAboutCommand, Text(strAboutTitle));
+  STARTUP_STEP("system menu extended");
 
   HWND list = Item(kCategoryListId);
   ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
   const UINT dpi = WindowDpi(handle);
   const int iconSize = MulDiv(16, static_cast<int>(dpi), USER_DEFAULT_SCREEN_DPI);
   icons.reset(ImageList_Create(iconSize, iconSize, ILC_COLOR32 | ILC_MASK, std::size(kCategories), 0));
-  for (const OptionCategory& category : kCategories)
-    AddCategoryIcon(icons.get(), iconSize, category.iconColor);
+  AddCategoryIcons(icons.get(), iconSize);
   ListView_SetImageList(list, icons.get(), LVSIL_SMALL);
+  STARTUP_STEP("category icons drawn");
   RECT listClient{};
   GetClientRect(list, &listClient);
   LVCOLUMNW column{};
   column.mask = LVCF_WIDTH;
   column.cx = listClient.right;
   ListView_InsertColumn(list, 0, &column);
+  STARTUP_STEP("category column added");
 
   HWND language = Item(kLanguageId);
   for (const wchar_t* name : kLanguageNames)
     SendMessageW(language, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name));
   SendMessageW(language, CB_SETCURSEL, GlobalSettings().iLanguage == 1 ? 1 : 0, 0);
+  STARTUP_STEP("language list filled");
 
   SetItemText(kDateId, BuildDateText());
   std::wstring game = GlobalSettings().wstrMorva;
   if (game.empty()) game = FindGameProgram(Paths().programFolder);
   SetItemText(kGameLocationId, game);
+  STARTUP_STEP("game location shown");
 
   FillCategoryList();
+  STARTUP_STEP("categories listed");
   ListView_SetItemState(list, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  STARTUP_STEP("first category's rows created");
   return true;
 }
 
 void CMainDlg::FillCategoryList() {
   HWND list = Item(kCategoryListId);
   fillingList = true;
+  // One redraw after the last item rather than one per item.
+  SendMessageW(list, WM_SETREDRAW, FALSE, 0);
   ListView_DeleteAllItems(list);
   for (size_t i = 0; i < std::size(kCategories); ++i) {
     LVITEMW item{};
@@ -255,6 +272,8 @@ void CMainDlg::FillCategoryList() {
     item.pszText = const_cast<wchar_t*>(kCategories[i].name);
     ListView_InsertItem(list, &item);
   }
+  SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(list, nullptr, TRUE);
   fillingList = false;
 }
 
@@ -281,9 +300,12 @@ void CMainDlg::StoreShownRows() {
 }
 
 void CMainDlg::DestroyRows() {
-  for (int i = 0; i < kMaxRows; ++i) {
-    if (HWND check = Item(kFirstCheckId + i)) DestroyWindow(check);
-    if (HWND button = Item(kFirstConfigId + i)) DestroyWindow(button);
+  // Only the shown category has rows.
+  if (shownCategory < 0) return;
+  const auto rows = kCategories[shownCategory].rows;
+  for (size_t i = 0; i < rows.size(); ++i) {
+    if (HWND check = Item(kFirstCheckId + static_cast<int>(i))) DestroyWindow(check);
+    if (HWND button = Item(kFirstConfigId + static_cast<int>(i))) DestroyWindow(button);
   }
 }
 
@@ -307,19 +329,19 @@ void CMainDlg::CreateRows() {
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, nullptr);
     SendMessageW(check, WM_SETFONT, font, FALSE);
     const int32_t* field = FieldOf(row);
-    CheckButton(id, field && *field != 0);
+    SendMessageW(check, BM_SETCHECK, field && *field != 0 ? BST_CHECKED : BST_UNCHECKED, 0);
     SetWindowPos(check, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = check;
     if (!feature) continue;
 
     const int buttonId = kFirstConfigId + static_cast<int>(i);
     place = DialogUnitsToPixels(kConfigLeft, top, kConfigWidth, kRowHeight + 2);
-    HWND button =
-        CreateWindowExW(0, L"Button", Text(strConfig), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON,
-                        place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
-                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
+    const DWORD disabled = feature->open ? 0 : WS_DISABLED;
+    HWND button = CreateWindowExW(0, L"Button", Text(strConfig),
+                                  WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON | disabled, place.left,
+                                  place.top, place.right - place.left, place.bottom - place.top, handle,
+                                  reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
     SendMessageW(button, WM_SETFONT, font, FALSE);
-    EnableWindow(button, feature->open != nullptr);
     SetWindowPos(button, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = button;
   }
@@ -397,7 +419,9 @@ int RunMainDialog(int show, std::span<const FeatureDialog> features) {
   CMainDlg dialog(features);
   loop.AddMessageFilter(&dialog);
   if (!dialog.Create(nullptr)) return kExitNone;
+  STARTUP_STEP("dialog created");
   ShowWindow(dialog.Handle(), show);
+  STARTUP_STEP("dialog shown");
   const int exitCode = loop.Run();
   loop.RemoveMessageFilter(&dialog);
   return exitCode;
