@@ -9,38 +9,22 @@
 #include <string>
 #include <vector>
 
+#include "BenchCommon.h"
 #include "app/Paths.h"
 #include "music/ConfBGMExItemDlg.h"
 #include "ui/Dialog.h"
 
 namespace {
 
+using namespace bench;
+
 constexpr int kFiles = 5000;
 constexpr int kShortcuts = 500;
 constexpr int kRounds = 5;
-constexpr TextPair kTitle{L"bench", L"bench"};
 constexpr uint16_t kListId = 1000;
-constexpr DialogDef kDialog{&kTitle, 0, 0, 300, 200, WS_POPUP | WS_CAPTION};
 constexpr ControlDef kControls[] = {
     {Ctl::ListBox, kListId, 0, 0, 300, 200, LBS_NOTIFY | WS_VSCROLL | WS_BORDER, 0, kNoText},
 };
-
-class CHostDlg : public CDialog {
- public:
-  CHostDlg() : CDialog(kDialog, kControls) {}
-};
-
-double Now() {
-  LARGE_INTEGER count, frequency;
-  QueryPerformanceCounter(&count);
-  QueryPerformanceFrequency(&frequency);
-  return static_cast<double>(count.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
-}
-
-void Pump() {
-  MSG msg;
-  while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&msg);
-}
 
 void Touch(const std::wstring& path) {
   HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
@@ -71,7 +55,7 @@ void UseGame(const std::wstring& game) {
 
 // The floor: the same searches, each name put into a plain list box.
 double PlainListing(int& count) {
-  CHostDlg host;
+  CHostDlg host(300, 200, kControls);
   host.Create(nullptr);
   ShowWindow(host.Handle(), SW_SHOWNOACTIVATE);
   Pump();
@@ -114,11 +98,6 @@ double OpenEditor(int& count) {
   DestroyWindow(editor.Handle());
   Pump();
   return elapsed;
-}
-
-double Median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
 }
 
 }  // namespace

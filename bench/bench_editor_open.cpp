@@ -8,6 +8,7 @@
 #include <cstdio>
 #include <string>
 
+#include "BenchCommon.h"
 #include "app/ListSchemas.h"
 #include "app/QcsvDocument.h"
 #include "lists/ConfLabelDlg.h"
@@ -15,18 +16,13 @@
 
 namespace {
 
+using namespace bench;
+
 constexpr int kRows = 10000;
 constexpr int kRounds = 15;
-constexpr TextPair kTitle{L"bench", L"bench"};
 constexpr uint16_t kListId = 1000;
-constexpr DialogDef kDialog{&kTitle, 0, 0, 320, 200, WS_POPUP | WS_CAPTION};
 constexpr ControlDef kControls[] = {
     {Ctl::ListView, kListId, 6, 30, 308, 140, LVS_REPORT | LVS_SHOWSELALWAYS, WS_EX_CLIENTEDGE, kNoText},
-};
-
-class CHostDlg : public CDialog {
- public:
-  CHostDlg() : CDialog(kDialog, kControls) {}
 };
 
 // This thread's processor time in ms (in ticks of the system clock): less disturbed than the wall clock by
@@ -48,13 +44,6 @@ struct Times {
     cpu = std::min(cpu, cpuNow);
   }
 };
-
-double Now() {
-  LARGE_INTEGER count, frequency;
-  QueryPerformanceCounter(&count);
-  QueryPerformanceFrequency(&frequency);
-  return static_cast<double>(count.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
-}
 
 std::wstring WriteLabelFile() {
   QcsvDocument file;
@@ -91,7 +80,7 @@ void PlainOpen(const std::wstring& path, Times& times) {
   const double start = Now(), startCpu = Cpu();
   QcsvDocument file;
   file.Read(path);
-  CHostDlg host;
+  CHostDlg host(320, 200, kControls);
   host.Create(nullptr);
   HWND list = host.Item(kListId);
   for (int column = 0; column < 4; ++column) {

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <string>
 
+#include "BenchCommon.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Settings.h"
@@ -15,28 +16,16 @@
 
 namespace {
 
+using namespace bench;
+
 constexpr int kRounds = 5;
 constexpr int kSteps = 180;
-constexpr TextPair kTitle{L"bench", L"bench"};
 constexpr TextPair kSample{L" 12.3 fps", L" 12.3 fps"};
 constexpr uint16_t kTextId = 1000, kPictureId = 1001;
-constexpr DialogDef kDialog{&kTitle, 0, 0, 533, 400, WS_POPUP | WS_CAPTION};
 constexpr ControlDef kControls[] = {
     {Ctl::Static, kTextId, 0, 0, 40, 10, SS_LEFT | WS_CLIPSIBLINGS, 0, &kSample},
     {Ctl::Static, kPictureId, 0, 0, 533, 400, SS_BITMAP | WS_CLIPSIBLINGS, 0, kNoText},
 };
-
-class CHostDlg : public CDialog {
- public:
-  CHostDlg() : CDialog(kDialog, kControls) {}
-};
-
-double Now() {
-  LARGE_INTEGER count, frequency;
-  QueryPerformanceCounter(&count);
-  QueryPerformanceFrequency(&frequency);
-  return static_cast<double>(count.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
-}
 
 // The floor of opening: a plain dialog of a text and a picture static, showing a copy of the game's
 // picture.
@@ -109,7 +98,7 @@ int wmain() {
       finalLeft = dialog.ItemRect(CConfInfoLayerDlg::kFrameId).left;
     }
     BitmapHandle picture;
-    CHostDlg host;
+    CHostDlg host(533, 400, kControls);
     floorOpen = std::min(floorOpen, PlainOpen(game.Game(), host, picture));
     HWND text = host.Item(kTextId);
     floorDrag =

@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "BenchCommon.h"
 #include "app/ListSchemas.h"
 #include "app/QcsvDocument.h"
 #include "lists/DraggableListViewCtrl.h"
@@ -16,31 +17,14 @@
 
 namespace {
 
+using namespace bench;
+
 constexpr int kRows = 10000;
 constexpr int kRounds = 5;
-constexpr TextPair kTitle{L"bench", L"bench"};
 constexpr uint16_t kListId = 1000;
-constexpr DialogDef kDialog{&kTitle, 0, 0, 300, 200, WS_POPUP | WS_CAPTION};
 constexpr ControlDef kControls[] = {
     {Ctl::ListView, kListId, 0, 0, 300, 200, LVS_REPORT | LVS_SHOWSELALWAYS, WS_EX_CLIENTEDGE, kNoText},
 };
-
-class CHostDlg : public CDialog {
- public:
-  CHostDlg() : CDialog(kDialog, kControls) {}
-};
-
-double Now() {
-  LARGE_INTEGER count, frequency;
-  QueryPerformanceCounter(&count);
-  QueryPerformanceFrequency(&frequency);
-  return static_cast<double>(count.QuadPart) * 1000.0 / static_cast<double>(frequency.QuadPart);
-}
-
-void Pump() {
-  MSG msg;
-  while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&msg);
-}
 
 std::wstring WriteListFile() {
   QcsvDocument file;
@@ -58,7 +42,7 @@ std::wstring WriteListFile() {
 
 // The floor: the same columns and texts put into a list view by plain calls.
 double PlainFill(const QcsvDocument& file) {
-  CHostDlg host;
+  CHostDlg host(300, 200, kControls);
   host.Create(nullptr);
   HWND list = host.Item(kListId);
   double start = Now();
@@ -88,7 +72,7 @@ double PlainFill(const QcsvDocument& file) {
 }
 
 struct Bound {
-  CHostDlg host;
+  CHostDlg host{300, 200, kControls};
   CDraggableListViewCtrl list;
 };
 
@@ -137,7 +121,7 @@ double DragLastToTop(Bound& bound, const QcsvDocument& file, bool& moved) {
 
 // The floor of a move: delete the last item of a plain list view and insert its texts at the top.
 double PlainMove(const QcsvDocument& file) {
-  CHostDlg host;
+  CHostDlg host(300, 200, kControls);
   host.Create(nullptr);
   HWND list = host.Item(kListId);
   for (int column = 0; column < 7; ++column) {
