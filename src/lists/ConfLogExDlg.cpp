@@ -61,7 +61,7 @@ constexpr auto kControls = JoinControls(
 
 constexpr ListEditorDef kEditor{kLogExFile, kLogExColumns, kFlagLogExtractor, Dlg::kList,
                                 Dlg::kAdd,  Dlg::kEdit,    Dlg::kDelete};
-constexpr const wchar_t* kColorCell = kLogExColumns[Dlg::kColorColumn].English();
+constexpr const wchar_t* kColorCell = strColumnColor.English();
 
 // An option's number; a missing one, or one that is no number, gives the fallback.
 int NumberOption(const QcsvDocument& file, const wchar_t* name, int fallback) {
@@ -129,22 +129,22 @@ bool CConfLogExDlg::EditItem(RowCells& cells, bool adding) {
   if (adding) {
     item.color = ContrastColorText(bkColor);
   } else {
-    item.keyword = cells.Get(L"keyword");
-    item.regex = cells.IsOn(L"regex");
-    item.exact = cells.IsOn(L"exact");
-    item.talk = cells.IsOn(L"talk");
-    item.sound = cells.Get(L"sound");
-    item.volume = _wtoi(cells.Get(L"volume").c_str());
+    item.keyword = cells.Get(strColumnKeyword.English());
+    item.regex = cells.IsOn(strColumnRegex.English());
+    item.exact = cells.IsOn(strColumnExact.English());
+    item.talk = cells.IsOn(strColumnTalk.English());
+    item.sound = cells.Get(strColumnSound.English());
+    item.volume = _wtoi(cells.Get(strColumnVolume.English()).c_str());
     item.color = cells.Get(kColorCell);
   }
   if (item.DoModal(handle) != IDOK) return false;
   if (adding && item.keyword.empty()) return false;
-  cells.Set(L"keyword", item.keyword);
-  cells.SetOn(L"regex", item.regex);
-  cells.SetOn(L"exact", item.exact);
-  cells.SetOn(L"talk", item.talk);
-  cells.Set(L"sound", item.sound);
-  cells.Set(L"volume", std::to_wstring(item.volume));
+  cells.Set(strColumnKeyword.English(), item.keyword);
+  cells.SetOn(strColumnRegex.English(), item.regex);
+  cells.SetOn(strColumnExact.English(), item.exact);
+  cells.SetOn(strColumnTalk.English(), item.talk);
+  cells.Set(strColumnSound.English(), item.sound);
+  cells.Set(strColumnVolume.English(), std::to_wstring(item.volume));
   cells.Set(kColorCell, item.color);
   return true;
 }
