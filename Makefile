@@ -49,7 +49,7 @@ dist: build
 	scripts/make-dist $(BUILD)
 
 format:
-	clang-format -i $$(git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'bench/*.h')
+	clang-format -i $$(git ls-files 'src/*.cpp' 'src/*.h' 'tests/*.cpp' 'tests/*.h' 'bench/*.cpp' 'bench/*.h' 'tools/*.cpp' 'tools/*.h')
 
 clean:
 	rm -rf $(X64) $(X86) $(BUILD)/dist $(BUILD)/screenshots $(BUILD)/demo

@@ -1,6 +1,13 @@
 #include "FeatureTable.h"
 
 #include "display/ConfColorizeDlg.h"
+#include "display/ConfCustomRealDate.h"
+#include "display/ConfDateFormatDlg.h"
+#include "display/ConfFormatDlg.h"
+#include "display/ConfSatietyFormatDlg.h"
+#include "display/ConfScreenshotDlg.h"
+#include "display/ConfStockDlg.h"
+#include "display/ConfWeightGraphDlg.h"
 #include "lists/ConfLogExDlg.h"
 
 namespace {
@@ -11,17 +18,17 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", OpenLogExDialog},
     {L"enLabel", nullptr},
     {L"enEnchantFinder", nullptr},
-    {L"enListExtender", nullptr},
-    {L"enStockMK", nullptr},
+    {L"enListExtender", OpenListFormatDialog},
+    {L"enStockMK", OpenStockDialog},
     {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
-    {L"enWeightGraph", nullptr},
+    {L"enWeightGraph", OpenWeightGraphDialog},
     {L"enSetInfoPos", nullptr},
-    {L"enShowSatiety", nullptr},
-    {L"enDateFormat", nullptr},
-    {L"enScreenshot", nullptr},
+    {L"enShowSatiety", OpenSatietyFormatDialog},
+    {L"enDateFormat", OpenDateFormatDialog},
+    {L"enScreenshot", OpenScreenshotDialog},
     {L"enQuickSearch", nullptr},
     {L"enMusicExtender", nullptr},
-    {L"enCustomRealDate", nullptr},
+    {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
 
 }  // namespace

@@ -11,25 +11,25 @@
 
 namespace {
 
-std::wstring g_menuPicture;
-int g_ticks = 0;
+std::wstring menuPicture;
+int ticks = 0;
 
 // Runs inside the menu's own loop: once the menu has drawn, save it and close it.
 void CALLBACK CaptureMenu(HWND, UINT, UINT_PTR timer, DWORD) {
   HWND menu = FindWindowW(L"#32768", nullptr);
-  if (menu && IsWindowVisible(menu) && ++g_ticks >= 3) {
-    CaptureWindowToBmp(menu, g_menuPicture);
+  if (menu && IsWindowVisible(menu) && ++ticks >= 3) {
+    CaptureWindowToBmp(menu, menuPicture);
     KillTimer(nullptr, timer);
     EndMenu();
-  } else if (g_ticks > 50) {
+  } else if (ticks > 50) {
     KillTimer(nullptr, timer);
     EndMenu();
   }
 }
 
 void ShootMenu(HWND owner, const std::wstring& path) {
-  g_menuPicture = path;
-  g_ticks = 0;
+  menuPicture = path;
+  ticks = 0;
   SetForegroundWindow(owner);
   SetCursorPos(60, 60);
   SetTimer(nullptr, 0, 100, CaptureMenu);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "Capture.h"
+#include "app/Handles.h"
 #include "app/TextPair.h"
 #include "lists/ConfLogExDlg.h"
 #include "lists/ConfLogExItemDlg.h"
@@ -39,10 +40,11 @@ int wmain(int argc, wchar_t** argv) {
   std::wstring folder = std::wstring(temp) + L"vrk-shot-logex";
   CreateDirectoryW(folder.c_str(), nullptr);
   std::wstring listFile = folder + L"\\LogEx.qcsv";
-  HANDLE file = CreateFileW(listFile.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, kLogEx, sizeof(kLogEx) - 1, &written, nullptr);
-  CloseHandle(file);
+  {
+    FileHandle file(CreateFileW(listFile.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    DWORD written = 0;
+    WriteFile(file.Get(), kLogEx, sizeof(kLogEx) - 1, &written, nullptr);
+  }
 
   for (uint32_t language : {kEnglish, kJapanese}) {
     SetLanguage(language);

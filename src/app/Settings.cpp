@@ -3,14 +3,6 @@
 #include <cwchar>
 #include <iterator>
 
-#include "app/Strings.h"
-
-namespace {
-
-HWND lastExtensionWindow = nullptr;
-
-}  // namespace
-
 #define VRK_REGISTER_KEY(name) Register(VRK_WIDE_TEXT(#name), &name);
 
 Settings::Settings() {
@@ -108,15 +100,4 @@ int32_t* Settings::IntField(std::wstring_view name) {
 Settings& GlobalSettings() {
   static Settings settings;
   return settings;
-}
-
-void NotifyExtension(uint32_t flag) {
-  lastExtensionWindow = FindWindowW(kExtensionWindowClass, Text(strProductName));
-  if (!lastExtensionWindow) return;
-  const auto flags = static_cast<uint32_t>(GetWindowLongW(lastExtensionWindow, 8));
-  SetWindowLongW(lastExtensionWindow, 8, static_cast<LONG>(flags | flag));
-}
-
-HWND LastExtensionWindow() {
-  return lastExtensionWindow;
 }

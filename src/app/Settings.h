@@ -165,8 +165,3 @@ class Settings {
 };
 
 Settings& GlobalSettings();
-
-// ORs the flag into the running extension's window data; nothing happens when it is not running.
-void NotifyExtension(uint32_t flag);
-// The extension window found by the last notification (null when none was found).
-HWND LastExtensionWindow();

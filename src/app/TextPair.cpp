@@ -1,9 +1,9 @@
 #include "app/TextPair.h"
 
 namespace {
-uint32_t g_language = kEnglish;
+uint32_t languageIndex = kEnglish;
 }
 
-uint32_t Language() { return g_language; }
+uint32_t Language() { return languageIndex; }
 
-void SetLanguage(uint32_t language) { g_language = language ? kJapanese : kEnglish; }
+void SetLanguage(uint32_t language) { languageIndex = language ? kJapanese : kEnglish; }

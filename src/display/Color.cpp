@@ -5,9 +5,14 @@
 
 #include "app/Strings.h"
 
-std::array<COLORREF, 16> g_customColors{0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF,
-                                        0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF,
-                                        0xFFFFFF, 0xFFFFFF, 0xFFFFFF, 0xFFFFFF};
+std::array<COLORREF, 16>& CustomColors() {
+  static std::array<COLORREF, 16> colors = [] {
+    std::array<COLORREF, 16> white;
+    white.fill(0xFFFFFF);
+    return white;
+  }();
+  return colors;
+}
 
 std::wstring FormatColorHex(COLORREF color) {
   wchar_t buffer[16];

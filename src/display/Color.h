@@ -56,7 +56,7 @@ inline constexpr std::array<NamedColor, 28> kPalette{{
 }};
 
 // The custom colours of the colour chooser, shared by every colour field for the whole run.
-extern std::array<COLORREF, 16> g_customColors;
+std::array<COLORREF, 16>& CustomColors();
 
 // Paints an owner-drawn swatch: a one-pixel border around the colour.
 void DrawColorSwatch(const DRAWITEMSTRUCT& item, COLORREF color, COLORREF border);

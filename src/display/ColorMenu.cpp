@@ -70,17 +70,17 @@ ColorMenu::ColorMenu(COLORREF current, bool allowNone, const COLORREF* extras)
 void ColorMenu::AddSwatches() {
   int side = GetSystemMetrics(SM_CYMENUCHECK);
   HDC screen = GetDC(nullptr);
-  HDC memory = CreateCompatibleDC(screen);
   for (int command = 0; command < kColorSlotCount; ++command) {
     swatches[command].Reset(CreateCompatibleBitmap(screen, side, side));
     HBITMAP bitmap = swatches[command].Get();
-    HGDIOBJ previous = SelectObject(memory, bitmap);
-    PaintColorSwatch(memory, RECT{0, 0, side, side}, command == 0 ? current : slots[command], RGB(0, 0, 0));
-    SelectObject(memory, previous);
+    {
+      MemoryDC canvas(bitmap);
+      PaintColorSwatch(canvas.Get(), RECT{0, 0, side, side}, command == 0 ? current : slots[command],
+                       RGB(0, 0, 0));
+    }
     // Commands without an item (9, 18, 27, unused extras) are simply not found.
     SetMenuItemBitmaps(menu, command, MF_BYCOMMAND, bitmap, nullptr);
   }
-  DeleteDC(memory);
   ReleaseDC(nullptr, screen);
 }
 
@@ -111,7 +111,7 @@ COLORREF ChooseCustomColor(COLORREF current) {
   request.lStructSize = sizeof(request);
   request.hwndOwner = GetActiveWindow();
   request.rgbResult = current;
-  request.lpCustColors = g_customColors.data();
+  request.lpCustColors = CustomColors().data();
   request.Flags = CC_FULLOPEN | CC_RGBINIT;
   return ShowColorChooser(request) ? request.rgbResult : current;
 }

@@ -3,8 +3,8 @@
 
 #include <array>
 
+#include "app/Handles.h"
 #include "display/Color.h"
-#include "ui/Handles.h"
 
 // Colours the open palette menu offers: slots 0-27 are the palette, 28-36 extra colours from the caller.
 inline constexpr int kColorSlotCount = 37;

@@ -18,8 +18,8 @@ class CConfColorizeDlg : public CDialog {
   explicit CConfColorizeDlg(std::wstring path);
 
   BEGIN_MSG_MAP(CConfColorizeDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  CHAIN_MSG_MAP_MEMBER(field)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    CHAIN_MSG_MAP_MEMBER(field)
   END_MSG_MAP()
 
   std::wstring path;

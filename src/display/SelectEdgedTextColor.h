@@ -20,9 +20,9 @@ class CSelectEdgedTextColor : public CDialog {
   CSelectEdgedTextColor(COLORREF textColor, COLORREF edgeColor);
 
   BEGIN_MSG_MAP(CSelectEdgedTextColor)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  CHAIN_MSG_MAP_MEMBER(textField)
-  CHAIN_MSG_MAP_MEMBER(edgeField)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    CHAIN_MSG_MAP_MEMBER(textField)
+    CHAIN_MSG_MAP_MEMBER(edgeField)
   END_MSG_MAP()
 
   COLORREF textColor;

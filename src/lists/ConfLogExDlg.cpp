@@ -193,13 +193,14 @@ LRESULT CConfLogExDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
       // The rule's colour as the log window shows it; all else stays plain.
       if (draw.iSubItem == kColorColumn && draw.nmcd.dwItemSpec < Rows().RowCount()) {
         const COLORREF color = ParseColorHex(Rows().Cell(draw.nmcd.dwItemSpec, kColorCell), kColorNone);
-        draw.clrText = color == kColorNone ? CLR_DEFAULT : color;
+        draw.clrText = color == kColorNone ? GetSysColor(COLOR_WINDOWTEXT) : color;
         draw.clrTextBk = bkColor & 0xFFFFFF;
       } else {
         draw.clrText = RGB(0, 0, 0);
         draw.clrTextBk = RGB(255, 255, 255);
       }
-      return CDRF_NEWFONT;
+      // The list takes the colours set here; every cell sets both, or it would keep the last ones.
+      return CDRF_DODEFAULT;
   }
   return CDRF_DODEFAULT;
 }

@@ -51,12 +51,12 @@ class CConfLogExDlg : public CListEditorDlg {
   CConfLogExDlg();
 
   BEGIN_MSG_MAP(CConfLogExDlg)
-  COMMAND_ID_HANDLER(kFont, OnFont)
-  COMMAND_ID_HANDLER(kBkColor, OnBkColor)
-  HSCROLL_HANDLER(kMasterVolume, OnMasterVolume)
-  NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
-  SYSCOMMAND_HANDLER(SC_CONTEXTHELP, OnHelp)
-  CHAIN_MSG_MAP(CListEditorDlg)
+    COMMAND_ID_HANDLER(kFont, OnFont)
+    COMMAND_ID_HANDLER(kBkColor, OnBkColor)
+    HSCROLL_HANDLER(kMasterVolume, OnMasterVolume)
+    NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
+    SYSCOMMAND_HANDLER(SC_CONTEXTHELP, OnHelp)
+    CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
  protected:

@@ -39,11 +39,11 @@ class CConfLogExItemDlg : public CDialog {
   CConfLogExItemDlg();
 
   BEGIN_MSG_MAP(CConfLogExItemDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_ID_HANDLER(kSoundSelect, OnSoundSelect)
-  COMMAND_ID_HANDLER(kAudition, OnAudition)
-  HSCROLL_HANDLER(kVolume, OnVolume)
-  CHAIN_MSG_MAP_MEMBER(colorField)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(kSoundSelect, OnSoundSelect)
+    COMMAND_ID_HANDLER(kAudition, OnAudition)
+    HSCROLL_HANDLER(kVolume, OnVolume)
+    CHAIN_MSG_MAP_MEMBER(colorField)
   END_MSG_MAP()
 
   std::wstring keyword;

@@ -233,20 +233,20 @@ void CDraggableListViewCtrl::BuildDragImage(int row) {
   dragImage.reset(ImageList_Create(ListView_GetColumnWidth(handle, 0), height, ILC_COLOR24 | ILC_MASK, 1, 0));
 
   HDC screen = GetDC(handle);
-  HDC memory = CreateCompatibleDC(screen);
   BitmapHandle bitmap(CreateCompatibleBitmap(screen, width, height));
-  HGDIOBJ oldBitmap = SelectObject(memory, bitmap.Get());
-  HGDIOBJ oldFont = SelectObject(memory, reinterpret_cast<HFONT>(SendMessageW(handle, WM_GETFONT, 0, 0)));
-  RECT all{0, 0, width, height};
-  FillRect(memory, &all, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-  SetTextColor(memory, RGB(255, 255, 255));
-  SetBkColor(memory, RGB(0, 0, 0));
-  const std::wstring& text = dragTexts[0];
-  TextOutW(memory, 1, 2, text.c_str(), static_cast<int>(text.size()));
-  SelectObject(memory, oldFont);
-  SelectObject(memory, oldBitmap);
-  DeleteDC(memory);
   ReleaseDC(handle, screen);
+  {
+    MemoryDC canvas(bitmap.Get());
+    HDC memory = canvas.Get();
+    HGDIOBJ oldFont = SelectObject(memory, reinterpret_cast<HFONT>(SendMessageW(handle, WM_GETFONT, 0, 0)));
+    RECT all{0, 0, width, height};
+    FillRect(memory, &all, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
+    SetTextColor(memory, RGB(255, 255, 255));
+    SetBkColor(memory, RGB(0, 0, 0));
+    const std::wstring& text = dragTexts[0];
+    TextOutW(memory, 1, 2, text.c_str(), static_cast<int>(text.size()));
+    SelectObject(memory, oldFont);
+  }
   ImageList_AddMasked(dragImage.get(), bitmap.Get(), RGB(0, 0, 0));
 }
 

@@ -11,7 +11,7 @@
 
 #include "app/QcsvDocument.h"
 #include "app/TextPair.h"
-#include "ui/Handles.h"
+#include "app/Handles.h"
 #include "ui/WindowImpl.h"
 
 // The list control of every list editor: a report list view bound to a list file that it does not own.

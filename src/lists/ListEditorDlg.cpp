@@ -1,7 +1,7 @@
 #include "lists/ListEditorDlg.h"
 
+#include "app/ExtensionNotify.h"
 #include "app/Paths.h"
-#include "app/Settings.h"
 
 RowCells::RowCells(QcsvDocument& file) : file(&file), cells(file.Columns().size()) {}
 

@@ -140,15 +140,9 @@ void SetAudioLibraryFolder(std::wstring folder) {
 }
 
 bool LoadedModule::Load(const std::wstring& path) {
-  Reset();
   // With a full path and the altered search order, the library's own imports resolve beside it first.
-  module = LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+  module.reset(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
   return module != nullptr;
-}
-
-void LoadedModule::Reset() {
-  if (module) FreeLibrary(module);
-  module = nullptr;
 }
 
 void AcquireBass(HWND owner) {

@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include "app/Handles.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -144,19 +146,14 @@ void SetAudioLibraryFolder(std::wstring folder);
 // Owns a loaded library module.
 class LoadedModule {
  public:
-  LoadedModule() = default;
-  ~LoadedModule() { Reset(); }
-  LoadedModule(const LoadedModule&) = delete;
-  LoadedModule& operator=(const LoadedModule&) = delete;
-
   // Loads the file at this full path, never through the search path.
   bool Load(const std::wstring& path);
-  void Reset();
-  HMODULE Get() const { return module; }
+  void Reset() { module.reset(); }
+  HMODULE Get() const { return module.get(); }
   explicit operator bool() const { return module != nullptr; }
 
  private:
-  HMODULE module = nullptr;
+  ModuleHandle module;
 };
 
 // Loads GuruGuruSMF4.dll from the library folder; entry points it lacks stay null. False when the file

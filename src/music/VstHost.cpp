@@ -1,5 +1,7 @@
 #include "music/VstHost.h"
 
+#include "app/Handles.h"
+
 #include <cstring>
 
 namespace {
@@ -8,16 +10,12 @@ namespace {
 class ReadOnlyFile {
  public:
   explicit ReadOnlyFile(const std::wstring& path)
-      : handle(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                           OPEN_EXISTING, 0, nullptr)) {}
-  ~ReadOnlyFile() {
-    if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
-  }
-  ReadOnlyFile(const ReadOnlyFile&) = delete;
-  ReadOnlyFile& operator=(const ReadOnlyFile&) = delete;
+      : file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                         OPEN_EXISTING, 0, nullptr)) {}
 
   bool Read(DWORD offset, void* buffer, DWORD size) {
-    if (handle == INVALID_HANDLE_VALUE) return false;
+    if (!file.IsOpen()) return false;
+    HANDLE handle = file.Get();
     if (SetFilePointer(handle, static_cast<LONG>(offset), nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER)
       return false;
     DWORD got = 0;
@@ -25,7 +23,7 @@ class ReadOnlyFile {
   }
 
  private:
-  HANDLE handle;
+  FileHandle file;
 };
 
 DWORD& StartWait() {

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "ui/DialogTemplate.h"
-#include "ui/Handles.h"
+#include "app/Handles.h"
 #include "ui/MessageLoop.h"
 #include "ui/MessageMap.h"
 #include "ui/Window.h"

@@ -6,6 +6,7 @@
 #include <cwctype>
 #include <vector>
 
+#include "app/ExtensionNotify.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Settings.h"

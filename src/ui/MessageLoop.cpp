@@ -7,7 +7,7 @@
 namespace {
 
 // Loops by thread. The lock guards registration only; each loop is then used by its own thread.
-std::mutex g_loopsLock;
+std::mutex loopsLock;
 std::map<DWORD, CMessageLoop*>& Loops() {
   static std::map<DWORD, CMessageLoop*> loops;
   return loops;
@@ -21,18 +21,18 @@ void Erase(std::vector<T*>& list, T* item) {
 }  // namespace
 
 CMessageLoop::CMessageLoop() {
-  std::lock_guard lock(g_loopsLock);
+  std::lock_guard lock(loopsLock);
   Loops()[GetCurrentThreadId()] = this;
 }
 
 CMessageLoop::~CMessageLoop() {
-  std::lock_guard lock(g_loopsLock);
+  std::lock_guard lock(loopsLock);
   auto found = Loops().find(GetCurrentThreadId());
   if (found != Loops().end() && found->second == this) Loops().erase(found);
 }
 
 CMessageLoop* CMessageLoop::ForThread() {
-  std::lock_guard lock(g_loopsLock);
+  std::lock_guard lock(loopsLock);
   auto found = Loops().find(GetCurrentThreadId());
   return found == Loops().end() ? nullptr : found->second;
 }

@@ -7,6 +7,7 @@
 #include "app/QcsvDocument.h"
 #include "app/QcsvTestUtil.h"
 #include "app/TextPair.h"
+#include "common/Harness.h"
 #include "common/PromptRecorder.h"
 #include "common/TestUtil.h"
 
@@ -123,7 +124,7 @@ TEST(QcsvReader, FileThatCannotBeOpenedShowsItsName) {
   HANDLE lock = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   ASSERT_NE(lock, INVALID_HANDLE_VALUE);
   PromptRecorder recorder;
-  SetLanguage(kJapanese);
+  ScopedLanguage language(kJapanese);
   EXPECT_FALSE(QcsvDocument().Read(path));
   SetLanguage(kEnglish);
   EXPECT_FALSE(QcsvDocument().Read(path));

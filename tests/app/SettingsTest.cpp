@@ -6,7 +6,7 @@
 
 #include "app/Settings.h"
 #include "app/Strings.h"
-#include "common/TestUtil.h"
+#include "common/Harness.h"
 
 namespace {
 
@@ -126,38 +126,8 @@ TEST(Settings, KindFollowsTheFirstCharacterOnly) {
     EXPECT_NE(file.find(line), std::string::npos) << line;
 }
 
-TEST(Notification, SetsBitsInTheExtensionWindowAndNeverClearsAny) {
-  NotifyExtension(kFlagWeightGraph);  // nothing to tell without the extension's window
-  EXPECT_EQ(LastExtensionWindow(), nullptr);
-
-  // A stand-in for the running extension's window: its class, its title and window data.
-  WNDCLASSW wc{};
-  wc.lpfnWndProc = DefWindowProcW;
-  wc.hInstance = GetModuleHandleW(nullptr);
-  wc.lpszClassName = kExtensionWindowClass;
-  wc.cbWndExtra = 16;
-  RegisterClassW(&wc);
-  HWND extension = CreateWindowExW(0, kExtensionWindowClass, L"Morva Extender", WS_OVERLAPPED, 0, 0, 10, 10,
-                                   nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
-  ASSERT_NE(extension, nullptr);
-  SetWindowLongW(extension, 8, 0x800);
-  SetWindowLongW(extension, 4, 0x55);
-  auto flags = [&] { return static_cast<uint32_t>(GetWindowLongW(extension, 8)); };
-  NotifyExtension(kFlagSettings);
-  EXPECT_EQ(flags(), 0x801u);
-  EXPECT_EQ(LastExtensionWindow(), extension);
-  SetLanguage(kJapanese);  // the title is the same text in both languages
-  NotifyExtension(kFlagQuickSearch);
-  SetLanguage(kEnglish);
-  EXPECT_EQ(flags(), 0xB01u);
-  NotifyExtension(kFlagSettings);
-  EXPECT_EQ(flags(), 0xB01u);
-  EXPECT_EQ(GetWindowLongW(extension, 4), 0x55);
-  DestroyWindow(extension);
-}
-
 TEST(Text, SelectsByLanguageAndFormatsTheBuildDate) {
-  SetLanguage(kJapanese);
+  ScopedLanguage language(kJapanese);
   EXPECT_STREQ(Text(strCancel), L"キャンセル");
   EXPECT_STREQ(Text(strFontFace), L"Meiryo UI");
   SetLanguage(kEnglish);

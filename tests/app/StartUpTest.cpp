@@ -9,6 +9,7 @@
 #include "app/Settings.h"
 #include "app/StartUp.h"
 #include "app/Strings.h"
+#include "common/Harness.h"
 #include "common/PromptRecorder.h"
 #include "common/TestUtil.h"
 
@@ -59,11 +60,10 @@ TEST(StartUp, FoldersComeFromTheProgramAndItsFolderBecomesCurrent) {
 TEST(StartUp, ProgramOutsideAnyFolderSaysItIsNotInstalled) {
   CurrentDirectoryGuard directoryGuard;
   PromptRecorder recorder;
-  SetLanguage(kEnglish);
+  ScopedLanguage language(kEnglish);
   EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
   SetLanguage(kJapanese);
   EXPECT_FALSE(PrepareFolders(L"VrkConfig.exe"));
-  SetLanguage(kEnglish);
   EXPECT_EQ(recorder.Texts(),
             (std::vector<std::wstring>{L"Morva Extender is not installed correctly.",
                                        L"Morva Extenderが正しくインストールされていません。"}));
@@ -74,7 +74,7 @@ TEST(StartUp, ProgramOutsideAnyFolderSaysItIsNotInstalled) {
 }
 
 TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
-  TempDir dir;
+  InstalledTool tool;
   struct Case {
     const char* file;
     LCID locale;
@@ -92,15 +92,13 @@ TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file);
-    ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), c.file));
-    GlobalSettings().path = dir.File(L"Vrk.ini");
+    ASSERT_TRUE(WriteFileBytes(tool.IniPath(), c.file));
     LoadSettingsAndLanguage(c.locale);
     EXPECT_EQ(Language(), c.language);
     EXPECT_EQ(GlobalSettings().iLanguage, static_cast<int32_t>(c.language));
     EXPECT_EQ(GlobalSettings().section, L"MorvaExtender_v5");
     EXPECT_EQ(BuildDateText(), c.date);
   }
-  SetLanguage(kEnglish);
 }
 
 }  // namespace

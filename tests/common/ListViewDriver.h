@@ -35,6 +35,6 @@ class ListViewDriver {
   void Key(UINT key) const;
   void AltKey(UINT key) const;
 
- private:
+ protected:
   HWND list;
 };

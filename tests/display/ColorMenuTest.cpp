@@ -5,6 +5,7 @@
 
 #include "app/Prompt.h"
 #include "app/TextPair.h"
+#include "common/Harness.h"
 #include "display/ColorMenu.h"
 #include "display/SelectEdgedTextColor.h"
 
@@ -83,8 +84,7 @@ COLORREF PixelOf(HBITMAP bitmap, int x, int y) {
 
 class ColorMenuTest : public testing::Test {
  protected:
-  void SetUp() override { SetLanguage(kEnglish); }
-  void TearDown() override { SetLanguage(kEnglish); }
+  ScopedLanguage language{kEnglish};
 };
 
 }  // namespace
@@ -220,7 +220,7 @@ TEST_F(ColorMenuTest, CustomAsksTheColourChooserWithTheSharedCustomColours) {
       EXPECT_EQ(request.lStructSize, sizeof(CHOOSECOLORW));
       EXPECT_EQ(request.Flags & (CC_FULLOPEN | CC_RGBINIT), DWORD(CC_FULLOPEN | CC_RGBINIT));
       EXPECT_EQ(request.rgbResult, 0x00ABCDEFu);
-      EXPECT_EQ(request.lpCustColors, g_customColors.data());
+      EXPECT_EQ(request.lpCustColors, CustomColors().data());
       request.lpCustColors[3] = 0x00445566;
       request.rgbResult = 0x00102030;
       return accepted;
@@ -228,29 +228,29 @@ TEST_F(ColorMenuTest, CustomAsksTheColourChooserWithTheSharedCustomColours) {
     EXPECT_EQ(PickColorFromMenu(nullptr, 0x00ABCDEF, false), accepted ? 0x00102030u : 0x00ABCDEFu);
     EXPECT_EQ(asked, 1);
     // The chooser's custom colours live on for the next pick.
-    EXPECT_EQ(g_customColors[3], 0x00445566u);
-    g_customColors[3] = 0x00FFFFFF;
+    EXPECT_EQ(CustomColors()[3], 0x00445566u);
+    CustomColors()[3] = 0x00FFFFFF;
   }
 }
 
 namespace {
 
 // Keys typed into the real pop-up menu once it is open (from a timer that runs inside its loop).
-std::vector<WORD> g_keys;
-int g_menuTicks = 0;
-bool g_menuSeen = false;
+std::vector<WORD> keysSent;
+int menuTicks = 0;
+bool menuSeen = false;
 
 void CALLBACK TypeIntoMenu(HWND, UINT, UINT_PTR timer, DWORD) {
   HWND menu = FindWindowW(L"#32768", nullptr);
-  if (menu && IsWindowVisible(menu) && !g_menuSeen) {
-    g_menuSeen = true;
-    for (WORD key : g_keys) {
+  if (menu && IsWindowVisible(menu) && !menuSeen) {
+    menuSeen = true;
+    for (WORD key : keysSent) {
       PostMessageW(menu, WM_KEYDOWN, key, 0);
       PostMessageW(menu, WM_KEYUP, key, 0xC0000000);
     }
   }
   // A menu that ignores the keys is closed, so that the test fails instead of hanging.
-  if (++g_menuTicks > 100) {
+  if (++menuTicks > 100) {
     KillTimer(nullptr, timer);
     EndMenu();
   }
@@ -284,12 +284,12 @@ TEST_F(ColorMenuTest, RealMenuReturnsTheCommandsOfItsItems) {
     HWND owner = ownerDialog.Handle();
     ShowWindow(owner, SW_SHOW);
     SetForegroundWindow(owner);
-    g_keys = c.keys;
-    g_menuTicks = 0;
-    g_menuSeen = false;
+    keysSent = c.keys;
+    menuTicks = 0;
+    menuSeen = false;
     SetTimer(nullptr, 0, 20, TypeIntoMenu);
     EXPECT_EQ(PickColorFromMenu(owner, 0x00ABCDEF, true), c.expected) << c.keys.size();
-    EXPECT_TRUE(g_menuSeen);
+    EXPECT_TRUE(menuSeen);
     EXPECT_EQ(asked, c.chooserAsked);
   }
 }

@@ -4,6 +4,7 @@
 #include <tuple>
 
 #include "app/TextPair.h"
+#include "common/Harness.h"
 #include "display/Color.h"
 
 namespace {
@@ -44,7 +45,7 @@ TEST(Color, FormatColorHexWritesRedFirstInLowerCase) {
 }
 
 TEST(Color, FormatColorRgbWritesDecimalRedFirstOrShowNothing) {
-  SetLanguage(kEnglish);
+  ScopedLanguage language(kEnglish);
   const std::pair<COLORREF, const wchar_t*> cases[] = {
       {0x00010203, L"RGB(3,2,1)"},       {0x00123456, L"RGB(86,52,18)"}, {0x00000000, L"RGB(0,0,0)"},
       {0x00FFFFFF, L"RGB(255,255,255)"}, {kColorNone, L"Show nothing"},
@@ -53,7 +54,6 @@ TEST(Color, FormatColorRgbWritesDecimalRedFirstOrShowNothing) {
   SetLanguage(kJapanese);
   EXPECT_EQ(FormatColorRgb(kColorNone), L"表示しない");
   EXPECT_EQ(FormatColorRgb(0x00010203), L"RGB(3,2,1)");
-  SetLanguage(kEnglish);
 }
 
 TEST(Color, PaletteHoldsTwentyEightNamedColours) {
@@ -74,7 +74,7 @@ TEST(Color, PaletteHoldsTwentyEightNamedColours) {
 }
 
 TEST(Color, CustomColoursStartWhite) {
-  for (COLORREF color : g_customColors) EXPECT_EQ(color, 0x00FFFFFFu);
+  for (COLORREF color : CustomColors()) EXPECT_EQ(color, 0x00FFFFFFu);
 }
 
 TEST(Color, DrawColorSwatchFramesTheColourWithTheBorder) {

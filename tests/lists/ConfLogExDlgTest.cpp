@@ -251,7 +251,7 @@ TEST_F(ConfLogExTest, CustomDrawColoursTheColourColumnOnTheBackground) {
       int column;
       COLORREF text, back;
     } cells[] = {{0, Dlg::kColorColumn, RGB(255, 0, 0), RGB(0x10, 0x20, 0x30)},
-                 {1, Dlg::kColorColumn, CLR_DEFAULT, RGB(0x10, 0x20, 0x30)},
+                 {1, Dlg::kColorColumn, GetSysColor(COLOR_WINDOWTEXT), RGB(0x10, 0x20, 0x30)},
                  {0, 0, RGB(0, 0, 0), RGB(255, 255, 255)},
                  {1, 5, RGB(0, 0, 0), RGB(255, 255, 255)}};
     for (const auto& c : cells) {

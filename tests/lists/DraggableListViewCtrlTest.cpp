@@ -11,7 +11,8 @@
 #include "app/QcsvDocument.h"
 #include "app/Strings.h"
 #include "common/PromptRecorder.h"
-#include "common/TestUtil.h"
+#include "common/Harness.h"
+#include "common/ListViewDriver.h"
 #include "lists/DraggableListViewCtrl.h"
 #include "ui/Dialog.h"
 
@@ -34,55 +35,30 @@ class CHostDlg : public CDialog {
 constexpr std::array<TextPair, 2> kShown{strColumnKeyword, strColumnColor};
 
 // A shown dialog with the control bound to a three-row file.
-class Harness {
+class Harness : public ListViewDriver {
  public:
-  explicit Harness(DWORD extendedStyle = 0) {
-    SetLanguage(kEnglish);
-    file.SetColumns({L"keyword", L"hidden", L"color"});
+  explicit Harness(DWORD extendedStyle = 0, std::vector<std::wstring> columns = {L"keyword", L"hidden", L"color"})
+      : ListViewDriver(nullptr) {
+    file.SetColumns(std::move(columns));
     file.AppendRow({L"a", L"ha", L"#000001"});
     file.AppendRow({L"b", L"hb", L"#000002"});
     file.AppendRow({L"c", L"hc", L"#000003"});
     created = host.Create(nullptr);
     ShowWindow(host.Handle(), SW_SHOWNOACTIVATE);
-    attached = list.Attach(host.Item(kListId));
+    attached = view.Attach(host.Item(kListId));
+    ListViewDriver::list = view.Handle();
     if (extendedStyle) ListView_SetExtendedListViewStyleEx(List(), extendedStyle, extendedStyle);
-    list.setListFile(&file);
-    list.SetupColumns(kShown);
-    list.FillRows();
+    view.setListFile(&file);
+    view.SetupColumns(kShown);
+    view.FillRows();
     PumpMessages();
   }
 
-  HWND List() const { return list.Handle(); }
-
-  POINT RowPoint(int row, int column = 0) const {
-    RECT rect{};
-    if (column == 0) {
-      ListView_GetItemRect(List(), row, &rect, LVIR_LABEL);
-    } else {
-      ListView_GetSubItemRect(List(), row, column, LVIR_LABEL, &rect);
-    }
-    return {(rect.left + rect.right) / 2, (rect.top + rect.bottom) / 2};
-  }
+  HWND List() const { return view.Handle(); }
   POINT CheckBoxPoint(int row) const {
     RECT rect{};
     ListView_GetItemRect(List(), row, &rect, LVIR_BOUNDS);
     return {rect.left + 8, (rect.top + rect.bottom) / 2};
-  }
-  POINT BelowLastRow() const {
-    RECT rect{};
-    ListView_GetItemRect(List(), ListView_GetItemCount(List()) - 1, &rect, LVIR_BOUNDS);
-    return {rect.left + 20, rect.bottom + 20};
-  }
-  POINT OnHeader() const {
-    RECT rect{};
-    HWND header = ListView_GetHeader(List());
-    GetWindowRect(header, &rect);
-    MapWindowPoints(nullptr, List(), reinterpret_cast<POINT*>(&rect), 2);
-    return {rect.left + 10, (rect.top + rect.bottom) / 2};
-  }
-
-  void Send(UINT message, POINT at, WPARAM keys) const {
-    SendMessageW(List(), message, keys, MAKELPARAM(at.x, at.y));
   }
   void AddColumn() const {
     LVCOLUMNW column{};
@@ -91,47 +67,19 @@ class Harness {
     column.pszText = const_cast<wchar_t*>(L"x");
     ListView_InsertColumn(List(), 2, &column);
   }
-  void Click(POINT at) const {
-    Send(WM_LBUTTONDOWN, at, MK_LBUTTON);
-    Send(WM_LBUTTONUP, at, 0);
-  }
-  // Select the row with a first click, then press on it again, move and release at the target.
-  void Drag(int row, POINT target) const {
-    Click(RowPoint(row));
-    Send(WM_LBUTTONDOWN, RowPoint(row), MK_LBUTTON);
-    Send(WM_MOUSEMOVE, target, MK_LBUTTON);
-    Send(WM_LBUTTONUP, target, 0);
-    PumpMessages();
-  }
-
-  std::wstring ViewText(int row, int column) const {
-    wchar_t text[256] = {};
-    ListView_GetItemText(List(), row, column, text, static_cast<int>(std::size(text)));
-    return text;
-  }
-  std::vector<std::wstring> ViewOrder() const {
-    std::vector<std::wstring> order(ListView_GetItemCount(List()));
-    for (size_t row = 0; row < order.size(); ++row) order[row] = ViewText(static_cast<int>(row), 0);
-    return order;
-  }
+  std::wstring ViewText(int row, int column) const { return TextAt(row, column); }
+  std::vector<std::wstring> ViewOrder() const { return Column(0); }
   std::vector<std::wstring> FileOrder() const {
     std::vector<std::wstring> order(file.RowCount());
-    for (size_t row = 0; row < order.size(); ++row) order[row] = file.Cell(row, L"keyword");
+    for (size_t row = 0; row < order.size(); ++row) order[row] = file.RowAt(row)[0];
     return order;
-  }
-  std::vector<int> Selected() const {
-    std::vector<int> rows;
-    for (int row = ListView_GetNextItem(List(), -1, LVNI_SELECTED); row >= 0;
-         row = ListView_GetNextItem(List(), row, LVNI_SELECTED)) {
-      rows.push_back(row);
-    }
-    return rows;
   }
   UINT CheckImage(int row) const { return ListView_GetItemState(List(), row, LVIS_STATEIMAGEMASK) >> 12; }
 
+  ScopedLanguage language{kEnglish};
   QcsvDocument file;
   CHostDlg host;
-  CDraggableListViewCtrl list;
+  CDraggableListViewCtrl view;
   bool created = false;
   bool attached = false;
 };
@@ -155,7 +103,7 @@ TEST(DraggableListView, ColumnsAreLabelledInTheLanguageAndSizedToTheLabel) {
                                               kLabelColumns,   kBgmExColumns,        kLogExColumns};
   for (std::span<const TextPair> table : tables) {
     for (uint32_t language : {kEnglish, kJapanese}) {
-      SetLanguage(language);
+      ScopedLanguage shown(language);
       CHostDlg host;
       ASSERT_TRUE(host.Create(nullptr));
       CDraggableListViewCtrl view;
@@ -186,7 +134,6 @@ TEST(DraggableListView, ColumnsAreLabelledInTheLanguageAndSizedToTheLabel) {
       EXPECT_EQ(view.ColumnByLabel(L"no such label"), 0);
     }
   }
-  SetLanguage(kEnglish);
 }
 
 TEST(DraggableListView, DropOnAnotherRowMovesItInViewAndFileAndAnywhereElseChangesNothing) {
@@ -296,20 +243,20 @@ TEST(DraggableListView, MovedRowKeepsHiddenCellsInTheSavedFileButLosesCheckAndIt
   data.lParam = -1;
   ASSERT_TRUE(ListView_GetItem(h.List(), &data));
   EXPECT_EQ(data.lParam, 0);
-  EXPECT_EQ(h.list.DragItemData(), 0);
+  EXPECT_EQ(h.view.DragItemData(), 0);
 }
 
 TEST(DraggableListView, SelectItemSelectsOneRowOrNone) {
   Harness h;
   ListView_SetItemState(h.List(), 0, LVIS_SELECTED, LVIS_SELECTED);
   ListView_SetItemState(h.List(), 1, LVIS_SELECTED, LVIS_SELECTED);
-  h.list.SelectItem(2);
+  h.view.SelectItem(2);
   EXPECT_EQ(h.Selected(), std::vector<int>{2});
   EXPECT_EQ(ListView_GetNextItem(h.List(), -1, LVNI_FOCUSED), 2);
-  EXPECT_EQ(h.list.FirstSelected(), 2);
-  h.list.SelectItem(-1);
+  EXPECT_EQ(h.view.FirstSelected(), 2);
+  h.view.SelectItem(-1);
   EXPECT_TRUE(h.Selected().empty());
-  EXPECT_EQ(h.list.FirstSelected(), -1);
+  EXPECT_EQ(h.view.FirstSelected(), -1);
 }
 
 TEST(DraggableListView, GuardsReportAndEndTheProcessWithCodeZero) {
@@ -357,7 +304,7 @@ TEST(DraggableListView, GuardsReportAndEndTheProcessWithCodeZero) {
 
 TEST(DraggableListView, WithoutDraggingAPressOnlySelectsAndChecksNothing) {
   Harness h(LVS_EX_CHECKBOXES);
-  h.list.SetDraggable(false);
+  h.view.SetDraggable(false);
   h.Click(h.RowPoint(1));
   h.Click(h.RowPoint(1));
   EXPECT_EQ(h.Selected(), std::vector<int>{1});
@@ -371,4 +318,22 @@ TEST(DraggableListView, WithoutDraggingAPressOnlySelectsAndChecksNothing) {
   h.Click(h.BelowLastRow());
   EXPECT_TRUE(h.Selected().empty());
   EXPECT_EQ(GetFocus(), h.List());
+}
+
+// Cells move by position: in a file whose columns have no names (the shown "color" is added), a moved row keeps
+// every cell, and Alt+arrows move the selected row as a drag does.
+TEST(DraggableListView, MovedRowKeepsCellsOfColumnsWithTheSameNameAndKeysMoveLikeADrag) {
+  Harness h(0, {L"keyword", L"", L""});
+  h.Drag(0, 2);
+  EXPECT_EQ(h.file.RowAt(2), (QcsvDocument::Row{L"a", L"ha", L"#000001", L""}));
+  std::vector<std::pair<int, int>> moves;
+  h.view.onRowMoved = [&](int from, int to) { moves.emplace_back(from, to); };
+  h.view.SelectItem(0);
+  h.AltKey(VK_DOWN);
+  h.AltKey(VK_UP);
+  h.AltKey(VK_UP);  // already at the top: nothing moves
+  EXPECT_EQ(h.FileOrder(), (Order{L"b", L"c", L"a"}));
+  EXPECT_EQ(h.ViewOrder(), h.FileOrder());
+  EXPECT_EQ(moves, (std::vector<std::pair<int, int>>{{0, 1}, {1, 0}}));
+  EXPECT_EQ(h.file.RowAt(0), (QcsvDocument::Row{L"b", L"hb", L"#000002", L""}));
 }

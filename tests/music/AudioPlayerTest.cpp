@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/TextPair.h"
+#include "common/Harness.h"
 #include "common/PromptRecorder.h"
 #include "music/AudioFolder.h"
 #include "music/AudioLibraries.h"
@@ -217,10 +218,10 @@ TEST(AudioPlayer, WithoutLibrariesEveryOperationFailsCleanlyAndNamesTheMissingFi
   effects.GetErrorText(text);
   EXPECT_EQ(text, L"bass.dll is not loaded");
 
-  uint32_t saved = Language();
-  SetLanguage(kJapanese);
-  effects.GetErrorText(text);
-  SetLanguage(saved);
+  {
+    ScopedLanguage japanese(kJapanese);
+    effects.GetErrorText(text);
+  }
   EXPECT_NE(text.find(L"bass.dll"), std::wstring::npos);
   EXPECT_NE(text, L"bass.dll is not loaded");
 }

@@ -6,7 +6,8 @@
 #include <memory>
 #include <type_traits>
 
-// Owners of GDI and common-control handles, so that dialog code never releases one by hand.
+// Owners of the handles the tool holds (GDI objects, image lists, icons, memory device contexts, loaded
+// modules, open files), so that no code releases one by hand.
 namespace detail {
 struct GdiDeleter {
   void operator()(void* object) const { DeleteObject(static_cast<HGDIOBJ>(object)); }
@@ -16,6 +17,9 @@ struct ImageListDeleter {
 };
 struct IconDeleter {
   void operator()(HICON__* icon) const { DestroyIcon(icon); }
+};
+struct ModuleDeleter {
+  void operator()(HINSTANCE__* module) const { FreeLibrary(module); }
 };
 }  // namespace detail
 
@@ -55,3 +59,33 @@ using BrushHandle = GdiObject<HBRUSH>;
 using BitmapHandle = GdiObject<HBITMAP>;
 using ImageListHandle = std::unique_ptr<_IMAGELIST, detail::ImageListDeleter>;
 using IconHandle = std::unique_ptr<HICON__, detail::IconDeleter>;
+using ModuleHandle = std::unique_ptr<HINSTANCE__, detail::ModuleDeleter>;
+
+// An open file; invalid (INVALID_HANDLE_VALUE) when opening failed.
+class FileHandle {
+ public:
+  FileHandle() = default;
+  explicit FileHandle(HANDLE file) : file(file) {}
+  ~FileHandle() { Close(); }
+  FileHandle(FileHandle&& other) noexcept : file(other.file) { other.file = INVALID_HANDLE_VALUE; }
+  FileHandle& operator=(FileHandle&& other) noexcept {
+    if (this != &other) {
+      Close();
+      file = other.file;
+      other.file = INVALID_HANDLE_VALUE;
+    }
+    return *this;
+  }
+  HANDLE Get() const { return file; }
+  bool IsOpen() const { return file != INVALID_HANDLE_VALUE; }
+  // Closes now; false when the system reports an error (a write it could not finish).
+  bool Close() {
+    if (!IsOpen()) return true;
+    const bool closed = CloseHandle(file) != FALSE;
+    file = INVALID_HANDLE_VALUE;
+    return closed;
+  }
+
+ private:
+  HANDLE file = INVALID_HANDLE_VALUE;
+};

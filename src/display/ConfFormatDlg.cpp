@@ -1,0 +1,261 @@
+#include "display/ConfFormatDlg.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cwchar>
+#include <iterator>
+
+#include "app/ListSchemas.h"
+#include "app/Settings.h"
+#include "app/Strings.h"
+#include "display/Color.h"
+#include "display/ConfFormatItemDlg.h"
+
+namespace {
+
+constexpr TextPair strAddSpace{L"Insert a space between skill and potential",
+                               L"スキル値と潜在の間にスペースを入れる"};
+constexpr TextPair strTopDown{L"Set the condition to 'above threshold'", L"条件を「閾値以上」にする"};
+constexpr TextPair strOrLess{L"or less", L"以下"};
+constexpr TextPair strOrMore{L"or more", L"以上"};
+// A band's threshold, its word and the range it covers: between two numbers, from 0, or open-ended.
+constexpr TextPair strRangeBetween{L"%d %ls (%d ～ %d)", L"%d %ls (%d ～ %d)"};
+constexpr TextPair strRangeFromZero{L"%d %ls (0 ～ %d)", L"%d %ls (0 ～ %d)"};
+constexpr TextPair strRangeOpen{L"%d %ls (%d ～ )", L"%d %ls (%d ～ )"};
+
+// The tabs in order, each with the type its rows carry in the file.
+struct FormatTab {
+  const wchar_t* type;
+  TextPair label;
+};
+constexpr std::array<FormatTab, 3> kTabs{{
+    {L"Potential", {L"Skill potential", L"潜在能力"}},
+    {L"Chance", {L"Spell success rate", L"詠唱成功率"}},
+    {L"Stock", {L"Spell stock", L"ストック"}},
+}};
+
+constexpr wchar_t kVersionOption[] = L"Version";
+constexpr wchar_t kAddSpaceOption[] = L"AddSpace";
+constexpr wchar_t kTopDownOption[] = L"TopDown";
+constexpr int kCurrentVersion = 2;
+constexpr wchar_t kDefaultBandColor[] = L"#000000";
+constexpr int kThresholdColumn = 1;
+constexpr int kColorColumn = 2;
+
+// The leading number of a text, 0 when it has none.
+int LeadingNumber(const std::wstring& text) {
+  return _wtoi(text.c_str());
+}
+
+using Dlg = CConfFormatDlg;
+using namespace Layout;
+constexpr int16_t kWidth = 370;
+constexpr int16_t kHeight = 250;
+constexpr int16_t kTabBottom = 184;
+constexpr int16_t kButtonsY = kTabBottom + kMargin;
+constexpr int16_t kChecksY = kButtonsY + kButtonH + 4;
+constexpr int16_t kCheckW = 230;
+
+constexpr ListEditorDef kEditor{kListColorFile, kListColorColumns, kFlagListFormat, Dlg::kList,
+                                Dlg::kAdd,      Dlg::kEdit,        Dlg::kDelete};
+constexpr DialogDef kDialog{&strTitleListFormat, 0, 0, kWidth, kHeight, DialogStyle::kSizing};
+constexpr auto kControls = JoinControls(
+    std::array<ControlDef, 7>{{
+        // The tab control frames the list; it clips the list out so that it never paints over it.
+        {Ctl::Tab, Dlg::kTab, kMargin, kMargin, kWidth - 2 * kMargin, kTabBottom - kMargin,
+         WS_CLIPSIBLINGS | WS_TABSTOP, 0, kNoText, Anchor::All},
+        {Ctl::ListView, Dlg::kList, 2 * kMargin, 24, kWidth - 4 * kMargin, kTabBottom - 24 - kMargin,
+         LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP, WS_EX_CLIENTEDGE, kNoText, Anchor::All},
+        {Ctl::Button, Dlg::kAdd, kMargin, kButtonsY, kButtonW, kButtonH, kButtonStyle, 0, &strAdd,
+         Anchor::BottomLeft},
+        {Ctl::Button, Dlg::kEdit, kMargin + kButtonW + kMargin, kButtonsY, kButtonW, kButtonH, kButtonStyle,
+         0, &strEdit, Anchor::BottomLeft},
+        {Ctl::Button, Dlg::kDelete, kMargin + 2 * (kButtonW + kMargin), kButtonsY, kButtonW, kButtonH,
+         kButtonStyle, 0, &strDelete, Anchor::BottomLeft},
+        {Ctl::Button, Dlg::kAddSpace, kMargin, kChecksY, kCheckW, kRowH, kCheckStyle, 0, &strAddSpace,
+         Anchor::BottomLeft},
+        {Ctl::Button, Dlg::kTopDown, kMargin, kChecksY + kRowH + 4, kCheckW, kRowH, kCheckStyle, 0,
+         &strTopDown, Anchor::BottomLeft},
+    }},
+    OkCancelRow(kWidth - kMargin, kHeight - kMargin - kButtonH));
+
+bool SameType(const std::wstring& a, const wchar_t* b) {
+  return _wcsicmp(a.c_str(), b) == 0;
+}
+
+// The range text of row `i` among thresholds listed top to bottom, largest first as the bands expect.
+std::wstring RangeText(const std::vector<int>& t, size_t i, bool topDown) {
+  const wchar_t* word = Text(topDown ? strOrMore : strOrLess);
+  wchar_t text[128];
+  if (!topDown && i + 1 < t.size())
+    swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i + 1] + 1, t[i]);
+  else if (!topDown)
+    swprintf(text, std::size(text), Text(strRangeFromZero), t[i], word, t[i]);
+  else if (i == 0)
+    swprintf(text, std::size(text), Text(strRangeOpen), t[i], word, t[i]);
+  else
+    swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i], t[i - 1] - 1);
+  return text;
+}
+
+std::wstring ShownText(HWND list, int row, int column) {
+  wchar_t text[256] = {};
+  ListView_GetItemText(list, row, column, text, static_cast<int>(std::size(text)));
+  return text;
+}
+
+}  // namespace
+
+CConfFormatDlg::CConfFormatDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
+
+void CConfFormatDlg::OnOpened() {
+  const int version = LeadingNumber(listFile.OptionOr(kVersionOption, L""));
+  topDown = LeadingNumber(listFile.OptionOr(kTopDownOption, L"")) != 0;
+  CheckButton(kAddSpace, LeadingNumber(listFile.OptionOr(kAddSpaceOption, L"")) != 0);
+  CheckButton(kTopDown, topDown);
+  for (const TextPair& column : kListColorColumns) listFile.EnsureColumn(column.English());
+  if (version < kCurrentVersion) SortOldFile();
+
+  HWND tabs = Item(kTab);
+  for (size_t i = 0; i < kTabs.size(); ++i) {
+    TCITEMW item{};
+    item.mask = TCIF_TEXT;
+    item.pszText = const_cast<wchar_t*>(Text(kTabs[i].label));
+    TabCtrl_InsertItem(tabs, static_cast<int>(i), &item);
+  }
+  LoadTab();
+  BindRows(tabRows);
+}
+
+std::vector<size_t> CConfFormatDlg::RowsOfTab(size_t which) const {
+  std::vector<size_t> rows;
+  for (size_t row = 0; row < listFile.RowCount(); ++row) {
+    if (SameType(listFile.Cell(row, L"type"), kTabs[which].type)) rows.push_back(row);
+  }
+  return rows;
+}
+
+void CConfFormatDlg::SortOldFile() {
+  for (size_t which = 0; which < kTabs.size(); ++which) {
+    const std::vector<size_t> positions = RowsOfTab(which);
+    std::vector<QcsvDocument::Row> rows;
+    for (size_t position : positions) rows.push_back(listFile.RowAt(position));
+    const auto threshold = static_cast<size_t>(listFile.ColumnIndex(L"threshold"));
+    std::stable_sort(rows.begin(), rows.end(), [threshold](const auto& a, const auto& b) {
+      return LeadingNumber(a[threshold]) > LeadingNumber(b[threshold]);
+    });
+    for (size_t i = 0; i < positions.size(); ++i) listFile.SetRow(positions[i], std::move(rows[i]));
+  }
+}
+
+void CConfFormatDlg::LoadTab() {
+  tabRows.Clear();
+  tabRows.SetColumns(listFile.Columns());
+  for (size_t position : RowsOfTab(tab)) tabRows.AppendRow(listFile.RowAt(position));
+}
+
+void CConfFormatDlg::MergeTab() {
+  const std::vector<size_t> positions = RowsOfTab(tab);
+  const size_t kept = std::min(positions.size(), tabRows.RowCount());
+  for (size_t i = 0; i < kept; ++i) listFile.SetRow(positions[i], tabRows.RowAt(i));
+  size_t after = positions.empty() ? listFile.RowCount() : positions.back() + 1;
+  for (size_t i = kept; i < tabRows.RowCount(); ++i) listFile.InsertRow(after++, tabRows.RowAt(i));
+  for (size_t i = positions.size(); i-- > kept;) listFile.EraseRow(positions[i]);
+}
+
+LRESULT CConfFormatDlg::OnTabChange(NMHDR&) {
+  const int selected = TabCtrl_GetCurSel(Item(kTab));
+  if (selected < 0) return 0;
+  MergeTab();
+  tab = static_cast<size_t>(selected);
+  LoadTab();
+  listView.RefillRows();
+  UpdateButtons();
+  OnRowsChanged();
+  return 0;
+}
+
+LRESULT CConfFormatDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
+  if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) return CDRF_NOTIFYSUBITEMDRAW;
+  if (draw.nmcd.dwDrawStage != (CDDS_ITEMPREPAINT | CDDS_SUBITEM)) return CDRF_DODEFAULT;
+  const size_t row = draw.nmcd.dwItemSpec;
+  const COLORREF color = draw.iSubItem == kColorColumn && row < Rows().RowCount()
+                             ? ParseColorHex(Rows().Cell(row, L"color"), kColorNone)
+                             : kColorNone;
+  // Every cell sets its colours: the list keeps the last ones for the cells after it.
+  draw.clrText = GetSysColor(COLOR_WINDOWTEXT);
+  draw.clrTextBk = GetSysColor(COLOR_WINDOW);
+  if (color != kColorNone) {
+    draw.clrTextBk = color;
+    const int luma = GetRValue(color) * 299 + GetGValue(color) * 587 + GetBValue(color) * 114;
+    draw.clrText = luma < 128000 ? RGB(255, 255, 255) : RGB(0, 0, 0);
+  }
+  return CDRF_DODEFAULT;
+}
+
+void CConfFormatDlg::OnTopDown() {
+  topDown = IsChecked(kTopDown);
+  UpdateRangeTexts();
+}
+
+void CConfFormatDlg::OnRowsChanged() {
+  UpdateRangeTexts();
+  FitColumns();
+}
+
+void CConfFormatDlg::UpdateRangeTexts() {
+  // The numbers come from what the threshold column shows: a number just entered, or the front of
+  // a range text built before.
+  HWND list = listView.Handle();
+  const int count = ListView_GetItemCount(list);
+  std::vector<int> thresholds;
+  for (int row = 0; row < count; ++row)
+    thresholds.push_back(LeadingNumber(ShownText(list, row, kThresholdColumn)));
+  for (int row = 0; row < count; ++row) {
+    std::wstring text = RangeText(thresholds, static_cast<size_t>(row), topDown);
+    ListView_SetItemText(list, row, kThresholdColumn, text.data());
+  }
+}
+
+void CConfFormatDlg::FitColumns() {
+  HWND list = listView.Handle();
+  const int count = ListView_GetItemCount(list);
+  const int columns = static_cast<int>(kListColorColumns.size());
+  for (int column = 0; column + 1 < columns; ++column) {
+    int width = ListView_GetStringWidth(list, Text(kListColorColumns[column]));
+    for (int row = 0; row < count; ++row)
+      width = std::max(width, ListView_GetStringWidth(list, ShownText(list, row, column).c_str()));
+    // Room for the cell's margins, as the header's own width has.
+    ListView_SetColumnWidth(list, column, width + 15);
+  }
+  ListView_SetColumnWidth(list, columns - 1, LVSCW_AUTOSIZE_USEHEADER);
+}
+
+bool CConfFormatDlg::EditItem(RowCells& cells, bool adding) {
+  const COLORREF color =
+      adding ? ParseColorHex(kDefaultBandColor, kColorNone) : ParseColorHex(cells.Get(L"color"), kColorNone);
+  CConfFormatItemDlg item(cells.Get(L"threshold"), color);
+  if (item.DoModal(handle) != IDOK) return false;
+  cells.Set(L"threshold", item.threshold);
+  // A field cleared in the palette menu leaves the band's colour as it was.
+  if (item.color != kColorNone) cells.Set(L"color", FormatColorHex(item.color));
+  if (adding) {
+    cells.Set(L"type", kTabs[tab].type);
+    if (item.color == kColorNone) cells.Set(L"color", kDefaultBandColor);
+  }
+  return true;
+}
+
+void CConfFormatDlg::StoreOptions() {
+  MergeTab();
+  listFile.SetOption(kVersionOption, kCurrentVersion);
+  listFile.SetOption(kAddSpaceOption, IsChecked(kAddSpace) ? 1 : 0);
+  listFile.SetOption(kTopDownOption, topDown ? 1 : 0);
+}
+
+void OpenListFormatDialog(HWND owner) {
+  CConfFormatDlg dialog;
+  dialog.DoModal(owner);
+}

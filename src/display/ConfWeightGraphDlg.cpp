@@ -1,0 +1,85 @@
+#include "display/ConfWeightGraphDlg.h"
+
+#include "app/ExtensionNotify.h"
+#include "app/Settings.h"
+#include "app/Strings.h"
+
+namespace {
+
+constexpr TextPair strPosition{L"Graph position", L"グラフの表示位置"};
+constexpr TextPair strLeft{L"Left", L"左側"};
+constexpr TextPair strRight{L"Right", L"右側"};
+constexpr TextPair strGain{L"Gain Weight", L"増量時の色"};
+constexpr TextPair strCurrent{L"Current", L"現在値の色"};
+constexpr TextPair strLose{L"Lose Weight", L"減量時の色"};
+
+using Dlg = CConfWeightGraphDlg;
+using namespace Layout;
+constexpr int16_t kColorLabelW = 56;
+constexpr int16_t kWidth = kMargin + kColorLabelW + kColorFieldW + kMargin;
+constexpr int16_t kChoiceX = kMargin + kColorLabelW + kColorLabelGap;
+constexpr int16_t kChoiceW = 50;
+constexpr int16_t RowY(int row) {
+  return static_cast<int16_t>(kMargin + row * kRowPitch);
+}
+constexpr int16_t kButtonsY = RowY(4) + 4;
+
+constexpr DialogDef kDialog{
+    &strTitleWeightGraph, 0, 0, kWidth, kButtonsY + kButtonH + kMargin, DialogStyle::kModal, 0,
+    kCenterOnOwner};
+constexpr auto kControls =
+    JoinControls(std::array<ControlDef, 3>{{
+                     {Ctl::Static, Dlg::kPositionLabel, kMargin, RowY(0) + 2, kColorLabelW + kColorLabelGap,
+                      kRowH, SS_LEFT, 0, &strPosition},
+                     {Ctl::Button, Dlg::kLeft, kChoiceX, RowY(0), kChoiceW, kRowH,
+                      BS_AUTORADIOBUTTON | WS_GROUP | WS_TABSTOP, 0, &strLeft},
+                     {Ctl::Button, Dlg::kRight, kChoiceX + kChoiceW + kMargin, RowY(0), kChoiceW, kRowH,
+                      BS_AUTORADIOBUTTON, 0, &strRight},
+                 }},
+                 ColorFieldRow(Dlg::kGainLabel, kMargin, RowY(1), &strGain, kColorLabelW),
+                 ColorFieldRow(Dlg::kCurrentLabel, kMargin, RowY(2), &strCurrent, kColorLabelW),
+                 ColorFieldRow(Dlg::kLoseLabel, kMargin, RowY(3), &strLose, kColorLabelW),
+                 OkCancelRow(kWidth - kMargin, kButtonsY, Anchor::TopLeft));
+
+// A colour key holds the colour value as a signed number, so no colour is -1.
+int32_t ColorKeyValue(COLORREF color) {
+  return static_cast<int32_t>(color);
+}
+
+}  // namespace
+
+CConfWeightGraphDlg::CConfWeightGraphDlg()
+    : CDialog(kDialog, kControls),
+      gainField(kGainEdit, kGainSwatch, kGainSelect),
+      currentField(kCurrentEdit, kCurrentSwatch, kCurrentSelect),
+      loseField(kLoseEdit, kLoseSwatch, kLoseSelect) {}
+
+bool CConfWeightGraphDlg::OnInitDialog() {
+  const Settings& settings = GlobalSettings();
+  CheckButton(settings.iWeightGraphPosition_Right ? kRight : kLeft, true);
+  gainField.Set(handle, static_cast<COLORREF>(settings.iWeightGraphColor_Gain));
+  currentField.Set(handle, static_cast<COLORREF>(settings.iWeightGraphColor_Current));
+  loseField.Set(handle, static_cast<COLORREF>(settings.iWeightGraphColor_Lose));
+  return true;
+}
+
+void CConfWeightGraphDlg::OnOk() {
+  Settings& settings = GlobalSettings();
+  // The texts as they stand count here, not the fields' last valid colours.
+  auto typed = [this](int edit) { return ColorKeyValue(ParseColorHex(GetItemText(edit), kColorNone)); };
+  settings.iWeightGraphPosition_Right = IsChecked(kRight) ? 1 : 0;
+  settings.iWeightGraphColor_Gain = typed(kGainEdit);
+  settings.iWeightGraphColor_Current = typed(kCurrentEdit);
+  settings.iWeightGraphColor_Lose = typed(kLoseEdit);
+  settings.WriteKey(L"iWeightGraphPosition_Right", settings.iWeightGraphPosition_Right);
+  settings.WriteKey(L"iWeightGraphColor_Gain", settings.iWeightGraphColor_Gain);
+  settings.WriteKey(L"iWeightGraphColor_Current", settings.iWeightGraphColor_Current);
+  settings.WriteKey(L"iWeightGraphColor_Lose", settings.iWeightGraphColor_Lose);
+  NotifyExtensionFromLastWindow(kFlagWeightGraph);
+  EndDialog(IDOK);
+}
+
+void OpenWeightGraphDialog(HWND owner) {
+  CConfWeightGraphDlg dialog;
+  dialog.DoModal(owner);
+}
