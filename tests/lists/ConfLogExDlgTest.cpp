@@ -8,9 +8,11 @@
 #include <string>
 #include <vector>
 
+#include "app/Paths.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
 #include "lists/ConfLogExItemDlg.h"
+#include "music/AudioFolder.h"
 
 namespace {
 
@@ -40,6 +42,9 @@ LOGFONTW Font(const wchar_t* face, bool bold, bool italic) {
 
 class ConfLogExTest : public testing::Test {
  protected:
+  ConfLogExTest() { CreateDirectoryW(Paths().gameSounds.c_str(), nullptr); }
+  // A file in the game's sound folder.
+  std::wstring Sound(const wchar_t* name) const { return CombinePath(Paths().gameSounds, name); }
   void Write(const std::string& bytes) { ASSERT_TRUE(WriteFileBytes(File(), bytes)); }
   std::wstring File() const { return tool.ToolFile(L"LogEx.qcsv"); }
   std::string Bytes() const { return ReadFileBytes(File()); }
@@ -115,10 +120,6 @@ TEST_F(ConfLogExTest, CancelAfterEveryKindOfChangeLeavesTheFileByteIdentical) {
   Write(before);
   recorder.fontAnswers.push_back({Font(L"Meiryo", false, true), 100});
   recorder.AnswerMenu(2);
-  auto confirm = [](CDialog& item) {
-    Type(item, Item::kKeyword, L"changed");
-    Click(item, IDOK);
-  };
   Run(
       [&](CDialog& d, ListViewDriver& list) {
         Click(d, Dlg::kFont);
@@ -127,11 +128,13 @@ TEST_F(ConfLogExTest, CancelAfterEveryKindOfChangeLeavesTheFileByteIdentical) {
         Click(d, Dlg::kRemoteTalk);
         Click(d, Dlg::kAdd);
         list.Select(0);
-        Click(d, Dlg::kEdit);
         Click(d, Dlg::kDelete);
         Click(d, IDCANCEL);
       },
-      {confirm, confirm});
+      {[](CDialog& item) {
+        Type(item, Item::kKeyword, L"added");
+        Click(item, IDOK);
+      }});
   EXPECT_EQ(Bytes(), before);
   EXPECT_EQ(extension.Mask(), 0x100u);
 }
@@ -167,8 +170,9 @@ TEST_F(ConfLogExTest, AddInsertsAtTheSelectionWithTheContrastColour) {
   }
 }
 
-// Edit shows every cell of the row and writes every cell back; a new rule with no keyword adds nothing.
-TEST_F(ConfLogExTest, EditRoundTripsEveryCellAndAnEmptyKeywordAddsNothing) {
+// Edit shows every cell of the row and writes every cell back, the volume no lower than 50; a new rule
+// with no keyword adds nothing.
+TEST_F(ConfLogExTest, EditRoundTripsEveryCellVolumeStopsAtFiftyEmptyKeywordAddsNothing) {
   Write(WithOptions(""));
   Run(
       [&](CDialog& d, ListViewDriver& list) {
@@ -187,6 +191,10 @@ TEST_F(ConfLogExTest, EditRoundTripsEveryCellAndAnEmptyKeywordAddsNothing) {
          EXPECT_EQ(item.TrackPos(Item::kVolume), 70);
          EXPECT_EQ(item.GetItemText(Item::kVolumeValue), L"70");
          EXPECT_EQ(item.GetItemText(Item::kColor), L"bogus");
+         // The volume stops at 50, and its value follows.
+         TrackKey(item, Item::kVolume, VK_HOME);
+         TrackKey(item, Item::kVolume, VK_PRIOR);
+         EXPECT_EQ(item.GetItemText(Item::kVolumeValue), L"50");
          Click(item, Item::kRegex);
          Click(item, Item::kExact);
          Type(item, Item::kSound, L"");
@@ -196,7 +204,7 @@ TEST_F(ConfLogExTest, EditRoundTripsEveryCellAndAnEmptyKeywordAddsNothing) {
        [](CDialog& item) { Click(item, IDOK); }});
   const std::string bytes = Bytes();
   EXPECT_EQ(bytes.substr(bytes.find("#column")),
-            kColumns + "alpha,,,,,100,#ff0000\r\nbeta,,ON,ON,,70,#00ff00\r\n");
+            kColumns + "alpha,,,,,100,#ff0000\r\nbeta,,ON,ON,,50,#00ff00\r\n");
 }
 
 // The description names the face, the size and the style word; the chooser opens on the same font, its
@@ -265,8 +273,9 @@ TEST_F(ConfLogExTest, CustomDrawColoursTheColourColumnOnTheBackground) {
   });
 }
 
-// The caption's "?" asks to open the help page, with the Music Extender's caption; Yes opens it.
-TEST_F(ConfLogExTest, ContextHelpAsksAndYesOpensTheHelpPage) {
+// In both languages every text fits, and the caption's "?" asks to open the help page with the Music
+// Extender's caption; Yes opens it.
+TEST_F(ConfLogExTest, TextsFitAndContextHelpAsksAndYesOpensTheHelpPage) {
   const std::wstring host(kLogExHelpHost);
   const struct {
     uint32_t language;
@@ -286,13 +295,20 @@ TEST_F(ConfLogExTest, ContextHelpAsksAndYesOpensTheHelpPage) {
     ScopedLanguage scoped(c.language);
     PromptRecorder answers;
     answers.messageAnswers.push_back(c.answer);
-    Run([&](CDialog& d, ListViewDriver&) {
-      // The caption shows the "?" only on a window without a maximise box.
-      EXPECT_TRUE(GetWindowLongW(d.Handle(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP);
-      EXPECT_FALSE(GetWindowLongW(d.Handle(), GWL_STYLE) & WS_MAXIMIZEBOX);
-      d.Send(WM_SYSCOMMAND, SC_CONTEXTHELP);
-      Click(d, IDCANCEL);
-    });
+    Run(
+        [&](CDialog& d, ListViewDriver&) {
+          ExpectTextsFit(d);
+          // The caption shows the "?" only on a window without a maximise box.
+          EXPECT_TRUE(GetWindowLongW(d.Handle(), GWL_EXSTYLE) & WS_EX_CONTEXTHELP);
+          EXPECT_FALSE(GetWindowLongW(d.Handle(), GWL_STYLE) & WS_MAXIMIZEBOX);
+          d.Send(WM_SYSCOMMAND, SC_CONTEXTHELP);
+          Click(d, Dlg::kAdd);
+          Click(d, IDCANCEL);
+        },
+        {[](CDialog& item) {
+          ExpectTextsFit(item);
+          Click(item, IDCANCEL);
+        }});
     ASSERT_EQ(answers.asked.size(), 1u);
     EXPECT_EQ(answers.asked[0].text, c.question);
     EXPECT_EQ(answers.asked[0].caption, c.caption);
@@ -302,18 +318,91 @@ TEST_F(ConfLogExTest, ContextHelpAsksAndYesOpensTheHelpPage) {
   EXPECT_EQ(LogExHelpUrl().find(L"https://" + host + L"/"), 0u);
 }
 
-TEST_F(ConfLogExTest, TextsFitInBothLanguages) {
-  for (uint32_t language : {kEnglish, kJapanese}) {
-    ScopedLanguage scoped(language);
-    Run(
-        [&](CDialog& d, ListViewDriver&) {
-          ExpectTextsFit(d);
-          Click(d, Dlg::kAdd);
-          Click(d, IDCANCEL);
-        },
-        {[](CDialog& item) {
-          ExpectTextsFit(item);
-          Click(item, IDCANCEL);
-        }});
+// "Select..." offers the game's ".wav" sounds by name; the one chosen fills the edit.
+TEST_F(ConfLogExTest, SoundMenuListsTheWaveFilesOfTheGameSoundFolder) {
+  for (const wchar_t* name : {L"b.wav", L"A.WAV", L"readme.txt", L"c.wav.bak"})
+    WriteFileBytes(Sound(name), "");
+  CreateDirectoryW(Sound(L"folder.wav").c_str(), nullptr);
+  recorder.menuAnswers.push_back([](const AskedMenu& menu) { return static_cast<int>(menu.entries[1].id); });
+  Item item;
+  RunModal(item, [&](CDialog& d) {
+    SetCursorPos(123, 45);
+    Click(d, Item::kSoundSelect);
+    EXPECT_EQ(d.GetItemText(Item::kSound), L"b.wav");
+    Click(d, IDCANCEL);
+  });
+  ASSERT_EQ(recorder.menus.size(), 1u);
+  EXPECT_EQ(recorder.menus[0].Texts(), (std::vector<std::wstring>{L"A.WAV", L"b.wav"}));
+  // At the cursor.
+  EXPECT_EQ(recorder.menus[0].at.x, 123);
+  EXPECT_EQ(recorder.menus[0].at.y, 45);
+}
+
+// An empty sound folder gives the one disabled entry "No Items"; the edit keeps its text.
+TEST_F(ConfLogExTest, SoundMenuSaysNoItemsWhenTheFolderHasNoWaveFile) {
+  const struct {
+    uint32_t language;
+    const wchar_t* entry;
+  } cases[] = {{kEnglish, L"No Items"}, {kJapanese, L"候補がありません"}};
+  for (const auto& c : cases) {
+    ScopedLanguage scoped(c.language);
+    PromptRecorder answers;
+    answers.menuAnswers.push_back([](const AskedMenu& menu) { return static_cast<int>(menu.entries[0].id); });
+    Item item;
+    item.sound = L"old.wav";
+    RunModal(item, [](CDialog& d) {
+      Click(d, Item::kSoundSelect);
+      EXPECT_EQ(d.GetItemText(Item::kSound), L"old.wav");
+      Click(d, IDCANCEL);
+    });
+    ASSERT_EQ(answers.menus.size(), 1u);
+    EXPECT_EQ(answers.menus[0].Texts(), std::vector<std::wstring>{c.entry});
+    EXPECT_TRUE(answers.menus[0].entries[0].state & MFS_DISABLED);
   }
+}
+
+// "Audition" plays the sound once at the rule's volume scaled by the list's master volume (70 x 80);
+// a sound that does not load shows the player's reason.
+TEST_F(ConfLogExTest, AuditionPlaysAtTheRuleVolumeTimesTheMasterVolume) {
+  AudioFolder folder{{kStandInBass, kStandInBass}};
+  WriteFileBytes(Sound(L"ding.wav"), "");
+  WriteFileBytes(tool.ToolFile(L"LogEx.qcsv"), "#format,qcsv\r\n#option,MasterVolume:80\r\n");
+  Run(
+      [](CDialog& d, ListViewDriver&) {
+        Click(d, Dlg::kAdd);
+        Click(d, IDCANCEL);
+      },
+      {[&](CDialog& d) {
+        TrackKey(d, Item::kVolume, VK_PRIOR);
+        TrackKey(d, Item::kVolume, VK_PRIOR);
+        TrackKey(d, Item::kVolume, VK_PRIOR);
+        Type(d, Item::kSound, L"ding.wav");
+        folder.ClearCalls();
+        Click(d, Item::kAudition);
+        EXPECT_EQ(
+            CallsTo(folder.BassCalls(), L"BASS_SampleLoad"),
+            std::vector<std::wstring>{L"BASS_SampleLoad 0 " + Sound(L"ding.wav") + L" 0 0 1 0x80020000"});
+        const auto volume = CallsTo(folder.BassCalls(), L"BASS_ChannelSetAttribute");
+        ASSERT_EQ(volume.size(), 1u);
+        EXPECT_TRUE(volume[0].ends_with(L" 2 560/1000")) << Utf8(volume[0]);
+        EXPECT_EQ(CallsTo(folder.BassCalls(), L"BASS_ChannelPlay").size(), 1u);
+        EXPECT_TRUE(recorder.asked.empty());
+        Type(d, Item::kSound, L"missing.wav");
+        Click(d, Item::kAudition);
+        Click(d, IDCANCEL);
+      }});
+  EXPECT_EQ(recorder.Texts(), std::vector<std::wstring>{L"BASS_ERROR_FILEOPEN"});
+}
+
+// Without bass.dll beside the tool the audition says so, in the player's words, and nothing breaks.
+TEST_F(ConfLogExTest, AuditionWithoutTheAudioLibraryShowsThePlayersText) {
+  WriteFileBytes(Sound(L"ding.wav"), "");
+  Item item;
+  item.sound = L"ding.wav";
+  RunModal(item, [](CDialog& d) {
+    Click(d, Item::kAudition);
+    Click(d, Item::kAudition);
+    Click(d, IDCANCEL);
+  });
+  EXPECT_EQ(recorder.Texts(), std::vector<std::wstring>(2, LibraryMissingText(kBassFileName)));
 }
