@@ -9,11 +9,13 @@
 #include "display/ConfStockDlg.h"
 #include "display/ConfWeightGraphDlg.h"
 #include "lists/ConfLogExDlg.h"
+#include "music/ConfBGMExDlg.h"
 
 namespace {
 
 // The rows of the main dialog that carry a "Config" button, in the order the main dialog lists them. A
 // row whose dialog is not built yet has no function and shows its button disabled.
+// clang-format off
 constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", OpenLogExDialog},
     {L"enLabel", nullptr},
@@ -27,9 +29,10 @@ constexpr FeatureDialog kFeatures[] = {
     {L"enDateFormat", OpenDateFormatDialog},
     {L"enScreenshot", OpenScreenshotDialog},
     {L"enQuickSearch", nullptr},
-    {L"enMusicExtender", nullptr},
+    {L"enMusicExtender", OpenMusicExtenderDialog},
     {L"enCustomRealDate", OpenCustomRealDateDialog},
 };
+// clang-format on
 
 }  // namespace
 

@@ -56,6 +56,19 @@ INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
   return result;
 }
 
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
+                 std::vector<std::function<void(CDialog&)>> answers, HWND owner) {
+  size_t next = 0;
+  return RunModal(
+      dialog, drive,
+      [&](CDialog& opened) {
+        if (next < answers.size()) return answers[next++](opened);
+        ADD_FAILURE() << "one dialog more than the test answers: " << Utf8(opened.GetText());
+        opened.EndDialog(IDCANCEL);
+      },
+      owner);
+}
+
 void Click(const CWindow& dialog, int id) {
   SendMessageW(dialog.Item(id), BM_CLICK, 0, 0);
 }
@@ -114,9 +127,12 @@ void ExpectTextFits(HWND control) {
   int room = client.right;
   if (lstrcmpiW(className, L"Button") == 0) {
     const LONG kind = GetWindowLongW(control, GWL_STYLE) & BS_TYPEMASK;
-    const bool box = kind == BS_AUTOCHECKBOX || kind == BS_CHECKBOX || kind == BS_AUTORADIOBUTTON ||
-                     kind == BS_RADIOBUTTON || kind == BS_AUTO3STATE;
-    // A check box or radio button gives its box and a gap; a push button its frame and some air.
+    const bool pushLike = (GetWindowLongW(control, GWL_STYLE) & BS_PUSHLIKE) != 0;
+    const bool box =
+        !pushLike && (kind == BS_AUTOCHECKBOX || kind == BS_CHECKBOX || kind == BS_AUTORADIOBUTTON ||
+                      kind == BS_RADIOBUTTON || kind == BS_AUTO3STATE);
+    // A check box or radio button gives its box and a gap; a push button (or a push-like box) its frame
+    // and some air.
     room -= box ? GetSystemMetrics(SM_CXMENUCHECK) + 4 : 8;
   }
   EXPECT_LE(needed.right - needed.left, room) << "text does not fit: " << Utf8(text);

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "app/TextPair.h"
 #include "common/PromptRecorder.h"
@@ -55,6 +56,10 @@ class InstalledTool {
 INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive, HWND owner = nullptr);
 INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
                  const std::function<void(CDialog&)>& nested, HWND owner = nullptr);
+
+// The same, with the dialogs the drive opens answered in order, one function each; one more is a failure.
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
+                 std::vector<std::function<void(CDialog&)>> answers, HWND owner = nullptr);
 
 // Clicks a button of a dialog (BM_CLICK, as the user's click does).
 void Click(const CWindow& dialog, int id);

@@ -52,20 +52,21 @@ class ListFormatTest : public testing::Test {
   std::string Bytes() const { return ReadFileBytes(File()); }
 
   INT_PTR Run(const std::function<void(CDialog&, ListViewDriver&)>& drive, std::vector<Band> bands = {}) {
-    size_t next = 0;
+    std::vector<std::function<void(CDialog&)>> items;
+    for (const Band& band : bands) {
+      items.push_back([band](CDialog& item) {
+        Type(item, Item::kThreshold, band.threshold);
+        Type(item, Item::kColorEdit, band.color);
+        Click(item, IDOK);
+      });
+    }
     return RunModal(
         editor,
         [&](CDialog& d) {
           ListViewDriver list(d.Item(Dlg::kList));
           drive(d, list);
         },
-        [&](CDialog& item) {
-          ASSERT_LT(next, bands.size()) << "an item dialog more than expected";
-          const Band& band = bands[next++];
-          Type(item, Item::kThreshold, band.threshold);
-          Type(item, Item::kColorEdit, band.color);
-          Click(item, IDOK);
-        });
+        std::move(items));
   }
 
   InstalledTool tool;

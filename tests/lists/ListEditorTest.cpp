@@ -26,7 +26,7 @@ class CTestEditorDlg : public CListEditorDlg {
   CTestEditorDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
 
   BEGIN_MSG_MAP(CTestEditorDlg)
-  CHAIN_MSG_MAP(CListEditorDlg)
+    CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
   int opened = 0;
@@ -70,19 +70,20 @@ class ListEditorTest : public testing::Test {
   // (a text to type and OK, or null for Cancel).
   INT_PTR Run(const std::function<void(CDialog&, ListViewDriver&)>& drive,
               std::vector<const wchar_t*> answers = {}) {
-    size_t next = 0;
+    std::vector<std::function<void(CDialog&)>> items;
+    for (const wchar_t* answer : answers) {
+      items.push_back([answer](CDialog& item) {
+        if (answer) Type(item, CEditStringDlg::kEdit, answer);
+        Click(item, answer ? IDOK : IDCANCEL);
+      });
+    }
     return RunModal(
         editor,
         [&](CDialog& d) {
           ListViewDriver list(d.Item(Dlg::kList));
           drive(d, list);
         },
-        [&](CDialog& item) {
-          ASSERT_LT(next, answers.size()) << "an item dialog more than expected";
-          const wchar_t* answer = answers[next++];
-          if (answer) Type(item, CEditStringDlg::kEdit, answer);
-          Click(item, answer ? IDOK : IDCANCEL);
-        });
+        std::move(items));
   }
 
   InstalledTool tool;

@@ -1,0 +1,262 @@
+#include "music/ConfBGMExDlg.h"
+
+#include <commctrl.h>
+
+#include "app/ListSchemas.h"
+#include "app/Paths.h"
+#include "app/Prompt.h"
+#include "app/Settings.h"
+#include "app/Strings.h"
+#include "music/ConfBGMExItemDlg.h"
+#include "music/SceneTable.h"
+#include "ui/AboutDlg.h"
+#include "ui/EditStringDlg.h"
+
+namespace {
+
+using Dlg = CConfBGMExDlg;
+
+constexpr TextPair strAddConditon{L"Add Conditon", L"演奏条件追加"};
+constexpr TextPair strDisableMusiclist{L"Disable internal musiclist", L"内蔵musiclist.txtを使用しない"};
+constexpr TextPair strMidiMethod{L"MIDI playing method", L"MIDI演奏方法"};
+constexpr TextPair strSoundfont{L"Soundfont", L"サウンドフォント"};
+constexpr TextPair strEditItem{L"Edit Item", L"項目を編集"};
+constexpr TextPair strAddCondition{L"Add Condition", L"演奏条件を追加"};
+constexpr TextPair strAddCommentItem{L"Add Comment", L"コメントを追加"};
+constexpr TextPair strDeleteItem{L"Delete Item", L"項目を削除"};
+constexpr TextPair strSoundFontFilter{L"Sound Font (*.sf2)", L"Sound Font (*.sf2)"};
+constexpr TextPair strUnusableSoundFont{
+    L"The SoundFont path cannot contain a comma (,) or a double quote (\").\r\n"
+    L"Move or rename the file and choose it again. The previous SoundFont is kept.",
+    L"サウンドフォントのパスにカンマ（,）やダブルクォート（\"）は使えません。\r\n"
+    L"ファイルを移動するか名前を変えてから選び直してください。以前のサウンドフォントのままにします。"};
+constexpr TextPair strHelpQuestion{L"Do you want to see help page at [morva-extender.example.net] ?",
+                                   L"morva-extender.example.netに接続してヘルプを表示しますか？"};
+// The Music Extender page of the extension's web site.
+constexpr wchar_t kHelpPage[] = L"help/music-extender.html";
+// The methods in the order of the "Device" values.
+constexpr const wchar_t* kMethodNames[] = {L"BASSMIDI", L"MCI", L"DirectMusic"};
+
+constexpr auto kControls = JoinControls(
+    std::array<ControlDef, 10>{{
+        {Ctl::Button, Dlg::kAddCondition, 6, 6, 54, 12, Layout::kButtonStyle, 0, &strAddConditon},
+        {Ctl::Button, Dlg::kAddCommentButton, 66, 6, 54, 12, Layout::kButtonStyle, 0, &strAddComment},
+        {Ctl::Button, Dlg::kEdit, 126, 6, 54, 12, Layout::kButtonStyle, 0, &strEdit},
+        {Ctl::Button, Dlg::kDelete, 186, 6, 54, 12, Layout::kButtonStyle, 0, &strDelete},
+        // Five units wider than the row leaves it, starting at the Delete button's edge: the Japanese text
+        // needs it.
+        {Ctl::Button, Dlg::kDisableMusiclist, 241, 6, 107, 12, Layout::kCheckStyle, 0, &strDisableMusiclist,
+         Anchor::LeftRight},
+        {Ctl::ListView, Dlg::kList, 6, 24, 342, 150, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP,
+         WS_EX_CLIENTEDGE, kNoText, Anchor::All},
+        {Ctl::Static, Dlg::kMethodLabel, 6, 180, 66, 12, SS_LEFT | SS_CENTERIMAGE, 0, &strMidiMethod,
+         Anchor::BottomLeft},
+        {Ctl::ComboBox, Dlg::kMethod, 78, 180, 132, 30, CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0,
+         kNoText, Anchor::BottomLeft},
+        {Ctl::Button, Dlg::kSoundFontButton, 6, 198, 66, 12, Layout::kButtonStyle, 0, &strSoundfont,
+         Anchor::BottomLeft},
+        {Ctl::Static, Dlg::kSoundFontPath, 78, 198, 132, 12,
+         SS_LEFT | SS_SUNKEN | SS_PATHELLIPSIS | SS_CENTERIMAGE, 0, kNoText, Anchor::BottomLeft},
+    }},
+    OkCancelRow(348, 180, Anchor::BottomRight, 60, 30));
+
+constexpr DialogDef kDialog{&strTitleMusicExtender, 0, 0, 354, 216, DialogStyle::kSizing};
+constexpr ListEditorDef kEditor{kBgmExFile,         kBgmExColumns, kFlagMusicExtender, Dlg::kList,
+                                Dlg::kAddCondition, Dlg::kEdit,    Dlg::kDelete};
+
+const wchar_t* Column(const TextPair& column) {
+  return column.English();
+}
+
+// Values of a cell for the list: joined with a comma and a space, "*" where none means any.
+std::wstring ShownValues(const std::vector<std::wstring>& values, bool emptyIsAny) {
+  if (values.empty()) return emptyIsAny ? L"*" : L"";
+  std::wstring text;
+  for (const std::wstring& value : values) text += (text.empty() ? L"" : L", ") + value;
+  return text;
+}
+
+}  // namespace
+
+CConfBGMExDlg::CConfBGMExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
+
+void CConfBGMExDlg::OnOpened() {
+  RebuildSceneTable();
+  for (const wchar_t* name : kMethodNames) AddComboItem(kMethod, name);
+  const int method = _wtoi(listFile.OptionOr(kDeviceOption, L"0").c_str());
+  // A method this tool does not know stays as stored (the editor auditions without MIDI then).
+  SetComboSelection(kMethod, method >= 0 && method < static_cast<int>(std::size(kMethodNames)) ? method : -1);
+  SetSoundFont(listFile.OptionOr(kSoundFontOption, L""));
+  CheckButton(kDisableMusiclist, _wtoi(listFile.OptionOr(kDisableMusiclistOption, L"0").c_str()) != 0);
+  listView.cellText = [this](size_t row, int column) { return CellText(row, column); };
+}
+
+void CConfBGMExDlg::StoreOptions() {
+  const int method = ComboSelection(kMethod);
+  if (method >= 0) listFile.SetOption(kDeviceOption, method);
+  listFile.SetOption(kSoundFontOption, soundFont);
+  listFile.SetOption(kDisableMusiclistOption, IsChecked(kDisableMusiclist) ? 1 : 0);
+}
+
+void CConfBGMExDlg::OnRowsChanged() {
+  if (columnsSized) return;
+  columnsSized = true;
+  // Once the list has its size: targets and playlist take the room, the sets of numbers need little.
+  constexpr int kPercent[] = {32, 12, 12, 14, 30};
+  HWND list = listView.Handle();
+  RECT client{};
+  GetClientRect(list, &client);
+  const int width = client.right - GetSystemMetrics(SM_CXVSCROLL);
+  for (int column = 0; column < static_cast<int>(std::size(kPercent)); ++column)
+    ListView_SetColumnWidth(list, column, width * kPercent[column] / 100);
+}
+
+void CConfBGMExDlg::SetSoundFont(const std::wstring& path) {
+  soundFont = path;
+  SetItemText(kSoundFontPath, path);
+}
+
+bool CConfBGMExDlg::IsComment(size_t row) {
+  const QcsvDocument::Row& cells = Rows().RowAt(row);
+  return !cells.empty() && !cells[0].empty() && cells[0][0] == L'#';
+}
+
+std::wstring CConfBGMExDlg::CellText(size_t row, int column) {
+  if (IsComment(row)) return column == 0 ? Rows().RowAt(row)[0] : std::wstring();
+  const std::wstring& key = listView.ColumnKey(column);
+  std::vector<std::wstring> values = SplitValues(Rows().Cell(row, key));
+  if (key == Column(strColumnOrgfile)) {
+    for (std::wstring& target : values) {
+      const std::wstring scene = SceneLabel(target);
+      if (!scene.empty()) target += L" (" + scene + L")";
+    }
+  } else if (key == Column(strColumnHour)) {
+    for (std::wstring& period : values) period = PeriodLabel(period);
+  }
+  return ShownValues(
+      values, key == Column(strColumnMonth) || key == Column(strColumnDay) || key == Column(strColumnHour));
+}
+
+bool CConfBGMExDlg::EditItem(RowCells& cells, bool adding) {
+  const std::wstring first = cells.Get(Column(strColumnOrgfile));
+  if (!adding && !first.empty() && first[0] == L'#') {
+    // A comment is a line of text: it keeps its '#' whatever is typed.
+    CEditStringDlg edit(first, true);
+    edit.title = &strTitleMusicExtender;
+    if (edit.DoModal(handle) != IDOK) return false;
+    cells.Set(Column(strColumnOrgfile),
+              !edit.text.empty() && edit.text[0] == L'#' ? edit.text : L"#" + edit.text);
+    return true;
+  }
+  CConfBGMExItemDlg item;
+  item.orgfile = first;
+  item.month = cells.Get(Column(strColumnMonth));
+  item.day = cells.Get(Column(strColumnDay));
+  item.hour = cells.Get(Column(strColumnHour));
+  item.playlist = cells.Get(Column(strColumnPlaylist));
+  // The method chosen now counts for the audition, before OK stores it.
+  const int method = ComboSelection(kMethod);
+  item.device = method >= 0 ? method : _wtoi(listFile.OptionOr(kDeviceOption, L"0").c_str());
+  item.soundFont = soundFont;
+  if (item.DoModal(handle) != IDOK) return false;
+  cells.Set(Column(strColumnOrgfile), item.orgfile);
+  cells.Set(Column(strColumnMonth), item.month);
+  cells.Set(Column(strColumnDay), item.day);
+  cells.Set(Column(strColumnHour), item.hour);
+  cells.Set(Column(strColumnPlaylist), item.playlist);
+  return true;
+}
+
+void CConfBGMExDlg::OnAddCommentButton() {
+  AddComment(Rows().RowCount());
+}
+
+void CConfBGMExDlg::OnAddCommentMenu() {
+  const int selected = CurrentRow();
+  AddComment(selected >= 0 ? static_cast<size_t>(selected) : Rows().RowCount());
+}
+
+void CConfBGMExDlg::AddComment(size_t index) {
+  RowCells cells(Rows());
+  cells.Set(Column(strColumnOrgfile), kNewComment);
+  InsertRow(index, cells, true);
+}
+
+void CConfBGMExDlg::OnChooseSoundFont() {
+  const std::wstring filter = std::wstring(Text(strSoundFontFilter)) + L'\0' + L"*.sf2" + L'\0' + L'\0';
+  const std::wstring folder = FolderOf(soundFont);
+  wchar_t file[MAX_PATH] = L"";
+  OPENFILENAMEW request{};
+  request.lStructSize = sizeof(request);
+  request.hwndOwner = handle;
+  request.lpstrFilter = filter.c_str();
+  request.lpstrFile = file;
+  request.nMaxFile = static_cast<DWORD>(std::size(file));
+  request.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
+  request.Flags = OFN_FILEMUSTEXIST | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY;
+  // The chooser moves the current folder, which the tool's relative paths and the players rely on.
+  wchar_t current[MAX_PATH] = L"";
+  GetCurrentDirectoryW(static_cast<DWORD>(std::size(current)), current);
+  const bool chosen = ShowOpenFileChooser(request);
+  SetCurrentDirectoryW(current);
+  if (!chosen) return;
+  // The list file cannot give such a value back unchanged, and neither can the extension's reader.
+  if (std::wstring_view(file).find_first_of(L",\"") != std::wstring_view::npos) {
+    ShowMessage(handle, Text(strUnusableSoundFont), Text(strTitleMusicExtender), MB_OK | MB_ICONWARNING);
+    return;
+  }
+  SetSoundFont(file);
+}
+
+LRESULT CConfBGMExDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
+  if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (draw.nmcd.dwDrawStage != CDDS_ITEMPREPAINT) return CDRF_DODEFAULT;
+  const size_t row = draw.nmcd.dwItemSpec;
+  if (row >= Rows().RowCount() || !IsComment(row)) return CDRF_DODEFAULT;
+  // A comment reads across the whole row, in grey, so that it stands apart from the rules.
+  HWND list = listView.Handle();
+  RECT rect{};
+  ListView_GetItemRect(list, static_cast<int>(row), &rect, LVIR_BOUNDS);
+  const bool selected = ListView_GetItemState(list, static_cast<int>(row), LVIS_SELECTED) & LVIS_SELECTED;
+  FillRect(draw.nmcd.hdc, &rect, GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+  SetTextColor(draw.nmcd.hdc, GetSysColor(selected ? COLOR_HIGHLIGHTTEXT : COLOR_GRAYTEXT));
+  SetBkMode(draw.nmcd.hdc, TRANSPARENT);
+  rect.left += 6;
+  const std::wstring& text = Rows().RowAt(row)[0];
+  DrawTextW(draw.nmcd.hdc, text.c_str(), static_cast<int>(text.size()), &rect,
+            DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS);
+  return CDRF_SKIPDEFAULT;
+}
+
+void CConfBGMExDlg::OnContextMenu(HWND window, POINT screen) {
+  const int row = CurrentRow();
+  if (window != listView.Handle() || row < 0) return;
+  if (screen.x == -1 && screen.y == -1) {
+    RECT rect{};
+    ListView_GetItemRect(window, row, &rect, LVIR_LABEL);
+    screen = {rect.left, rect.bottom};
+    ClientToScreen(window, &screen);
+  }
+  HMENU menu = CreatePopupMenu();
+  AppendMenuW(menu, MF_STRING, kEdit, Text(strEditItem));
+  AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(menu, MF_STRING, kAddCondition, Text(strAddCondition));
+  AppendMenuW(menu, MF_STRING, kAddCommentMenu, Text(strAddCommentItem));
+  AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+  AppendMenuW(menu, MF_STRING, kDelete, Text(strDeleteItem));
+  const int command = ShowPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_NONOTIFY, screen, handle);
+  DestroyMenu(menu);
+  if (command) Send(WM_COMMAND, MAKEWPARAM(command, 0), 0);
+}
+
+LRESULT CConfBGMExDlg::OnHelp(WPARAM, LPARAM) {
+  if (ShowMessage(handle, Text(strHelpQuestion), Text(strTitleMusicExtender), MB_YESNO | MB_ICONQUESTION) ==
+      IDYES)
+    ShellOpen(handle, std::wstring(kSiteUrl) + kHelpPage);
+  return TRUE;
+}
+
+void OpenMusicExtenderDialog(HWND owner) {
+  CConfBGMExDlg dialog;
+  dialog.DoModal(owner);
+}

@@ -1,0 +1,73 @@
+#pragma once
+#include <windows.h>
+
+#include <string>
+
+#include "lists/ListEditorDlg.h"
+
+// The options of BGMEx.qcsv this dialog keeps beside the rules. "DisableInternalMusiclist" (0 or 1) is
+// the extension's switch for its built-in musiclist.txt: the list file is where the extension reads
+// the rules it governs.
+inline constexpr const wchar_t* kDeviceOption = L"Device";
+inline constexpr const wchar_t* kSoundFontOption = L"SoundFont";
+inline constexpr const wchar_t* kDisableMusiclistOption = L"DisableInternalMusiclist";
+// The text of a new comment row; a row whose first cell starts with '#' is a comment.
+inline constexpr const wchar_t* kNewComment = L"#NewComment";
+
+// The Music Extender list (BGMEx.qcsv): rules that replace the game's music by scene and time, comment
+// rows between them, and the MIDI playing method and SoundFont that the condition editor auditions with.
+class CConfBGMExDlg : public CListEditorDlg {
+ public:
+  enum : uint16_t {
+    kAddCondition = 1000,
+    kAddCommentButton = 1002,
+    kAddCommentMenu = 1003,
+    kEdit = 1004,
+    kDelete = 1005,
+    kDisableMusiclist = 1006,
+    kList = 1007,
+    kMethodLabel = 1008,
+    kMethod = 1009,
+    kSoundFontButton = 1010,
+    kSoundFontPath = 1011,
+  };
+
+  CConfBGMExDlg();
+
+  // The SoundFont (or VST instrument) the condition editor is given; shown beside its button.
+  void SetSoundFont(const std::wstring& path);
+  const std::wstring& SoundFont() const { return soundFont; }
+
+  BEGIN_MSG_MAP(CConfBGMExDlg)
+    COMMAND_ID_HANDLER(kAddCommentButton, OnAddCommentButton)
+    COMMAND_ID_HANDLER(kAddCommentMenu, OnAddCommentMenu)
+    COMMAND_ID_HANDLER(kSoundFontButton, OnChooseSoundFont)
+    NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
+    CONTEXTMENU_HANDLER(OnContextMenu)
+    MESSAGE_HANDLER(WM_HELP, OnHelp)
+    CHAIN_MSG_MAP(CListEditorDlg)
+  END_MSG_MAP()
+
+ protected:
+  bool EditItem(RowCells& cells, bool adding) override;
+  void OnOpened() override;
+  void StoreOptions() override;
+  void OnRowsChanged() override;
+
+ private:
+  void OnAddCommentButton();
+  void OnAddCommentMenu();
+  void AddComment(size_t index);
+  void OnChooseSoundFont();
+  LRESULT OnDraw(NMLVCUSTOMDRAW& draw);
+  void OnContextMenu(HWND window, POINT screen);
+  LRESULT OnHelp(WPARAM, LPARAM);
+  bool IsComment(size_t row);
+  std::wstring CellText(size_t row, int column);
+
+  std::wstring soundFont;
+  bool columnsSized = false;
+};
+
+// Opens the dialog on BGMEx.qcsv in the tool's folder: the "Config" button of the Music Extender switch.
+void OpenMusicExtenderDialog(HWND owner);

@@ -1,0 +1,290 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/ListSchemas.h"
+#include "app/Settings.h"
+#include "app/Strings.h"
+#include "common/Harness.h"
+#include "common/ListViewDriver.h"
+#include "music/ConfBGMExDlg.h"
+#include "music/ConfBGMExItemDlg.h"
+#include "music/SceneTable.h"
+#include "ui/EditStringDlg.h"
+
+namespace {
+
+using Dlg = CConfBGMExDlg;
+using Item = CConfBGMExItemDlg;
+using Texts = std::vector<std::wstring>;
+
+const std::string kRules =
+    "#format,qcsv\r\n#option,Device:1\r\n#option,SoundFont:C:\\fonts\\piano.sf2\r\n"
+    "#column,Orgfile,Month,Day,Hour,Playlist\r\n"
+    "harbor_town.mid,\"1,2\",,\"Dusk,Night\",C:\\music\\a.ogg\r\n"
+    "#Winter,,,,\r\n"
+    "mcVrkTrader,,15,,C:\\music\\b.mid\r\n";
+
+void OpenContextMenu(const CDialog& d) {
+  SendMessageW(d.Handle(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(d.Item(Dlg::kList)), MAKELPARAM(-1, -1));
+}
+
+class MusicExtenderTest : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(WriteFileBytes(File(), kRules)); }
+  std::wstring File() const { return tool.ToolFile(kBgmExFile); }
+  std::string Bytes() const { return ReadFileBytes(File()); }
+  INT_PTR Run(const std::function<void(CDialog&, ListViewDriver&)>& drive,
+              const std::function<void(CDialog&)>& nested = nullptr) {
+    return RunModal(
+        dialog,
+        [&](CDialog& d) {
+          ListViewDriver list(d.Item(Dlg::kList));
+          drive(d, list);
+        },
+        nested);
+  }
+
+  InstalledTool tool;
+  ExtensionWindow extension{0x100};
+  PromptRecorder recorder;
+  Dlg dialog;
+};
+
+}  // namespace
+
+// The button always appends; the menu inserts above the selected row. The new comment is the current row.
+TEST_F(MusicExtenderTest, AddCommentAppendsByButtonAndInsertsAboveTheSelectionByMenu) {
+  struct Case {
+    int select;
+    bool byMenu;
+    int expectedAt;
+  };
+  for (const Case& c : {Case{-1, false, 3}, Case{1, false, 3}, Case{1, true, 1}, Case{0, true, 0}}) {
+    SCOPED_TRACE(c.select * 10 + c.byMenu);
+    Dlg editor;
+    RunModal(editor, [&](CDialog& d) {
+      ListViewDriver list(d.Item(Dlg::kList));
+      const Texts before = list.Column();
+      list.Select(c.select);
+      if (c.byMenu) {
+        recorder.AnswerMenu(Dlg::kAddCommentMenu);
+        OpenContextMenu(d);
+      } else {
+        Click(d, Dlg::kAddCommentButton);
+      }
+      Texts expected = before;
+      expected.insert(expected.begin() + c.expectedAt, kNewComment);
+      EXPECT_EQ(list.Column(), expected);
+      EXPECT_EQ(list.Selected(), std::vector<int>{c.expectedAt});
+      Click(d, IDCANCEL);
+    });
+  }
+}
+
+// Without a selection nothing can be edited or deleted and no menu opens; with one, the menu's entries act.
+TEST_F(MusicExtenderTest, EditAndDeleteNeedASelectionAndSoDoesTheContextMenu) {
+  Run([&](CDialog& d, ListViewDriver& list) {
+    EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
+    OpenContextMenu(d);
+    EXPECT_TRUE(recorder.menus.empty());
+    list.Select(2);
+    EXPECT_TRUE(d.IsItemEnabled(Dlg::kEdit) && d.IsItemEnabled(Dlg::kDelete));
+    recorder.AnswerMenu(Dlg::kDelete);
+    OpenContextMenu(d);
+    ASSERT_EQ(recorder.menus.size(), 1u);
+    std::vector<UINT> ids;
+    for (const MenuEntry& entry : recorder.menus[0].entries) ids.push_back(entry.id);
+    EXPECT_EQ(ids,
+              (std::vector<UINT>{Dlg::kEdit, 0, Dlg::kAddCondition, Dlg::kAddCommentMenu, 0, Dlg::kDelete}));
+    EXPECT_EQ(list.Count(), 2);
+    EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
+    Click(d, IDCANCEL);
+  });
+}
+
+// Rules show their targets' scenes and the period names of the language; comments only their text.
+TEST_F(MusicExtenderTest, RowsShowScenesAndPeriodNamesAndCommentsTheirTextAlone) {
+  ScopedLanguage japanese(kJapanese);
+  Run([&](CDialog& d, ListViewDriver& list) {
+    const std::wstring dusk = kTimeOfDayNames[4].Japanese(), night = kTimeOfDayNames[5].Japanese();
+    EXPECT_EQ(list.TextAt(0, 0), L"harbor_town.mid (" + SceneLabel(L"harbor_town.mid") + L")");
+    EXPECT_EQ(list.TextAt(0, 3), dusk + L", " + night);
+    EXPECT_EQ(list.TextAt(0, 2), L"*");
+    EXPECT_EQ(list.TextAt(2, 0), std::wstring(L"mcVrkTrader (") + L"行商" + L")");
+    EXPECT_EQ(list.TextAt(1, 0), L"#Winter");
+    for (int column = 1; column < 5; ++column) EXPECT_EQ(list.TextAt(1, column), L"");
+    Click(d, IDCANCEL);
+  });
+}
+
+// Editing a rule goes through the condition editor, which gets the row and the method chosen now; a
+// comment is edited as a line of text and keeps its '#'.
+TEST_F(MusicExtenderTest, EditingARuleOrACommentWritesTheRowBack) {
+  int nested = 0;
+  Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        Choose(d, Dlg::kMethod, kMethodDirectMusic);
+        list.Select(0);
+        Click(d, Dlg::kEdit);
+        list.Select(1);
+        Click(d, Dlg::kEdit);
+        Click(d, IDOK);
+      },
+      [&](CDialog& opened) {
+        if (nested++ == 0) {
+          auto& item = static_cast<Item&>(opened);
+          EXPECT_EQ(item.device, kMethodDirectMusic);
+          EXPECT_EQ(item.soundFont, L"C:\\fonts\\piano.sf2");
+          EXPECT_TRUE(item.IsChecked(Item::kFirstMonth) && item.IsChecked(Item::kFirstMonth + 1));
+          Click(item, Item::kFirstMonth + 11);
+        } else {
+          Type(opened, CEditStringDlg::kEdit, L"Spring");
+        }
+        Click(opened, IDOK);
+      });
+  const std::string bytes = Bytes();
+  EXPECT_NE(bytes.find("harbor_town.mid,\"1,2,12\",,\"Dusk,Night\",C:\\music\\a.ogg\r\n#Spring,,,,\r\n"),
+            std::string::npos);
+}
+
+// OK writes the options, the size and the rows exactly and joins the Music Extender's flag to those set.
+TEST_F(MusicExtenderTest, OkWritesExactBytesAndSetsTheFlag) {
+  const INT_PTR result = Run([&](CDialog& d, ListViewDriver&) {
+    Choose(d, Dlg::kMethod, kMethodBassMidi);
+    Click(d, Dlg::kDisableMusiclist);
+    Click(d, Dlg::kAddCommentButton);
+    Click(d, IDOK);
+  });
+  EXPECT_EQ(result, IDOK);
+  EXPECT_EQ(Bytes(),
+            "#format,qcsv\r\n#option,Device:0\r\n#option,SoundFont:C:\\fonts\\piano.sf2\r\n"
+            "#option,DisableInternalMusiclist:1\r\n#option,WindowWidth:636\r\n#option,WindowHeight:444\r\n"
+            "#option,WindowMaximized:0\r\n#column,Orgfile,Month,Day,Hour,Playlist\r\n"
+            "harbor_town.mid,\"1,2\",,\"Dusk,Night\",C:\\music\\a.ogg\r\n#Winter,,,,\r\n"
+            "mcVrkTrader,,15,,C:\\music\\b.mid\r\n#NewComment,,,,\r\n");
+  EXPECT_EQ(extension.Mask(), 0x100u | kFlagMusicExtender);
+}
+
+// "Disable internal musiclist" comes back as it was stored and is stored as the box shows it.
+TEST_F(MusicExtenderTest, TheMusiclistSwitchIsKeptAcrossOpenAndOk) {
+  for (bool click : {false, true}) {
+    Dlg first, second;
+    RunModal(first, [&](CDialog& d) {
+      if (click) Click(d, Dlg::kDisableMusiclist);
+      Click(d, IDOK);
+    });
+    RunModal(second, [&](CDialog& d) {
+      EXPECT_EQ(d.IsChecked(Dlg::kDisableMusiclist), click);
+      Click(d, IDOK);
+    });
+    EXPECT_NE(Bytes().find(click ? "DisableInternalMusiclist:1\r\n" : "DisableInternalMusiclist:0\r\n"),
+              std::string::npos);
+    ASSERT_TRUE(WriteFileBytes(File(), kRules));
+  }
+}
+
+// Cancel after every kind of change leaves the file as it was and tells nobody.
+TEST_F(MusicExtenderTest, CancelLeavesTheFileByteIdentical) {
+  recorder.fileAnswers.push_back(L"C:\\fonts\\strings.sf2");
+  Run([&](CDialog& d, ListViewDriver& list) {
+    Click(d, Dlg::kAddCommentButton);
+    Choose(d, Dlg::kMethod, kMethodBassMidi);
+    Click(d, Dlg::kDisableMusiclist);
+    Click(d, Dlg::kSoundFontButton);
+    list.Select(0);
+    Click(d, Dlg::kDelete);
+    Click(d, IDCANCEL);
+  });
+  EXPECT_EQ(Bytes(), kRules);
+  EXPECT_EQ(extension.Mask(), 0x100u);
+}
+
+// The SoundFont chooser leaves the current folder as it was; a path the list file cannot keep is refused
+// with a message and the previous SoundFont stays.
+TEST_F(MusicExtenderTest, SoundFontIsChosenWithTheFolderRestoredAndUnstorablePathsRefused) {
+  struct Case {
+    const wchar_t* chosen;
+    bool accepted;
+  };
+  const Case cases[] = {
+      {L"C:\\fonts\\grand.sf2", true}, {L"C:\\fonts\\a,b.sf2", false}, {L"C:\\fonts\\say \"hi\".sf2", false}};
+  TempDir elsewhere;
+  recorder.changeDirectoryTo = elsewhere.Path();
+  wchar_t current[MAX_PATH];
+  GetCurrentDirectoryW(MAX_PATH, current);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Utf8(c.chosen));
+    recorder.asked.clear();
+    recorder.fileAnswers.push_back(c.chosen);
+    Dlg editor;
+    RunModal(editor, [&](CDialog& d) {
+      Click(d, Dlg::kSoundFontButton);
+      const std::wstring expected = c.accepted ? c.chosen : L"C:\\fonts\\piano.sf2";
+      EXPECT_EQ(editor.SoundFont(), expected);
+      EXPECT_EQ(d.GetItemText(Dlg::kSoundFontPath), expected);
+      Click(d, IDCANCEL);
+    });
+    wchar_t after[MAX_PATH];
+    GetCurrentDirectoryW(MAX_PATH, after);
+    EXPECT_STREQ(after, current);
+    EXPECT_EQ(recorder.asked.size(), c.accepted ? 0u : 1u);
+    EXPECT_NE(recorder.files.back().filter.find(L"*.sf2"), std::wstring::npos);
+  }
+}
+
+// F1 asks before going to the web; only Yes opens the help page.
+TEST_F(MusicExtenderTest, HelpAsksBeforeOpeningThePage) {
+  for (int answer : {IDNO, IDYES}) {
+    recorder.messageAnswers.push_back(answer);
+    Dlg editor;
+    RunModal(editor, [&](CDialog& d) {
+      HELPINFO info{};
+      info.cbSize = sizeof(info);
+      d.Send(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
+      Click(d, IDCANCEL);
+    });
+    EXPECT_EQ(recorder.asked.back().caption, Text(strTitleMusicExtender));
+  }
+  EXPECT_EQ(recorder.asked.size(), 2u);
+  EXPECT_EQ(recorder.shellOpened.size(), 1u);
+}
+
+// Every label, button and check box shows its whole text in both languages.
+TEST_F(MusicExtenderTest, TextsFitInBothLanguages) {
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    Dlg editor;
+    RunModal(editor, [&](CDialog& d) {
+      ExpectTextsFit(d);
+      Click(d, IDCANCEL);
+    });
+  }
+}
+
+// The table: 71 keys; grouped keys show their group's first label; the last ten are the extender's
+// encounter aliases, shown in the language of the rebuild.
+TEST(SceneTable, HoldsEveryKeyWithSharedLabelsAndTheAliasesInBothLanguages) {
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    RebuildSceneTable();
+    EXPECT_EQ(SceneTable().size(), 71u);
+    const auto rows = SceneRows();
+    for (const SceneRow& row : rows) {
+      SCOPED_TRACE(Utf8(row.key));
+      if (row.sameAs) {
+        EXPECT_EQ(SceneLabel(row.key), SceneLabel(row.sameAs));
+        EXPECT_FALSE(SceneLabel(row.key).empty());
+      } else {
+        EXPECT_EQ(SceneLabel(row.key), row.label[language]);
+      }
+    }
+    for (const SceneRow& alias : rows.last(10)) {
+      EXPECT_EQ(std::wstring_view(alias.key).substr(0, 5), L"mcVrk");
+      EXPECT_EQ(alias.sameAs, nullptr);
+    }
+  }
+}
