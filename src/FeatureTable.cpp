@@ -4,11 +4,15 @@
 #include "display/ConfCustomRealDate.h"
 #include "display/ConfDateFormatDlg.h"
 #include "display/ConfFormatDlg.h"
+#include "display/ConfInfoLayerDlg.h"
 #include "display/ConfSatietyFormatDlg.h"
 #include "display/ConfScreenshotDlg.h"
 #include "display/ConfStockDlg.h"
 #include "display/ConfWeightGraphDlg.h"
+#include "lists/ConfEnchantFinderDlg.h"
+#include "lists/ConfLabelDlg.h"
 #include "lists/ConfLogExDlg.h"
+#include "lists/ConfQuickSearchDlg.h"
 #include "music/ConfBGMExDlg.h"
 
 namespace {
@@ -18,17 +22,17 @@ namespace {
 // clang-format off
 constexpr FeatureDialog kFeatures[] = {
     {L"enLogExtender", OpenLogExDialog},
-    {L"enLabel", nullptr},
-    {L"enEnchantFinder", nullptr},
+    {L"enLabel", OpenLabelDialog},
+    {L"enEnchantFinder", OpenEnchantFinderDialog},
     {L"enListExtender", OpenListFormatDialog},
     {L"enStockMK", OpenStockDialog},
     {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
     {L"enWeightGraph", OpenWeightGraphDialog},
-    {L"enSetInfoPos", nullptr},
+    {L"enSetInfoPos", OpenInfoLayerDialog},
     {L"enShowSatiety", OpenSatietyFormatDialog},
     {L"enDateFormat", OpenDateFormatDialog},
     {L"enScreenshot", OpenScreenshotDialog},
-    {L"enQuickSearch", nullptr},
+    {L"enQuickSearch", OpenQuickSearchDialog},
     {L"enMusicExtender", OpenMusicExtenderDialog},
     {L"enCustomRealDate", OpenCustomRealDateDialog},
 };

@@ -448,7 +448,8 @@ void QcsvDocument::SetOption(std::wstring_view name, std::wstring_view value) {
   if (index < 0) {
     options.emplace_back(name, value);
   } else {
-    options[static_cast<size_t>(index)].second = value;
+    // The option keeps its place and takes the spelling it is set under: one key, as the writer names it.
+    options[static_cast<size_t>(index)] = {std::wstring(name), std::wstring(value)};
   }
 }
 

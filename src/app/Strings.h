@@ -13,6 +13,9 @@ inline constexpr TextPair strAddItem{L"Add Item", L"項目追加"};
 inline constexpr TextPair strProductName{L"Morva Extender", L"Morva Extender"};
 inline constexpr TextPair strBkColor{L"BkColor", L"背景色"};
 inline constexpr TextPair strCancel{L"Cancel", L"キャンセル"};
+// The labels before a keyword edit and a colour field in the item dialogs.
+inline constexpr TextPair strKeywordField{L"Keyword:", L"キーワード："};
+inline constexpr TextPair strColorField{L"Color:", L"色："};
 inline constexpr TextPair strChoose{L"Choose...", L"選択..."};
 inline constexpr TextPair strConfig{L"Config", L"設定"};
 inline constexpr TextPair strCurrentSetting{L"Current setting", L"現在の設定"};
@@ -47,7 +50,8 @@ inline constexpr TextPair strOk{L"OK", L"OK"};
 // Dialog titles. Pairs with equal texts stay separate: each belongs to its own dialog.
 inline constexpr TextPair strTitleMusicExtender{L"Config Music Extender", L"BGM拡張の設定"};
 inline constexpr TextPair strTitleMusicCondition{L"Condition - Music Extender", L"演奏条件設定 - BGM拡張"};
-inline constexpr TextPair strTitleIdentifiedColor{L"Select identified item color", L"鑑定済みアイテムの色の設定"};
+inline constexpr TextPair strTitleIdentifiedColor{L"Select identified item color",
+                                                  L"鑑定済みアイテムの色の設定"};
 inline constexpr TextPair strTitleCustomRealDate{L"Custom Real Date", L"Morvaに通知するリアル日付"};
 inline constexpr TextPair strTitleDateFormat{L"Select date format", L"日付の表示形式の選択"};
 inline constexpr TextPair strTitleEdgedTextColor{L"Config Edged Text Color", L"縁付き文字の色の設定"};

@@ -1,35 +1,25 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
 
 #include "app/ListSchemas.h"
 #include "app/QcsvDocument.h"
 #include "common/TestUtil.h"
 
-// The column line each schema puts in its file is what the extension looks columns up by.
+// The column line each schema puts in its file is what the extension looks columns up by. The editors'
+// tests compare whole files for the other schemas; these are the ones no editor test writes.
 TEST(ListSchemas, ColumnLinesCarryTheEnglishNamesInOrder) {
-  const struct {
-    std::span<const TextPair> schema;
-    const char* columnLine;
-    const wchar_t* firstJapanese;
-  } cases[] = {
-      {kLogExColumns, "#column,keyword,regex,exact,talk,sound,volume,color", L"キーワード"},
-      {kLabelColumns, "#column,keyword,regex,exact,color", L"キーワード"},
-      {kKeywordColorColumns, "#column,keyword,color", L"キーワード"},
-      {kEnchantColorColumns, "#column,enchant,color", L"エンチャント"},
-      {kThresholdColorColumns, "#column,threshold,color", L"条件"},
-      {kListColorColumns, "#column,type,threshold,color", L"タイプ"},
-      {kBgmExColumns, "#column,Orgfile,Month,Day,Hour,Playlist", L"元のファイル"},
-      {kVolumeColumns, "#column,File,Volume", L"ファイル"},
-      {kKeywordColumns, "#column,keyword", L"キーワード"},
+  const std::pair<std::span<const TextPair>, const char*> cases[] = {
+      {kLogExColumns, "#column,keyword,regex,exact,talk,sound,volume,color"},
+      {kThresholdColorColumns, "#column,threshold,color"},
+      {kVolumeColumns, "#column,File,Volume"},
   };
   TempDir dir;
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.columnLine);
+  for (const auto& [schema, columnLine] : cases) {
     QcsvDocument doc;
-    doc.SetColumns(FileColumnNames(c.schema));
+    doc.SetColumns(FileColumnNames(schema));
     ASSERT_TRUE(doc.Write(dir.File(L"s.qcsv")));
-    EXPECT_EQ(ReadFileBytes(dir.File(L"s.qcsv")), std::string("#format,qcsv\r\n") + c.columnLine + "\r\n");
-    EXPECT_STREQ(c.schema[0].Japanese(), c.firstJapanese);
+    EXPECT_EQ(ReadFileBytes(dir.File(L"s.qcsv")), std::string("#format,qcsv\r\n") + columnLine + "\r\n");
   }
 }

@@ -44,16 +44,17 @@ TEST(StartUp, RunningInstanceIsFoundAsADialogByEitherTitle) {
 
 TEST(StartUp, FoldersComeFromTheProgramAndItsFolderBecomesCurrent) {
   CurrentDirectoryGuard directoryGuard;
-  TempDir dir;
-  const std::wstring tool = dir.File(L"game") + L"\\Vrk";
-  CreateDirectoryW(dir.File(L"game").c_str(), nullptr);
-  CreateDirectoryW(tool.c_str(), nullptr);
-  ASSERT_TRUE(PrepareFolders(tool + L"\\VrkConfig.exe"));
+  InstalledTool tool;
+  // Start from folders and settings pointed elsewhere.
+  SetProgramFolder(L"C:\\elsewhere\\Vrk\\VrkConfig.exe");
+  DeriveGamePaths();
+  GlobalSettings().path.clear();
+  ASSERT_TRUE(PrepareFolders(tool.Tool() + L"\\VrkConfig.exe"));
   wchar_t current[MAX_PATH]{};
   GetCurrentDirectoryW(MAX_PATH, current);
-  EXPECT_EQ(lstrcmpiW(current, tool.c_str()), 0) << Utf8(current);
-  EXPECT_EQ(GlobalSettings().path, tool + L"\\Vrk.ini");
-  EXPECT_EQ(Paths().gameFolder, dir.File(L"game"));
+  EXPECT_EQ(lstrcmpiW(current, tool.Tool().c_str()), 0) << Utf8(current);
+  EXPECT_EQ(GlobalSettings().path, tool.IniPath());
+  EXPECT_EQ(Paths().gameFolder, tool.Game());
 }
 
 // No folder above the program, so no game folder: the message has the system's default caption.
@@ -64,13 +65,10 @@ TEST(StartUp, ProgramOutsideAnyFolderSaysItIsNotInstalled) {
   EXPECT_FALSE(PrepareFolders(L"C:\\VrkConfig.exe"));
   SetLanguage(kJapanese);
   EXPECT_FALSE(PrepareFolders(L"VrkConfig.exe"));
-  EXPECT_EQ(recorder.Texts(),
-            (std::vector<std::wstring>{L"Morva Extender is not installed correctly.",
-                                       L"Morva Extenderが正しくインストールされていません。"}));
-  for (const AskedMessage& asked : recorder.asked) {
-    EXPECT_EQ(asked.caption, kDefaultCaption);
-    EXPECT_EQ(asked.type, static_cast<UINT>(MB_OK));
-  }
+  EXPECT_EQ(recorder.asked,
+            (std::vector<AskedMessage>{
+                {nullptr, L"Morva Extender is not installed correctly.", kDefaultCaption, MB_OK},
+                {nullptr, L"Morva Extenderが正しくインストールされていません。", kDefaultCaption, MB_OK}}));
 }
 
 TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {

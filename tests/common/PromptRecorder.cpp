@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "common/TestUtil.h"
+
 namespace {
 
 template <class T>
@@ -12,25 +14,30 @@ bool TakeFront(std::deque<T>& queue, T& out) {
   return true;
 }
 
-AskedMenu ReadMenu(HMENU menu, POINT at, HWND owner) {
-  AskedMenu shown{{}, at, owner};
+}  // namespace
+
+AskedMenu ReadMenu(HMENU menu, UINT flags, POINT at, HWND owner) {
+  AskedMenu shown{{}, at, owner, menu, flags};
   const int count = GetMenuItemCount(menu);
   for (int i = 0; i < count; ++i) {
     wchar_t text[256] = {};
     MENUITEMINFOW info{};
     info.cbSize = sizeof(info);
-    info.fMask = MIIM_ID | MIIM_STATE | MIIM_FTYPE | MIIM_STRING | MIIM_SUBMENU;
+    info.fMask = MIIM_ID | MIIM_STATE | MIIM_FTYPE | MIIM_STRING | MIIM_SUBMENU | MIIM_CHECKMARKS;
     info.dwTypeData = text;
     info.cch = static_cast<UINT>(std::size(text));
     GetMenuItemInfoW(menu, static_cast<UINT>(i), TRUE, &info);
     shown.entries.push_back({info.hSubMenu ? 0 : info.wID, text, info.fState,
                              (info.fType & MFT_SEPARATOR) != 0,
-                             (info.fType & (MFT_MENUBREAK | MFT_MENUBARBREAK)) != 0});
+                             (info.fType & (MFT_MENUBREAK | MFT_MENUBARBREAK)) != 0, info.hbmpUnchecked});
   }
   return shown;
 }
 
-}  // namespace
+void PrintTo(const AskedMessage& message, std::ostream* out) {
+  *out << "{owner " << message.owner << ", \"" << Utf8(message.text) << "\", caption \""
+       << Utf8(message.caption) << "\", type " << message.type << "}";
+}
 
 std::vector<std::wstring> AskedMenu::Texts() const {
   std::vector<std::wstring> texts;
@@ -52,8 +59,8 @@ PromptRecorder::PromptRecorder(int defaultAnswer) : defaultAnswer(defaultAnswer)
     TakeFront(messageAnswers, answer);
     return answer;
   };
-  p.popupMenu = [this](HMENU menu, UINT, POINT at, HWND owner) {
-    menus.push_back(ReadMenu(menu, at, owner));
+  p.popupMenu = [this](HMENU menu, UINT flags, POINT at, HWND owner) {
+    menus.push_back(ReadMenu(menu, flags, at, owner));
     std::function<int(const AskedMenu&)> answer;
     return TakeFront(menuAnswers, answer) ? answer(menus.back()) : 0;
   };

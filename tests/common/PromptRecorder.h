@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -13,25 +14,35 @@ struct AskedMessage {
   std::wstring text;
   std::wstring caption;
   UINT type;
+  bool operator==(const AskedMessage&) const = default;
 };
+void PrintTo(const AskedMessage& message, std::ostream* out);
 
 // One entry of a pop-up menu as it was shown: command id (0 for a separator or a sub-menu), text and
-// state (MFS_CHECKED, MFS_DISABLED ...); `column` marks an entry that starts a new column.
+// state (MFS_CHECKED, MFS_DISABLED ...); `column` marks an entry that starts a new column; `bitmap` is the
+// picture shown beside an unchecked entry (a colour swatch, say).
 struct MenuEntry {
   UINT id;
   std::wstring text;
   UINT state;
   bool separator;
   bool column;
+  HBITMAP bitmap;
 };
 
+// A pop-up menu as shown: `menu` and `flags` are what the tool passed (the handle is gone afterwards).
 struct AskedMenu {
   std::vector<MenuEntry> entries;
   POINT at;
   HWND owner;
+  HMENU menu;
+  UINT flags;
   std::vector<std::wstring> Texts() const;
   const MenuEntry* Find(UINT id) const;
 };
+
+// Reads every entry of a menu.
+AskedMenu ReadMenu(HMENU menu, UINT flags = 0, POINT at = {}, HWND owner = nullptr);
 
 // What a file chooser was asked: the filter (pairs joined by '|'), initial folder, flags and title.
 struct AskedFile {

@@ -4,9 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <vector>
 
-#include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
 #include "common/Harness.h"
@@ -87,14 +85,8 @@ TEST_F(ColorDialogsTest, SelectPicksFromThePaletteWithoutShowNothing) {
       {L"#12", 19, L"#ff9b9b", 0x9B9BFF},     // Morva Red
   };
   for (const Case& c : cases) {
-    int asked = 0;
-    CurrentPrompts().popupMenu = [&](HMENU menu, UINT, POINT, HWND) {
-      ++asked;
-      wchar_t third[64] = {};
-      GetMenuStringW(menu, 20, third, static_cast<int>(std::size(third)), MF_BYPOSITION);
-      EXPECT_STRNE(third, L"Show nothing");
-      return c.command;
-    };
+    PromptRecorder recorder;
+    recorder.AnswerMenu(c.command);
     CSelectEdgedTextColor dialog(0x00ABCDEF, 0x654321);
     RunModal(dialog, [&](CDialog& d) {
       SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
@@ -104,7 +96,8 @@ TEST_F(ColorDialogsTest, SelectPicksFromThePaletteWithoutShowNothing) {
       EXPECT_EQ(SwatchColor(d, kTextSwatch), painted);
       Click(d, IDOK);
     });
-    EXPECT_EQ(asked, 1);
+    ASSERT_EQ(recorder.menus.size(), 1u);
+    EXPECT_EQ(recorder.menus[0].Find(kCommandShowNothing), nullptr);
     EXPECT_EQ(dialog.textColor, c.color) << testing::PrintToString(c.typed) << " " << c.command;
   }
 }
@@ -126,40 +119,15 @@ TEST_F(ColorDialogsTest, EdgedTextColourOpensWithBothColoursAndOnlyOkTakesTheTyp
   }
 }
 
-TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
-  struct Expected {
-    int id;
-    const wchar_t* english;
-    const wchar_t* japanese;
-  };
-  const Expected colorize[] = {
-      {0, L"Select identified item color", L"鑑定済みアイテムの色の設定"},
-      {CConfColorizeDlg::kLabel, L"Color", L"色"},
-      {CConfColorizeDlg::kSelect, L"Select...", L"選択..."},
-      {IDOK, L"OK", L"OK"},
-      {IDCANCEL, L"Cancel", L"キャンセル"},
-  };
-  const Expected edged[] = {
-      {0, L"Config Edged Text Color", L"縁付き文字の色の設定"},
-      {Edged::kTextLabel, L"Text Color", L"文字の色"},
-      {Edged::kTextSelect, L"Select...", L"選択..."},
-      {Edged::kEdgeLabel, L"Edge Color", L"縁の色"},
-      {Edged::kEdgeSelect, L"Select...", L"選択..."},
-      {IDOK, L"OK", L"OK"},
-      {IDCANCEL, L"Cancel", L"キャンセル"},
-  };
-  // Both open centred on their owner.
+// Both open centred on their owner, and every text fits in either language.
+TEST_F(ColorDialogsTest, DialogsOpenCentredOnTheOwnerWithTheirTextsFittingInBothLanguages) {
   CSelectEdgedTextColor owner(0, 0);
   ASSERT_TRUE(owner.Create(nullptr));
   SetWindowPos(owner.Handle(), nullptr, 40, 30, 700, 500, SWP_NOZORDER | SWP_NOACTIVATE);
   ShowWindow(owner.Handle(), SW_SHOWNOACTIVATE);
   const RECT outer = owner.WindowRect();
-  auto check = [&](CDialog& d, const auto& table, uint32_t language) {
-    for (const Expected& e : table) {
-      std::wstring shown = e.id == 0 ? d.GetText() : d.GetItemText(e.id);
-      EXPECT_EQ(shown, language == kEnglish ? e.english : e.japanese) << e.id;
-      if (e.id != 0) ExpectTextFits(d.Item(e.id));
-    }
+  auto check = [&](CDialog& d) {
+    ExpectTextsFit(d);
     const RECT inner = d.WindowRect();
     EXPECT_NEAR((inner.left + inner.right) / 2, (outer.left + outer.right) / 2, 1);
     EXPECT_NEAR((inner.top + inner.bottom) / 2, (outer.top + outer.bottom) / 2, 1);
@@ -169,20 +137,24 @@ TEST_F(ColorDialogsTest, DialogsShowTheirTextsInBothLanguages) {
   for (uint32_t language : {kEnglish, kJapanese}) {
     ScopedLanguage shown(language);
     CConfColorizeDlg colorizeDlg(dir.File(L"ListColor.qcsv"));
-    RunModal(
-        colorizeDlg, [&](CDialog& d) { check(d, colorize, language); }, owner.Handle());
+    RunModal(colorizeDlg, check, owner.Handle());
     CSelectEdgedTextColor edgedDlg(0, 0);
-    RunModal(
-        edgedDlg, [&](CDialog& d) { check(d, edged, language); }, owner.Handle());
+    RunModal(edgedDlg, check, owner.Handle());
   }
 }
 
+// The colour option is read and written in its place; the rest of the file is kept byte for byte. Without the
+// option the field shows dark blue and OK adds it after the other options.
 TEST_F(ColorDialogsTest, IdentifiedItemColourIsReadAndWrittenBackWithTheWholeFile) {
-  const std::string head = "#format,qcsv\r\n#option,WindowWidth:640\r\n";
-  const std::string tail =
-      "\r\n#option,Other:x\r\n#column,type,threshold,color\r\nskill,10,#ff0000\r\nspell,5,\r\n";
+  auto file = [](const char* first, const char* last) {
+    auto option = [](const char* value) {
+      return value ? std::string("#option,IdentifiedItemColor:") + value + "\r\n" : std::string();
+    };
+    return "#format,qcsv\r\n#option,WindowWidth:640\r\n" + option(first) + "#option,Other:x\r\n" +
+           option(last) + "#column,type,threshold,color\r\nskill,10,#ff0000\r\nspell,5,\r\n";
+  };
   struct Case {
-    const char* stored;    // the option line's value, or null for no option
+    const char* stored;    // the option's value, or null for no option
     const wchar_t* shown;  // the edit on opening
     const wchar_t* typed;  // typed before OK (Cancel when `written` is null), or null
     const char* written;   // the option's value afterwards, or null when the file must be untouched
@@ -191,36 +163,25 @@ TEST_F(ColorDialogsTest, IdentifiedItemColourIsReadAndWrittenBackWithTheWholeFil
       {"red", L"#ffffff", nullptr, "#ffffff"},    {"#00FF00", L"#00ff00", nullptr, "#00ff00"},
       {"", L"#0000bf", nullptr, "#0000bf"},       {"Nothing", L"#ffffff", nullptr, "#ffffff"},
       {"#123456", L"#123456", L"#12", "#123456"}, {"#123456", L"#123456", L"#abcdef", "#abcdef"},
-      {"red", L"#ffffff", L"#abcdef", nullptr},
+      {"red", L"#ffffff", L"#abcdef", nullptr},   {nullptr, L"#0000bf", nullptr, "#0000bf"},
   };
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.stored ? c.stored : "(none)");
     TempDir dir;
     std::wstring path = dir.File(L"ListColor.qcsv");
-    std::string before = head + "#option,IdentifiedItemColor:" + c.stored + tail;
+    const std::string before = file(c.stored, nullptr);
     ASSERT_TRUE(WriteFileBytes(path, before));
     CConfColorizeDlg dialog(path);
     INT_PTR result = RunModal(dialog, [&](CDialog& d) {
-      EXPECT_EQ(d.GetItemText(kTextEdit), c.shown) << c.stored;
+      EXPECT_EQ(d.GetItemText(kTextEdit), c.shown);
+      EXPECT_EQ(SwatchColor(d, kTextSwatch), ParseColorHex(c.shown, 0));
       if (c.typed) SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
       Click(d, c.written ? IDOK : IDCANCEL);
     });
     EXPECT_EQ(result, c.written ? IDOK : IDCANCEL);
-    const std::string after = c.written ? head + "#option,IdentifiedItemColor:" + c.written + tail : before;
-    EXPECT_EQ(ReadFileBytes(path), after) << c.stored;
+    const std::string after = !c.written ? before
+                              : c.stored ? file(c.written, nullptr)
+                                         : file(nullptr, c.written);
+    EXPECT_EQ(ReadFileBytes(path), after);
   }
-}
-
-TEST_F(ColorDialogsTest, IdentifiedItemColourDefaultsToDarkBlue) {
-  TempDir dir;
-  std::wstring path = dir.File(L"ListColor.qcsv");
-  ASSERT_TRUE(WriteFileBytes(path, "#format,qcsv\r\n#column,type,threshold,color\r\nskill,10,#ff0000\r\n"));
-  CConfColorizeDlg dialog(path);
-  RunModal(dialog, [&](CDialog& d) {
-    EXPECT_EQ(d.GetItemText(kTextEdit), L"#0000bf");
-    EXPECT_EQ(SwatchColor(d, kTextSwatch), 0xBF0000u);
-    Click(d, IDOK);
-  });
-  EXPECT_EQ(ReadFileBytes(path),
-            "#format,qcsv\r\n#option,IdentifiedItemColor:#0000bf\r\n#column,type,threshold,color\r\n"
-            "skill,10,#ff0000\r\n");
 }

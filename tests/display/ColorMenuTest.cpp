@@ -1,54 +1,28 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "app/Prompt.h"
 #include "app/TextPair.h"
 #include "common/Harness.h"
+#include "common/PromptRecorder.h"
 #include "display/ColorMenu.h"
-#include "display/SelectEdgedTextColor.h"
 
 namespace {
-
-struct MenuItem {
-  bool separator;
-  bool newColumn;
-  bool disabled;
-  int command;
-  std::wstring text;
-  HBITMAP swatch;
-};
-
-std::vector<MenuItem> ReadMenu(HMENU menu) {
-  std::vector<MenuItem> items;
-  int count = GetMenuItemCount(menu);
-  for (int i = 0; i < count; ++i) {
-    wchar_t text[128] = {};
-    MENUITEMINFOW info{};
-    info.cbSize = sizeof(info);
-    info.fMask = MIIM_FTYPE | MIIM_STATE | MIIM_ID | MIIM_STRING | MIIM_CHECKMARKS;
-    info.dwTypeData = text;
-    info.cch = static_cast<UINT>(std::size(text));
-    GetMenuItemInfoW(menu, i, TRUE, &info);
-    items.push_back({(info.fType & MFT_SEPARATOR) != 0, (info.fType & MFT_MENUBARBREAK) != 0,
-                     (info.fState & MFS_DISABLED) != 0, static_cast<int>(info.wID), text,
-                     info.hbmpUnchecked});
-  }
-  return items;
-}
 
 // One line per item: "|" starts a column, "-" is a separator, "x" marks a disabled item, then the
 // command and the text.
 std::vector<std::wstring> Describe(HMENU menu) {
   std::vector<std::wstring> lines;
-  for (const MenuItem& item : ReadMenu(menu)) {
-    std::wstring line = item.newColumn ? L"|" : L"";
+  for (const MenuEntry& item : ReadMenu(menu).entries) {
+    std::wstring line = item.column ? L"|" : L"";
     // Separators read back as disabled on their own.
     if (item.separator) {
       line += L"-";
     } else {
-      line += (item.disabled ? L"x" : L"") + std::to_wstring(item.command) + L" " + item.text;
+      line += ((item.state & MFS_DISABLED) ? L"x" : L"") + std::to_wstring(item.id) + L" " + item.text;
     }
     lines.push_back(line);
   }
@@ -140,9 +114,9 @@ TEST_F(ColorMenuTest, ExtraSlotsTakeNineAtMostAndOfferEight) {
 
   // Nine taken, but the ninth (slot 36) has no item.
   ColorMenu menu(0, false, many.data());
-  std::vector<MenuItem> items = ReadMenu(menu.Handle());
-  ASSERT_EQ(items.size(), 30u + 2u + 8u);
-  EXPECT_EQ(items.back().command, 35);
+  const AskedMenu shown = ReadMenu(menu.Handle());
+  ASSERT_EQ(shown.entries.size(), 30u + 2u + 8u);
+  EXPECT_EQ(shown.entries.back().id, 35u);
   EXPECT_EQ(menu.ColorFor(36), firstNine[8]);
 }
 
@@ -150,21 +124,22 @@ TEST_F(ColorMenuTest, EveryColourItemCarriesASquareSwatchOfItsColour) {
   const COLORREF extras[] = {0x123456, 0};
   ColorMenu menu(0x00ABCDEF, true, extras);
   int side = GetSystemMetrics(SM_CYMENUCHECK);
-  for (const MenuItem& item : ReadMenu(menu.Handle())) {
-    if (item.separator || item.disabled) continue;
-    if (item.command == kCommandCustom || item.command == kCommandShowNothing) {
-      EXPECT_EQ(item.swatch, nullptr) << item.command;
+  for (const MenuEntry& item : ReadMenu(menu.Handle()).entries) {
+    if (item.separator || (item.state & MFS_DISABLED)) continue;
+    SCOPED_TRACE(item.id);
+    if (item.id == kCommandCustom || item.id == kCommandShowNothing) {
+      EXPECT_EQ(item.bitmap, nullptr);
       continue;
     }
-    ASSERT_NE(item.swatch, nullptr) << item.command;
+    ASSERT_NE(item.bitmap, nullptr);
     BITMAP info{};
-    ASSERT_TRUE(GetObjectW(item.swatch, sizeof(info), &info));
+    ASSERT_TRUE(GetObjectW(item.bitmap, sizeof(info), &info));
     EXPECT_EQ(info.bmWidth, side);
     EXPECT_EQ(info.bmHeight, side);
-    COLORREF fill = item.command == 0 ? 0x00ABCDEF : menu.Slots()[item.command];
-    EXPECT_EQ(PixelOf(item.swatch, 0, 0), 0u) << item.command;
-    EXPECT_EQ(PixelOf(item.swatch, side - 1, side / 2), 0u) << item.command;
-    EXPECT_EQ(PixelOf(item.swatch, side / 2, side / 2), fill) << item.command;
+    COLORREF fill = item.id == 0 ? 0x00ABCDEF : menu.Slots()[item.id];
+    EXPECT_EQ(PixelOf(item.bitmap, 0, 0), 0u);
+    EXPECT_EQ(PixelOf(item.bitmap, side - 1, side / 2), 0u);
+    EXPECT_EQ(PixelOf(item.bitmap, side / 2, side / 2), fill);
   }
 }
 
@@ -181,32 +156,24 @@ TEST_F(ColorMenuTest, PickMapsEachCommandToItsColour) {
       {0x00ABCDEF, 1, 0x000000},   {0x00ABCDEF, 4, 0x0000FF},  {0x00ABCDEF, 16, 0xBFBF00},
       {0x00ABCDEF, 26, 0xAFFFFF},  {0x00ABCDEF, 28, 0x123456}, {0x00ABCDEF, kCommandShowNothing, kColorNone},
   };
+  POINT cursor{};
+  GetCursorPos(&cursor);
   for (const Case& c : cases) {
-    ScopedPrompts prompts;
-    HMENU shown = nullptr;
-    std::vector<HBITMAP> swatches;
-    CurrentPrompts().popupMenu = [&](HMENU menu, UINT flags, POINT at, HWND owner) {
-      POINT cursor{};
-      GetCursorPos(&cursor);
-      EXPECT_EQ(at.x, cursor.x);
-      EXPECT_EQ(at.y, cursor.y);
-      shown = menu;
-      EXPECT_TRUE(flags & TPM_RETURNCMD);
-      EXPECT_EQ(owner, HWND_DESKTOP);
-      for (const MenuItem& item : ReadMenu(menu)) {
-        if (item.swatch) swatches.push_back(item.swatch);
-      }
-      return c.command;
-    };
-    CurrentPrompts().chooseColor = [](CHOOSECOLORW&) {
-      ADD_FAILURE() << "no colour chooser expected";
-      return false;
-    };
+    PromptRecorder recorder;
+    recorder.AnswerMenu(c.command);
     EXPECT_EQ(PickColorFromMenu(HWND_DESKTOP, c.current, true, extras), c.expected) << c.command;
+    ASSERT_EQ(recorder.menus.size(), 1u);
+    const AskedMenu& shown = recorder.menus[0];
+    EXPECT_EQ(shown.at.x, cursor.x);
+    EXPECT_EQ(shown.at.y, cursor.y);
+    EXPECT_TRUE(shown.flags & TPM_RETURNCMD);
+    EXPECT_EQ(shown.owner, HWND_DESKTOP);
+    EXPECT_TRUE(recorder.colorsAsked.empty());
     // The menu and its bitmaps are gone once the pick returns.
-    EXPECT_FALSE(IsMenu(shown));
-    EXPECT_EQ(swatches.size(), 26u);
-    for (HBITMAP swatch : swatches) EXPECT_EQ(GetObjectType(swatch), 0u);
+    EXPECT_FALSE(IsMenu(shown.menu));
+    EXPECT_EQ(std::count_if(shown.entries.begin(), shown.entries.end(), [](auto& e) { return e.bitmap; }),
+              26);
+    for (const MenuEntry& entry : shown.entries) EXPECT_EQ(GetObjectType(entry.bitmap), 0u);
   }
 }
 
@@ -230,67 +197,6 @@ TEST_F(ColorMenuTest, CustomAsksTheColourChooserWithTheSharedCustomColours) {
     // The chooser's custom colours live on for the next pick.
     EXPECT_EQ(CustomColors()[3], 0x00445566u);
     CustomColors()[3] = 0x00FFFFFF;
-  }
-}
-
-namespace {
-
-// Keys typed into the real pop-up menu once it is open (from a timer that runs inside its loop).
-std::vector<WORD> keysSent;
-int menuTicks = 0;
-bool menuSeen = false;
-
-void CALLBACK TypeIntoMenu(HWND, UINT, UINT_PTR timer, DWORD) {
-  HWND menu = FindWindowW(L"#32768", nullptr);
-  if (menu && IsWindowVisible(menu) && !menuSeen) {
-    menuSeen = true;
-    for (WORD key : keysSent) {
-      PostMessageW(menu, WM_KEYDOWN, key, 0);
-      PostMessageW(menu, WM_KEYUP, key, 0xC0000000);
-    }
-  }
-  // A menu that ignores the keys is closed, so that the test fails instead of hanging.
-  if (++menuTicks > 100) {
-    KillTimer(nullptr, timer);
-    EndMenu();
-  }
-}
-
-}  // namespace
-
-TEST_F(ColorMenuTest, RealMenuReturnsTheCommandsOfItsItems) {
-  struct Case {
-    std::vector<WORD> keys;
-    COLORREF expected;
-    int chooserAsked;
-  };
-  const Case cases[] = {
-      {{VK_ESCAPE}, 0x00ABCDEF, 0},
-      {{VK_DOWN, VK_RETURN}, 0x00ABCDEF, 0},                  // "Current setting"
-      {{VK_DOWN, VK_DOWN, VK_DOWN, VK_RETURN}, 0xFFFFFF, 0},  // past the separator to "White"
-      {{VK_DOWN, VK_RIGHT, VK_RIGHT, VK_RETURN}, kColorNone, 0},
-      {{VK_DOWN, VK_RIGHT, VK_RETURN}, 0x00102030, 1},  // "Custom" leads on to the colour chooser
-  };
-  for (const Case& c : cases) {
-    ScopedPrompts prompts;
-    int asked = 0;
-    CurrentPrompts().chooseColor = [&](CHOOSECOLORW& request) {
-      ++asked;
-      request.rgbResult = 0x00102030;
-      return true;
-    };
-    CSelectEdgedTextColor ownerDialog(0, 0);
-    ASSERT_TRUE(ownerDialog.Create(nullptr));
-    HWND owner = ownerDialog.Handle();
-    ShowWindow(owner, SW_SHOW);
-    SetForegroundWindow(owner);
-    keysSent = c.keys;
-    menuTicks = 0;
-    menuSeen = false;
-    SetTimer(nullptr, 0, 20, TypeIntoMenu);
-    EXPECT_EQ(PickColorFromMenu(owner, 0x00ABCDEF, true), c.expected) << c.keys.size();
-    EXPECT_TRUE(menuSeen);
-    EXPECT_EQ(asked, c.chooserAsked);
   }
 }
 

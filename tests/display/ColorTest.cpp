@@ -1,38 +1,23 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <tuple>
 
 #include "app/TextPair.h"
 #include "common/Harness.h"
 #include "display/Color.h"
 
-namespace {
-
-struct ParseCase {
-  const wchar_t* text;
-  COLORREF expected;
-};
-
-// 0x12345678 stands for "the fallback came back".
-constexpr COLORREF kFallback = 0x12345678;
-
-const ParseCase kParseCases[] = {
-    {L"#FF8000", 0x000080FF}, {L"ff8000", 0x000080FF},  {L"#ff8000", 0x000080FF}, {L"#aBcDeF", 0x00EFCDAB},
-    {L"#000000", 0x00000000}, {L"#ffffff", 0x00FFFFFF}, {L"#0000bf", 0x00BF0000}, {L"#ff800", kFallback},
-    {L"# ff8000", kFallback}, {L"0xff8000", kFallback}, {L"#ff80001", kFallback}, {L"##ff8000", kFallback},
-    {L"#ff80g0", kFallback},  {L"#ff800-", kFallback},  {L"Nothing", kFallback},  {L"NOTHING", kFallback},
-    {L"nOtHiNg", kFallback},  {L"Nothing ", kFallback}, {L"", kFallback},         {L"#", kFallback},
-    {L"red", kFallback},
-};
-
-}  // namespace
-
 TEST(Color, ParseColorHexReadsOnlySixHexDigits) {
-  for (const ParseCase& c : kParseCases) {
-    EXPECT_EQ(ParseColorHex(c.text, kFallback), c.expected)
-        << "text \"" << testing::PrintToString(c.text) << "\"";
-  }
+  // 0x12345678 stands for "the fallback came back".
+  constexpr COLORREF kFallback = 0x12345678;
+  const std::pair<const wchar_t*, COLORREF> cases[] = {
+      {L"#FF8000", 0x000080FF}, {L"ff8000", 0x000080FF},  {L"#ff8000", 0x000080FF}, {L"#aBcDeF", 0x00EFCDAB},
+      {L"#000000", 0x00000000}, {L"#ffffff", 0x00FFFFFF}, {L"#0000bf", 0x00BF0000}, {L"#ff800", kFallback},
+      {L"# ff8000", kFallback}, {L"0xff8000", kFallback}, {L"#ff80001", kFallback}, {L"##ff8000", kFallback},
+      {L"#ff80g0", kFallback},  {L"#ff800-", kFallback},  {L"Nothing", kFallback},  {L"NOTHING", kFallback},
+      {L"nOtHiNg", kFallback},  {L"Nothing ", kFallback}, {L"", kFallback},         {L"#", kFallback},
+      {L"red", kFallback},
+  };
+  for (const auto& [text, color] : cases) EXPECT_EQ(ParseColorHex(text, kFallback), color) << Utf8(text);
   EXPECT_EQ(ParseColorHex(L"Nothing", kColorNone), kColorNone);
 }
 
@@ -54,23 +39,6 @@ TEST(Color, FormatColorRgbWritesDecimalRedFirstOrShowNothing) {
   SetLanguage(kJapanese);
   EXPECT_EQ(FormatColorRgb(kColorNone), L"表示しない");
   EXPECT_EQ(FormatColorRgb(0x00010203), L"RGB(3,2,1)");
-}
-
-TEST(Color, PaletteHoldsTwentyEightNamedColours) {
-  // The rows whose name or value is easy to get wrong: the gold-named black first, the repeated
-  // "Dark Blue" (the second one is cyan), the half steps and the last entry.
-  const std::tuple<size_t, const wchar_t*, const wchar_t*, const wchar_t*> rows[] = {
-      {0, L"(null)", L"（黄金）", L"#000000"},       {9, L"Orange", L"橙色", L"#ff7f00"},
-      {12, L"Dark Blue", L"暗い青色", L"#0000bf"},   {16, L"Dark Blue", L"暗い水色", L"#00bfbf"},
-      {18, L"Dark Orange", L"暗い橙色", L"#bf7f00"}, {23, L"Morva L.Blue", L"Morva 水色", L"#9bcdcd"},
-      {27, L"Morva Black", L"Morva 黒", L"#312a25"},
-  };
-  ASSERT_EQ(kPalette.size(), 28u);
-  for (const auto& [i, english, japanese, text] : rows) {
-    EXPECT_STREQ(kPalette[i].name.English(), english) << i;
-    EXPECT_STREQ(kPalette[i].name.Japanese(), japanese) << i;
-    EXPECT_EQ(FormatColorHex(kPalette[i].value), text) << i;
-  }
 }
 
 TEST(Color, CustomColoursStartWhite) {

@@ -10,9 +10,9 @@
 #include "app/ListSchemas.h"
 #include "app/QcsvDocument.h"
 #include "app/Strings.h"
-#include "common/PromptRecorder.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
+#include "common/PromptRecorder.h"
 #include "lists/DraggableListViewCtrl.h"
 #include "ui/Dialog.h"
 
@@ -37,27 +37,27 @@ constexpr std::array<TextPair, 2> kShown{strColumnKeyword, strColumnColor};
 // A shown dialog with the control bound to a three-row file.
 class Harness : public ListViewDriver {
  public:
-  explicit Harness(DWORD extendedStyle = 0, std::vector<std::wstring> columns = {L"keyword", L"hidden", L"color"})
+  explicit Harness(DWORD extendedStyle = 0,
+                   std::vector<std::wstring> columns = {L"keyword", L"hidden", L"color"})
       : ListViewDriver(nullptr) {
     file.SetColumns(std::move(columns));
     file.AppendRow({L"a", L"ha", L"#000001"});
     file.AppendRow({L"b", L"hb", L"#000002"});
     file.AppendRow({L"c", L"hc", L"#000003"});
-    created = host.Create(nullptr);
+    EXPECT_TRUE(host.Create(nullptr));
     ShowWindow(host.Handle(), SW_SHOWNOACTIVATE);
-    attached = view.Attach(host.Item(kListId));
-    ListViewDriver::list = view.Handle();
-    if (extendedStyle) ListView_SetExtendedListViewStyleEx(List(), extendedStyle, extendedStyle);
+    EXPECT_TRUE(view.Attach(host.Item(kListId)));
+    list = view.Handle();
+    if (extendedStyle) ListView_SetExtendedListViewStyleEx(list, extendedStyle, extendedStyle);
     view.setListFile(&file);
     view.SetupColumns(kShown);
     view.FillRows();
     PumpMessages();
   }
 
-  HWND List() const { return view.Handle(); }
   POINT CheckBoxPoint(int row) const {
     RECT rect{};
-    ListView_GetItemRect(List(), row, &rect, LVIR_BOUNDS);
+    ListView_GetItemRect(list, row, &rect, LVIR_BOUNDS);
     return {rect.left + 8, (rect.top + rect.bottom) / 2};
   }
   void AddColumn() const {
@@ -65,23 +65,19 @@ class Harness : public ListViewDriver {
     column.mask = LVCF_TEXT | LVCF_WIDTH;
     column.cx = 10;
     column.pszText = const_cast<wchar_t*>(L"x");
-    ListView_InsertColumn(List(), 2, &column);
+    ListView_InsertColumn(list, 2, &column);
   }
-  std::wstring ViewText(int row, int column) const { return TextAt(row, column); }
-  std::vector<std::wstring> ViewOrder() const { return Column(0); }
   std::vector<std::wstring> FileOrder() const {
-    std::vector<std::wstring> order(file.RowCount());
-    for (size_t row = 0; row < order.size(); ++row) order[row] = file.RowAt(row)[0];
+    std::vector<std::wstring> order;
+    for (const auto& row : file.Rows()) order.push_back(row[0]);
     return order;
   }
-  UINT CheckImage(int row) const { return ListView_GetItemState(List(), row, LVIS_STATEIMAGEMASK) >> 12; }
+  UINT CheckImage(int row) const { return ListView_GetItemState(list, row, LVIS_STATEIMAGEMASK) >> 12; }
 
   ScopedLanguage language{kEnglish};
   QcsvDocument file;
   CHostDlg host;
   CDraggableListViewCtrl view;
-  bool created = false;
-  bool attached = false;
 };
 
 using Order = std::vector<std::wstring>;
@@ -90,11 +86,10 @@ using Order = std::vector<std::wstring>;
 
 TEST(DraggableListView, ShowsTheChosenColumnsOfEveryRowInFileOrder) {
   Harness h;
-  ASSERT_TRUE(h.created && h.attached);
-  ASSERT_EQ(Header_GetItemCount(ListView_GetHeader(h.List())), 2);
-  EXPECT_EQ(h.ViewOrder(), (Order{L"a", L"b", L"c"}));
-  for (int row = 0; row < 3; ++row) EXPECT_EQ(h.ViewText(row, 1), L"#00000" + std::to_wstring(row + 1));
-  EXPECT_EQ(ListView_GetExtendedListViewStyle(h.List()) & 0x21, 0x21u);
+  ASSERT_EQ(Header_GetItemCount(ListView_GetHeader(h.Handle())), 2);
+  EXPECT_EQ(h.Column(), (Order{L"a", L"b", L"c"}));
+  for (int row = 0; row < 3; ++row) EXPECT_EQ(h.TextAt(row, 1), L"#00000" + std::to_wstring(row + 1));
+  EXPECT_EQ(ListView_GetExtendedListViewStyle(h.Handle()) & 0x21, 0x21u);
 }
 
 TEST(DraggableListView, ColumnsAreLabelledInTheLanguageAndSizedToTheLabel) {
@@ -126,8 +121,6 @@ TEST(DraggableListView, ColumnsAreLabelledInTheLanguageAndSizedToTheLabel) {
         EXPECT_EQ(info.cx, ListView_GetStringWidth(handle, label) + 15);
         EXPECT_EQ(info.iSubItem, column);
         EXPECT_EQ(view.ColumnByLabel(label), column + 1);
-        EXPECT_EQ(view.ColumnKey(column), table[column].English());
-        EXPECT_EQ(view.ColumnLabel(column), label);
         // A file that lacks a shown column gets it, so that every shown cell can be read and written.
         EXPECT_EQ(empty.ColumnIndex(table[column].English()), column);
       }
@@ -161,7 +154,7 @@ TEST(DraggableListView, DropOnAnotherRowMovesItInViewAndFileAndAnywhereElseChang
                                              : h.RowPoint(c.onto, c.column);
     h.Drag(c.from, at);
     SCOPED_TRACE(testing::Message() << c.from << " onto " << c.target << "/" << c.onto);
-    EXPECT_EQ(h.ViewOrder(), c.order);
+    EXPECT_EQ(h.Column(), c.order);
     EXPECT_EQ(h.FileOrder(), c.order);
     // A moved row is the only selected one, at the index it was dropped on.
     if (c.target == kRow) {
@@ -175,9 +168,9 @@ TEST(DraggableListView, FirstPressOnlySelectsAndAPressOnTheSelectedRowDragsItsIm
   Harness h;
   h.Send(WM_LBUTTONDOWN, h.RowPoint(0), MK_LBUTTON);
   h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
-  EXPECT_EQ(h.ViewOrder(), (Order{L"a", L"b", L"c"}));
+  EXPECT_EQ(h.Column(), (Order{L"a", L"b", L"c"}));
   EXPECT_EQ(h.Selected(), std::vector<int>{0});
-  EXPECT_EQ(GetFocus(), h.List());
+  EXPECT_EQ(GetFocus(), h.Handle());
 
   // A press on another row moves the selection; only a press on the selected row starts a drag.
   h.Send(WM_LBUTTONDOWN, h.RowPoint(1), MK_LBUTTON);
@@ -187,7 +180,7 @@ TEST(DraggableListView, FirstPressOnlySelectsAndAPressOnTheSelectedRowDragsItsIm
   EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
 
   h.Send(WM_LBUTTONDOWN, h.RowPoint(1), MK_LBUTTON);
-  EXPECT_EQ(GetCapture(), h.List());
+  EXPECT_EQ(GetCapture(), h.Handle());
   // The image of the row's first cell, right of the cursor, until the release.
   POINT hotSpot{};
   HIMAGELIST image = ImageList_GetDragImage(nullptr, &hotSpot);
@@ -197,8 +190,8 @@ TEST(DraggableListView, FirstPressOnlySelectsAndAPressOnTheSelectedRowDragsItsIm
   int width = 0, height = 0;
   ImageList_GetIconSize(image, &width, &height);
   RECT row{};
-  ListView_GetItemRect(h.List(), 1, &row, LVIR_BOUNDS);
-  EXPECT_EQ(width, ListView_GetColumnWidth(h.List(), 0));
+  ListView_GetItemRect(h.Handle(), 1, &row, LVIR_BOUNDS);
+  EXPECT_EQ(width, ListView_GetColumnWidth(h.Handle(), 0));
   EXPECT_EQ(height, row.bottom - row.top);
   h.Send(WM_MOUSEMOVE, h.RowPoint(2), MK_LBUTTON);
   h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
@@ -206,53 +199,64 @@ TEST(DraggableListView, FirstPressOnlySelectsAndAPressOnTheSelectedRowDragsItsIm
   EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
 }
 
-TEST(DraggableListView, CheckBoxClickTogglesWithoutSelecting) {
-  Harness h(LVS_EX_CHECKBOXES);
-  ASSERT_EQ(h.CheckImage(1), 1u);
-  h.Click(h.CheckBoxPoint(1));
-  EXPECT_EQ(h.CheckImage(1), 2u);
-  EXPECT_TRUE(h.Selected().empty());
-  h.Click(h.CheckBoxPoint(1));
-  EXPECT_EQ(h.CheckImage(1), 1u);
-  EXPECT_TRUE(h.Selected().empty());
-
-  // With a row selected, a check box click elsewhere leaves the selection where it was.
-  h.Click(h.RowPoint(0));
-  h.Click(h.CheckBoxPoint(2));
-  EXPECT_EQ(h.CheckImage(2), 2u);
-  EXPECT_EQ(h.Selected(), std::vector<int>{0});
+// While dragging is on, a check box click toggles it and leaves the selection alone; with dragging off the
+// list acts as a plain one: the click only selects, and a press on the selected row never drags.
+TEST(DraggableListView, CheckBoxClickTogglesWithoutSelectingOnlyWhileDraggingIsOn) {
+  for (bool draggable : {true, false}) {
+    SCOPED_TRACE(draggable);
+    Harness h(LVS_EX_CHECKBOXES);
+    h.view.SetDraggable(draggable);
+    ASSERT_EQ(h.CheckImage(1), 1u);
+    h.Click(h.CheckBoxPoint(1));
+    EXPECT_EQ(h.CheckImage(1), draggable ? 2u : 1u);
+    EXPECT_EQ(h.Selected(), draggable ? std::vector<int>{} : std::vector<int>{1});
+    h.Click(h.CheckBoxPoint(1));
+    EXPECT_EQ(h.CheckImage(1), 1u);
+    h.Click(0);
+    h.Click(h.CheckBoxPoint(2));
+    EXPECT_EQ(h.CheckImage(2), draggable ? 2u : 1u);
+    EXPECT_EQ(h.Selected(), std::vector<int>{draggable ? 0 : 2});
+    if (draggable) continue;
+    h.Send(WM_LBUTTONDOWN, h.RowPoint(2), MK_LBUTTON);
+    EXPECT_EQ(GetCapture(), nullptr);
+    h.Send(WM_LBUTTONUP, h.RowPoint(0), 0);
+    EXPECT_EQ(h.FileOrder(), (Order{L"a", L"b", L"c"}));
+    h.Click(h.BelowLastRow());
+    EXPECT_TRUE(h.Selected().empty());
+    EXPECT_EQ(GetFocus(), h.Handle());
+  }
 }
 
 TEST(DraggableListView, MovedRowKeepsHiddenCellsInTheSavedFileButLosesCheckAndItemData) {
   TempDir dir;
   Harness h(LVS_EX_CHECKBOXES);
-  ListView_SetItemState(h.List(), 0, INDEXTOSTATEIMAGEMASK(2), LVIS_STATEIMAGEMASK);
+  ListView_SetItemState(h.Handle(), 0, INDEXTOSTATEIMAGEMASK(2), LVIS_STATEIMAGEMASK);
   LVITEMW data{};
   data.mask = LVIF_PARAM;
   data.lParam = 77;
-  ListView_SetItem(h.List(), &data);
+  ListView_SetItem(h.Handle(), &data);
 
   h.Drag(0, h.RowPoint(2));
   ASSERT_TRUE(h.file.Write(dir.File(L"LogEx.qcsv")));
   EXPECT_EQ(ReadFileBytes(dir.File(L"LogEx.qcsv")),
             "#format,qcsv\r\n#column,keyword,hidden,color\r\n"
             "b,hb,#000002\r\nc,hc,#000003\r\na,ha,#000001\r\n");
-  EXPECT_EQ(h.ViewText(2, 1), L"#000001");
+  EXPECT_EQ(h.TextAt(2, 1), L"#000001");
   EXPECT_EQ(h.CheckImage(2), 1u);
   data.iItem = 2;
   data.lParam = -1;
-  ASSERT_TRUE(ListView_GetItem(h.List(), &data));
+  ASSERT_TRUE(ListView_GetItem(h.Handle(), &data));
   EXPECT_EQ(data.lParam, 0);
   EXPECT_EQ(h.view.DragItemData(), 0);
 }
 
 TEST(DraggableListView, SelectItemSelectsOneRowOrNone) {
   Harness h;
-  ListView_SetItemState(h.List(), 0, LVIS_SELECTED, LVIS_SELECTED);
-  ListView_SetItemState(h.List(), 1, LVIS_SELECTED, LVIS_SELECTED);
+  ListView_SetItemState(h.Handle(), 0, LVIS_SELECTED, LVIS_SELECTED);
+  ListView_SetItemState(h.Handle(), 1, LVIS_SELECTED, LVIS_SELECTED);
   h.view.SelectItem(2);
   EXPECT_EQ(h.Selected(), std::vector<int>{2});
-  EXPECT_EQ(ListView_GetNextItem(h.List(), -1, LVNI_FOCUSED), 2);
+  EXPECT_EQ(ListView_GetNextItem(h.Handle(), -1, LVNI_FOCUSED), 2);
   EXPECT_EQ(h.view.FirstSelected(), 2);
   h.view.SelectItem(-1);
   EXPECT_TRUE(h.Selected().empty());
@@ -262,11 +266,7 @@ TEST(DraggableListView, SelectItemSelectsOneRowOrNone) {
 TEST(DraggableListView, GuardsReportAndEndTheProcessWithCodeZero) {
   auto expectGuard = [](const PromptRecorder& recorder, const wchar_t* text, const wchar_t* caption,
                         HWND owner) {
-    ASSERT_EQ(recorder.asked.size(), 1u);
-    EXPECT_EQ(recorder.asked[0].text, text);
-    EXPECT_EQ(recorder.asked[0].caption, caption);
-    EXPECT_EQ(recorder.asked[0].owner, owner);
-    EXPECT_EQ(recorder.asked[0].type, UINT(MB_ICONERROR));
+    EXPECT_EQ(recorder.asked, (std::vector<AskedMessage>{{owner, text, caption, MB_ICONERROR}}));
     EXPECT_EQ(recorder.exitCodes, std::vector<UINT>{0});
   };
   {
@@ -274,7 +274,7 @@ TEST(DraggableListView, GuardsReportAndEndTheProcessWithCodeZero) {
     PromptRecorder recorder;
     for (int i = 0; i < 15; ++i) h.AddColumn();
     h.Send(WM_LBUTTONDOWN, h.RowPoint(0), MK_LBUTTON);
-    expectGuard(recorder, L"CDraggableListViewCtrl Error: Too many columns. (>16)", L"", h.List());
+    expectGuard(recorder, L"CDraggableListViewCtrl Error: Too many columns. (>16)", L"", h.Handle());
     EXPECT_TRUE(h.Selected().empty());
   }
   {
@@ -284,7 +284,7 @@ TEST(DraggableListView, GuardsReportAndEndTheProcessWithCodeZero) {
     h.Send(WM_LBUTTONDOWN, h.RowPoint(0), MK_LBUTTON);
     h.AddColumn();
     h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
-    expectGuard(recorder, L"CDraggableListViewCtrl Error: Column count is not match.", L"", h.List());
+    expectGuard(recorder, L"CDraggableListViewCtrl Error: Column count is not match.", L"", h.Handle());
     EXPECT_EQ(h.FileOrder(), (Order{L"a", L"b", L"c"}));
     // The process would have ended here; put the drag away for the tests that follow.
     ImageList_EndDrag();
@@ -302,26 +302,8 @@ TEST(DraggableListView, GuardsReportAndEndTheProcessWithCodeZero) {
   }
 }
 
-TEST(DraggableListView, WithoutDraggingAPressOnlySelectsAndChecksNothing) {
-  Harness h(LVS_EX_CHECKBOXES);
-  h.view.SetDraggable(false);
-  h.Click(h.RowPoint(1));
-  h.Click(h.RowPoint(1));
-  EXPECT_EQ(h.Selected(), std::vector<int>{1});
-  h.Send(WM_LBUTTONDOWN, h.RowPoint(1), MK_LBUTTON);
-  EXPECT_EQ(GetCapture(), nullptr);
-  h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
-  EXPECT_EQ(h.FileOrder(), (Order{L"a", L"b", L"c"}));
-  h.Click(h.CheckBoxPoint(2));
-  EXPECT_EQ(h.CheckImage(2), 1u);
-  EXPECT_EQ(h.Selected(), std::vector<int>{2});
-  h.Click(h.BelowLastRow());
-  EXPECT_TRUE(h.Selected().empty());
-  EXPECT_EQ(GetFocus(), h.List());
-}
-
-// Cells move by position: in a file whose columns have no names (the shown "color" is added), a moved row keeps
-// every cell, and Alt+arrows move the selected row as a drag does.
+// Cells move by position: in a file whose columns have no names (the shown "color" is added), a moved row
+// keeps every cell, and Alt+arrows move the selected row as a drag does.
 TEST(DraggableListView, MovedRowKeepsCellsOfColumnsWithTheSameNameAndKeysMoveLikeADrag) {
   Harness h(0, {L"keyword", L"", L""});
   h.Drag(0, 2);
@@ -333,7 +315,7 @@ TEST(DraggableListView, MovedRowKeepsCellsOfColumnsWithTheSameNameAndKeysMoveLik
   h.AltKey(VK_UP);
   h.AltKey(VK_UP);  // already at the top: nothing moves
   EXPECT_EQ(h.FileOrder(), (Order{L"b", L"c", L"a"}));
-  EXPECT_EQ(h.ViewOrder(), h.FileOrder());
+  EXPECT_EQ(h.Column(), h.FileOrder());
   EXPECT_EQ(moves, (std::vector<std::pair<int, int>>{{0, 1}, {1, 0}}));
   EXPECT_EQ(h.file.RowAt(0), (QcsvDocument::Row{L"b", L"hb", L"#000002", L""}));
 }

@@ -66,6 +66,29 @@ class AudioFolder {
 // The folder with every stand-in under its own name.
 AudioFolder AllLibraries();
 
+using Lines = std::vector<std::wstring>;
+
+// What a player (or the sound-effect player) reports, read into a return value.
+template <typename Player>
+std::wstring ErrorText(Player& player) {
+  std::wstring text;
+  player.GetErrorText(text);
+  return text;
+}
+template <typename Player>
+std::wstring DeviceInfo(Player& player) {
+  std::wstring text;
+  player.GetDeviceInfo(text);
+  return text;
+}
+// The file patterns a player offers, in order.
+template <typename Player>
+Lines Patterns(const Player& player) {
+  Lines patterns;
+  for (int i = 0; i < player.GetPatternCount(); ++i) patterns.push_back(player.GetPattern(i));
+  return patterns;
+}
+
 // Lines of the log that start with the given function name.
 std::vector<std::wstring> CallsTo(const std::vector<std::wstring>& calls, std::wstring_view function);
 

@@ -20,8 +20,6 @@
 
 namespace {
 
-using Lines = std::vector<std::wstring>;
-
 bool MakeShortcut(const std::wstring& link, const std::wstring& target) {
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   IShellLinkW* shellLink = nullptr;
@@ -35,12 +33,6 @@ bool MakeShortcut(const std::wstring& link, const std::wstring& target) {
   if (shellLink) shellLink->Release();
   CoUninitialize();
   return ok;
-}
-
-std::wstring ErrorText(CAudioPlayer& player) {
-  std::wstring text;
-  player.GetErrorText(text);
-  return text;
 }
 
 }  // namespace
@@ -89,9 +81,7 @@ TEST(AudioPlayer, PatternsAndSoundFontAreTheFilePlayersForEveryMethod) {
                            L"*.mp1", L"*.wma",  L"*.wav", L"*.aif", L"*.midi", L"*.rmi", L"*.kar"};
   for (int method : {0, 1, 2, 3, 9}) {
     CAudioPlayer player(method, nullptr);
-    Lines merged;
-    for (int i = 0; i < player.GetPatternCount(); ++i) merged.push_back(player.GetPattern(i));
-    EXPECT_EQ(merged, filePatterns) << method;
+    EXPECT_EQ(Patterns(player), filePatterns) << method;
     player.Open(mid);  // whichever player is in use
     folder.ClearCalls();
     EXPECT_TRUE(player.SetSoundFont(font)) << method;
@@ -111,9 +101,7 @@ TEST(DirectMusicPlayer, DrivesGuruGuruSmf4OnItsDirectMusicDevice) {
     for (float volume : {0.5f, 1.0f, 0.0f}) player.SetVolume(volume);
     ASSERT_TRUE(player.Play());
     player.Stop();
-    std::wstring text;
-    player.GetDeviceInfo(text);
-    EXPECT_EQ(text, L"N/A");
+    EXPECT_EQ(DeviceInfo(player), L"N/A");
     EXPECT_EQ(ErrorText(player), L"NoError");
   }
   EXPECT_EQ(folder.GgsCalls(), (Lines{L"GGS4OpenDevice -1100 " + owner.Number(), L"GGS4SetMasterVolume 0",
@@ -125,18 +113,15 @@ TEST(DirectMusicPlayer, DrivesGuruGuruSmf4OnItsDirectMusicDevice) {
 TEST(DirectMusicPlayer, ErrorTextNamesTheResult) {
   AudioFolder folder = AllLibraries();
   CDirectMusicPlayer player(nullptr);
-  std::wstring text;
   EXPECT_FALSE(player.Open(folder.File(L"missing.mid")));
-  player.GetErrorText(text);
-  EXPECT_EQ(text, L"FileNotFound");
+  EXPECT_EQ(ErrorText(player), L"FileNotFound");
   ASSERT_TRUE(player.Open(folder.MakeFile(L"there.mid")));
   const std::pair<int, const wchar_t*> results[] = {
       {13, L"NotReady"}, {15, L"ApiNull"}, {16, L""}, {-1, L""}};
   for (const auto& [code, name] : results) {
     folder.Fail(folder.ggs, L"GGS4Play", code);
     EXPECT_FALSE(player.Play());
-    player.GetErrorText(text);
-    EXPECT_EQ(text, name);
+    EXPECT_EQ(ErrorText(player), name);
   }
   EXPECT_FALSE(player.SetSoundFont(folder.MakeFile(L"gm.sf2")));
 }
@@ -182,46 +167,35 @@ TEST(AudioPlayer, WithoutLibrariesEveryOperationFailsCleanlyAndNamesTheMissingFi
   std::wstring ogg = folder.MakeFile(L"a.ogg");
   std::wstring mid = folder.MakeFile(L"b.mid");
   for (const Case& c : cases) {
+    SCOPED_TRACE(c.method);
     PromptRecorder recorder;
     CAudioPlayer player(c.method, nullptr);
     player.SetVolume(0.5f);
-    EXPECT_FALSE(player.SetSoundFont(folder.MakeFile(L"gm.sf2"))) << c.method;
-    EXPECT_TRUE(player.SetSoundFont(folder.File(L"no host.dll"))) << c.method;
-    EXPECT_FALSE(player.Open(ogg)) << c.method;
-    EXPECT_FALSE(player.Play()) << c.method;
+    EXPECT_FALSE(player.SetSoundFont(folder.MakeFile(L"gm.sf2")));
+    EXPECT_TRUE(player.SetSoundFont(folder.File(L"no host.dll")));
+    EXPECT_FALSE(player.Open(ogg));
+    EXPECT_FALSE(player.Play());
     player.Stop();
-    EXPECT_EQ(ErrorText(player), L"bass.dll is not loaded") << c.method;
-    std::wstring text;
-    player.GetDeviceInfo(text);
-    EXPECT_EQ(text, L"bass.dll is not loaded") << c.method;
+    EXPECT_EQ(ErrorText(player), L"bass.dll is not loaded");
+    EXPECT_EQ(DeviceInfo(player), L"bass.dll is not loaded");
 
-    EXPECT_FALSE(player.Open(mid)) << c.method;
-    EXPECT_FALSE(player.Play()) << c.method;
+    EXPECT_FALSE(player.Open(mid));
+    EXPECT_FALSE(player.Play());
     player.Stop();
-    text = ErrorText(player);
+    const std::wstring text = ErrorText(player);
     EXPECT_TRUE(c.midiError ? text == c.midiError : !text.empty() && text != mciNoError) << Utf8(text);
 
-    if (c.method != kMidiDirectMusic) {
-      EXPECT_TRUE(recorder.asked.empty()) << c.method;
-      continue;
-    }
-    ASSERT_EQ(recorder.asked.size(), 1u);
-    EXPECT_EQ(recorder.asked[0].owner, nullptr);
-    EXPECT_EQ(recorder.asked[0].text,
-              L"BGM拡張：GuruGuruSMF4.dll を読み込めないため、MIDI ファイルは演奏できません。");
-    EXPECT_EQ(recorder.asked[0].caption, kDefaultCaption);
-    EXPECT_EQ(recorder.asked[0].type, static_cast<UINT>(MB_OK));
+    const AskedMessage missing{
+        nullptr, L"BGM拡張：GuruGuruSMF4.dll を読み込めないため、MIDI ファイルは演奏できません。",
+        kDefaultCaption, MB_OK};
+    EXPECT_EQ(recorder.asked,
+              c.method == kMidiDirectMusic ? std::vector{missing} : std::vector<AskedMessage>{});
   }
   CSoundEffectPlayer effects(nullptr, 1);
   EXPECT_FALSE(effects.PlayFile(ogg, 1.0f));
-  std::wstring text;
-  effects.GetErrorText(text);
-  EXPECT_EQ(text, L"bass.dll is not loaded");
-
-  {
-    ScopedLanguage japanese(kJapanese);
-    effects.GetErrorText(text);
-  }
+  EXPECT_EQ(ErrorText(effects), L"bass.dll is not loaded");
+  ScopedLanguage japanese(kJapanese);
+  const std::wstring text = ErrorText(effects);
   EXPECT_NE(text.find(L"bass.dll"), std::wstring::npos);
   EXPECT_NE(text, L"bass.dll is not loaded");
 }

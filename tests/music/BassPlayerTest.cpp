@@ -10,8 +10,6 @@
 
 namespace {
 
-using Lines = std::vector<std::wstring>;
-
 // The log holds calls, not answers: the stream handle is read from the last BASS_ChannelPlay.
 std::wstring StreamOf(const Lines& calls) {
   Lines plays = CallsTo(calls, L"BASS_ChannelPlay");
@@ -91,30 +89,24 @@ TEST(BassPlayer, LoopTagsSetTheLoopAndEndPositions) {
 TEST(BassPlayer, ErrorTextIsTheNameOfBassErrorCodeAndDeviceInfoTheRate) {
   AudioFolder folder = AllLibraries();
   CBassPlayer player(nullptr);
-  std::wstring text;
   EXPECT_FALSE(player.Open(folder.File(L"missing.ogg")));
-  player.GetErrorText(text);
-  EXPECT_EQ(text, L"BASS_ERROR_FILEOPEN");
+  EXPECT_EQ(ErrorText(player), L"BASS_ERROR_FILEOPEN");
   folder.Fail(folder.bass, L"BASS_StreamCreateFile", 1000);
   EXPECT_FALSE(player.Open(folder.MakeFile(L"odd.ogg")));
-  player.GetErrorText(text);
-  EXPECT_EQ(text, L"BASS_ERROR_UNDEFINED");
+  EXPECT_EQ(ErrorText(player), L"BASS_ERROR_UNDEFINED");
   folder.Fail(folder.bass, L"BASS_ChannelPlay", 46);
   ASSERT_TRUE(player.Open(folder.MakeFile(L"busy.ogg")));
   EXPECT_FALSE(player.Play());
-  player.GetErrorText(text);
-  EXPECT_EQ(text, L"BASS_ERROR_BUSY");
+  EXPECT_EQ(ErrorText(player), L"BASS_ERROR_BUSY");
 
   const std::pair<DWORD, const wchar_t*> rates[] = {
       {48000, L"48 kHz"}, {44100, L"44100 Hz"}, {8000, L"8 kHz"}};
   for (const auto& [rate, expected] : rates) {
     folder.SetRate(rate);
-    player.GetDeviceInfo(text);
-    EXPECT_EQ(text, expected);
+    EXPECT_EQ(DeviceInfo(player), expected);
   }
   folder.Fail(folder.bass, L"BASS_GetInfo", 8);
-  player.GetDeviceInfo(text);
-  EXPECT_EQ(text, L"N/A");
+  EXPECT_EQ(DeviceInfo(player), L"N/A");
 }
 
 TEST(BassPlayer, SoundFontBecomesTheDefaultAndTheCurrentStreamsFont) {
@@ -153,8 +145,7 @@ TEST(BassPlayer, PluginsBesideTheProgramAddTheirPatternsOnce) {
                                     L"BASS_PluginLoad " + folder.File(L"bassnot.dll") + L" 0x80000000"}));
   const Lines builtIn{L"*.mid", L"*.flac", L"*.ogg", L"*.aac", L"*.m4a", L"*.mp4",
                       L"*.mp3", L"*.mp2",  L"*.mp1", L"*.wma", L"*.wav", L"*.aif"};
-  Lines patterns;
-  for (int i = 0; i < player.GetPatternCount(); ++i) patterns.push_back(player.GetPattern(i));
+  const Lines patterns = Patterns(player);
   ASSERT_GE(patterns.size(), builtIn.size());
   EXPECT_EQ(Lines(patterns.begin(), patterns.begin() + 12), builtIn);
   // "*.FLAC", "*.Foo", "*.MP3" and ".mid" are known in another case; the empty piece is no pattern.
@@ -221,7 +212,5 @@ TEST(SoundEffectPlayer, PlaysEachEffectInTheNextVoice) {
   folder.ClearCalls();
   EXPECT_FALSE(player.PlayFile(folder.File(L"missing.wav"), 1.0f));
   EXPECT_TRUE(CallsTo(folder.BassCalls(), L"BASS_SampleGetChannel").empty());
-  std::wstring text;
-  player.GetErrorText(text);
-  EXPECT_EQ(text, L"BASS_ERROR_FILEOPEN");
+  EXPECT_EQ(ErrorText(player), L"BASS_ERROR_FILEOPEN");
 }

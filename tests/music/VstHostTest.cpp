@@ -9,20 +9,20 @@
 
 namespace {
 
-struct Received {
-  HWND window;
-  WPARAM wParam;
-  ULONG_PTR code;
-  DWORD bytes;
-  std::wstring text;
-};
+using CommandList = std::vector<std::pair<ULONG_PTR, std::wstring>>;
 
-std::vector<Received> received;
+// The commands host windows received, and which window got each.
+CommandList received;
+std::vector<HWND> receivers;
 
+// A command comes as WM_COPYDATA from the host's own window, with the text and its terminator.
 LRESULT CALLBACK HostProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   if (message != WM_COPYDATA) return DefWindowProcW(window, message, wParam, lParam);
   const auto* data = reinterpret_cast<const COPYDATASTRUCT*>(lParam);
-  received.push_back({window, wParam, data->dwData, data->cbData, static_cast<const wchar_t*>(data->lpData)});
+  received.emplace_back(data->dwData, static_cast<const wchar_t*>(data->lpData));
+  receivers.push_back(window);
+  EXPECT_EQ(reinterpret_cast<HWND>(wParam), window);
+  EXPECT_EQ(data->cbData, (received.back().second.size() + 1) * sizeof(wchar_t));
   return TRUE;
 }
 
@@ -32,12 +32,11 @@ class StandInHost {
   explicit StandInHost(const wchar_t* className) {
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = HostProc;
-    windowClass.hInstance = GetModuleHandleW(nullptr);
     windowClass.lpszClassName = className;
     RegisterClassW(&windowClass);  // fails harmlessly when an earlier host registered it
-    window = CreateWindowExW(0, className, L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr,
-                             windowClass.hInstance, nullptr);
+    window = CreateWindowExW(0, className, L"", WS_POPUP, 0, 0, 10, 10, nullptr, nullptr, nullptr, nullptr);
     received.clear();
+    receivers.clear();
   }
   ~StandInHost() { DestroyWindow(window); }
   StandInHost(const StandInHost&) = delete;
@@ -45,14 +44,6 @@ class StandInHost {
 
   HWND window;
 };
-
-using CommandList = std::vector<std::pair<ULONG_PTR, std::wstring>>;
-
-CommandList Commands() {
-  CommandList commands;
-  for (const Received& r : received) commands.emplace_back(r.code, r.text);
-  return commands;
-}
 
 std::string PeHeader(uint32_t peOffset, const char* signature, uint16_t machine, size_t size = 512) {
   std::string bytes(size, '\0');
@@ -111,18 +102,14 @@ TEST(VstHost, CommandsReachTheHostWindowAsCopyDataThe32BitHostFirst) {
   EXPECT_EQ(SendVstCommand(kVstStop, L""), TRUE);
   EXPECT_EQ(SendVstNumber(6, -42), TRUE);
   EXPECT_EQ(SendVstCommand(kVstLoadInstrument, std::wstring(1500, L'x')), TRUE);
-  EXPECT_EQ(Commands(),
+  EXPECT_EQ(received,
             (CommandList{{1, L"C:\\music\\曲.mid"}, {3, L""}, {6, L"-42"}, {5, std::wstring(1023, L'x')}}));
-  for (const Received& r : received) {
-    EXPECT_EQ(r.window, host.window);
-    EXPECT_EQ(reinterpret_cast<HWND>(r.wParam), host.window);
-    EXPECT_EQ(r.bytes, (r.text.size() + 1) * sizeof(wchar_t));
-  }
+  EXPECT_EQ(receivers, std::vector<HWND>(4, host.window));
 
   StandInHost host32(kVstHostClass32);
   SendVstCommand(kVstQuit, L"");
-  ASSERT_EQ(Commands(), (CommandList{{7, L""}}));
-  EXPECT_EQ(received[0].window, host32.window);
+  EXPECT_EQ(received, (CommandList{{7, L""}}));
+  EXPECT_EQ(receivers, std::vector<HWND>{host32.window});
 }
 
 // Pays the host's one-second start-up wait, once.
@@ -148,7 +135,7 @@ TEST(VstHost, InstrumentRestartsTheHostAndMidiFilesGoThroughIt) {
   ASSERT_EQ(VstHostStartWait(), 1000u);
   ASSERT_TRUE(player.SetSoundFont(synth));
   // Quit goes to the old host before the new one is started and given the instrument.
-  EXPECT_EQ(Commands(), (CommandList{{7, L""}, {5, synth}}));
+  EXPECT_EQ(received, (CommandList{{7, L""}, {5, synth}}));
   EXPECT_TRUE(folder.MidiCalls().empty());
   // The stand-in host reports the command line it got and the folder it runs in.
   ASSERT_EQ(WaitForSingleObject(started, 20000), WAIT_OBJECT_0);
@@ -167,14 +154,14 @@ TEST(VstHost, InstrumentRestartsTheHostAndMidiFilesGoThroughIt) {
   player.Stop();
   player.Open(smf);
   player.Open(midi);
-  EXPECT_EQ(Commands(), (CommandList{{1, mid}, {2, L""}, {3, L""}, {4, L""}, {1, smf}, {4, L""}, {1, midi}}));
+  EXPECT_EQ(received, (CommandList{{1, mid}, {2, L""}, {3, L""}, {4, L""}, {1, smf}, {4, L""}, {1, midi}}));
   EXPECT_TRUE(CallsTo(folder.BassCalls(), L"BASS_StreamCreateFile").empty());
 
   // Other files still play through BASS.
   received.clear();
   EXPECT_TRUE(player.Open(ogg));
   EXPECT_TRUE(player.Play());
-  EXPECT_EQ(Commands(), (CommandList{{4, L""}}));
+  EXPECT_EQ(received, (CommandList{{4, L""}}));
   EXPECT_EQ(CallsTo(folder.BassCalls(), L"BASS_StreamCreateFile").size(), 1u);
 
   // A SoundFont ends the host route.

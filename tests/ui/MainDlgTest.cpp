@@ -54,7 +54,6 @@ TEST_F(MainDlgTest, OpensOnTheFirstCategoryAndATickSurvivesSwitchingCategoryAndB
   wchar_t className[32]{};
   GetClassNameW(dialog.Handle(), className, static_cast<int>(std::size(className)));
   EXPECT_STREQ(className, L"#32770");
-  EXPECT_EQ(dialog.GetText(), L"Morva Extender Config");
   EXPECT_EQ(static_cast<DWORD>(GetWindowLongW(dialog.Handle(), GWL_STYLE)) & 0x80C800C8u, 0x80C800C8u);
   EXPECT_EQ(ListView_GetItemCount(dialog.Item(CMainDlg::kCategoryListId)), 7);
   EXPECT_EQ(dialog.ShownCategory(), 0);
@@ -65,8 +64,6 @@ TEST_F(MainDlgTest, OpensOnTheFirstCategoryAndATickSurvivesSwitchingCategoryAndB
   Click(dialog, CMainDlg::kFirstCheckId + 1);
   SelectCategory(dialog, 3);
   EXPECT_EQ(dialog.ShownCategory(), 3);
-  EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + 8),
-            L"Hide 'No Party' (for Tessel and its variants) ");
   Click(dialog, CMainDlg::kFirstCheckId + 8);
   SelectCategory(dialog, 0);
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 1));
@@ -93,18 +90,15 @@ TEST_F(MainDlgTest, LanguageSwitchKeepsEveryStateAndCancelLeavesTheFileByteIdent
   EXPECT_EQ(Language(), kJapanese);
   EXPECT_EQ(dialog.ShownCategory(), 1);
   EXPECT_EQ(dialog.GetText(), L"Morva Extender 設定");
-  EXPECT_EQ(dialog.GetItemText(IDCANCEL), L"キャンセル");
-  EXPECT_EQ(dialog.GetItemText(CMainDlg::kSearchGameId), L"検索");
   for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
     EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + i), rows[i].label.Japanese());
     EXPECT_EQ(dialog.IsChecked(CMainDlg::kFirstCheckId + i), i == 2) << i;
   }
-  EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstConfigId), L"設定");
   EXPECT_EQ(GlobalSettings().iLanguage, 0);
 
   Choose(dialog, CMainDlg::kLanguageId, 0);
   EXPECT_EQ(dialog.GetText(), L"Morva Extender Config");
-  EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + 2), L"Format item/skill/magic list");
+  EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + 2), rows[2].label.English());
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 2));
   EXPECT_FALSE(dialog.IsChecked(CMainDlg::kFirstCheckId));
   Choose(dialog, CMainDlg::kLanguageId, 1);
@@ -177,25 +171,17 @@ TEST_F(MainDlgTest, GameSearchFindsTheProgramBesideTheToolOrSaysItIsMissing) {
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kGameLocationId), tool.Game() + L"\\Morva.exe");
 }
 
-// Seven categories of forty distinct rows, each bound to a settings field and shown with its
-// label, a Config button on the rows that have a settings dialog, and every text fits its control.
+// Every category shows its rows, each bound to a settings field (forty distinct ones) and labelled, and
+// every text fits its control in both languages.
 TEST_F(MainDlgTest, EveryCategoryShowsItsRowsAndEveryTextFitsInBothLanguages) {
-  const size_t rowCounts[] = {5, 9, 8, 9, 5, 2, 2};
-  const std::set<std::wstring> withConfig{L"enLogExtender",   L"enLabel",         L"enEnchantFinder",
-                                          L"enListExtender",  L"enStockMK",       L"enColorizeIdentifiedItem",
-                                          L"enWeightGraph",   L"enSetInfoPos",    L"enShowSatiety",
-                                          L"enDateFormat",    L"enScreenshot",    L"enQuickSearch",
-                                          L"enMusicExtender", L"enCustomRealDate"};
-  ASSERT_EQ(MainCategories().size(), std::size(rowCounts));
   std::set<std::wstring> keys;
   for (uint32_t language : {kEnglish, kJapanese}) {
     ScopedLanguage shown(language);
     CMainDlg dialog(features);
     ASSERT_TRUE(dialog.Create(nullptr));
-    for (int c = 0; c < static_cast<int>(std::size(rowCounts)); ++c) {
+    for (int c = 0; c < static_cast<int>(MainCategories().size()); ++c) {
       SelectCategory(dialog, c);
       const auto& rows = MainCategories()[c].rows;
-      ASSERT_EQ(rows.size(), rowCounts[c]) << c;
       EXPECT_EQ(dialog.Item(CMainDlg::kFirstCheckId + static_cast<int>(rows.size())), nullptr);
       for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
         SCOPED_TRACE(Utf8(rows[i].key));
@@ -203,9 +189,7 @@ TEST_F(MainDlgTest, EveryCategoryShowsItsRowsAndEveryTextFitsInBothLanguages) {
         EXPECT_NE(GlobalSettings().IntField(rows[i].key), nullptr);
         EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + i), rows[i].label[language]);
         ExpectTextFits(dialog.Item(CMainDlg::kFirstCheckId + i));
-        HWND button = dialog.Item(CMainDlg::kFirstConfigId + i);
-        EXPECT_EQ(button != nullptr, withConfig.count(rows[i].key) == 1);
-        if (button) ExpectTextFits(button);
+        if (HWND button = dialog.Item(CMainDlg::kFirstConfigId + i)) ExpectTextFits(button);
       }
     }
     for (int id : {CMainDlg::kGameLabelId, CMainDlg::kSearchGameId, CMainDlg::kDateId, IDOK, IDCANCEL}) {
@@ -213,26 +197,18 @@ TEST_F(MainDlgTest, EveryCategoryShowsItsRowsAndEveryTextFitsInBothLanguages) {
     }
   }
   EXPECT_EQ(keys.size(), 40u);
-  EXPECT_STREQ(MainCategories()[1].rows[8].label.English(),
-               L"Display \"(Quest)\" on items required by requests");
 }
 
 // The system menu's About item, in either language, opens the About dialog, whose texts fit and
 // whose link opens the site.
 TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialogInEitherLanguage) {
-  ScopedPrompts prompts;
-  std::vector<std::wstring> opened;
-  CurrentPrompts().shellOpen = [&](HWND, const std::wstring& target) {
-    opened.push_back(target);
-    return true;
-  };
+  PromptRecorder recorder;
   CMainDlg dialog(features);
   ASSERT_TRUE(dialog.Create(nullptr));
   std::vector<std::wstring> titles;
   CDialog::AfterInitHook() = [&](CDialog& about) {
     titles.push_back(about.GetText());
     EXPECT_EQ(about.GetItemText(CAboutDlg::kNameId), L"Morva Extender [2022/08/26]");
-    EXPECT_EQ(about.GetItemText(IDOK), Language() == kEnglish ? L"OK" : L"わかった");
     for (int id : {CAboutDlg::kNameId, IDOK}) ExpectTextFits(about.Item(id));
     NMHDR click{about.Item(CAboutDlg::kLinkId), CAboutDlg::kLinkId, static_cast<UINT>(NM_CLICK)};
     about.Send(WM_NOTIFY, CAboutDlg::kLinkId, reinterpret_cast<LPARAM>(&click));
@@ -246,7 +222,7 @@ TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialogInEitherLanguage) {
   dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand);
   CDialog::AfterInitHook() = nullptr;
   EXPECT_EQ(titles, (std::vector<std::wstring>{L"About Morva Extender", L"Morva Extenderのバージョン情報"}));
-  EXPECT_EQ(opened, (std::vector<std::wstring>{kSiteUrl, kSiteUrl}));
+  EXPECT_EQ(recorder.shellOpened, (std::vector<std::wstring>{kSiteUrl, kSiteUrl}));
 }
 
 }  // namespace

@@ -37,9 +37,9 @@ Result Answer(int error, Result result) {
   return result;
 }
 
-// A failure the test chose, with its code, else the given one.
-DWORD FailWith(int code) {
-  return Answer<DWORD>(failingCode ? failingCode : code, 0);
+// A failure the test chose, with its code.
+DWORD FailWith() {
+  return Answer<DWORD>(failingCode, 0);
 }
 
 std::wstring PathArgument(const void* file, DWORD flags) {
@@ -51,7 +51,7 @@ std::wstring PathArgument(const void* file, DWORD flags) {
 // A new stream or sample handle above `base` for a file that exists.
 DWORD OpenFile(const wchar_t* function, const std::wstring& path, DWORD base) {
   if (!state.initialised) return Answer<DWORD>(8, 0);
-  if (Fails(function)) return FailWith(41);
+  if (Fails(function)) return FailWith();
   if (!Exists(path.c_str())) return Answer<DWORD>(2, 0);
   return Answer(0, base + ++state.nextHandle);
 }
@@ -72,22 +72,19 @@ extern "C" void WINAPI StandInSetRate(DWORD rate) {
 
 extern "C" BOOL WINAPI BASS_Init(int device, DWORD freq, DWORD flags, HWND win, const void* dsguid) {
   Record(L"BASS_Init", Num(device), Num(freq), Hex(flags), Ptr(win), Ptr(dsguid));
-  if (Fails(L"BASS_Init")) return FailWith(3);
-  if (state.initialised) return Answer<BOOL>(14, FALSE);
   state.initialised = true;
   return Answer<BOOL>(0, TRUE);
 }
 
 extern "C" BOOL WINAPI BASS_Free() {
   Record(L"BASS_Free");
-  if (!state.initialised) return Answer<BOOL>(8, FALSE);
   state.initialised = false;
   return Answer<BOOL>(0, TRUE);
 }
 
 extern "C" BOOL WINAPI BASS_GetInfo(DWORD* info) {
   Record(L"BASS_GetInfo");
-  if (!state.initialised || Fails(L"BASS_GetInfo")) return FailWith(8);
+  if (Fails(L"BASS_GetInfo")) return FailWith();
   for (int i = 0; i < 14; ++i) info[i] = i == 13 ? state.answers.rate : 0;
   return Answer<BOOL>(0, TRUE);
 }
@@ -115,23 +112,16 @@ extern "C" DWORD WINAPI BASS_PluginLoad(const char* file, DWORD flags) {
 
 extern "C" const PluginInfo* WINAPI BASS_PluginGetInfo(DWORD handle) {
   Record(L"BASS_PluginGetInfo", Hex(handle));
-  size_t index = handle - 0x4001;
-  if (index >= state.plugins.size() || !state.plugins[index].module)
-    return Answer<const PluginInfo*>(5, nullptr);
   auto info = reinterpret_cast<const PluginInfo*(WINAPI*)()>(
-      reinterpret_cast<void*>(GetProcAddress(state.plugins[index].module, "StandInPluginInfo")));
+      reinterpret_cast<void*>(GetProcAddress(state.plugins.at(handle - 0x4001).module, "StandInPluginInfo")));
   return Answer(0, info());
 }
 
+// The tool only ever frees every plug-in at once (handle 0).
 extern "C" BOOL WINAPI BASS_PluginFree(DWORD handle) {
   Record(L"BASS_PluginFree", Hex(handle));
-  for (size_t i = 0; i < state.plugins.size(); ++i) {
-    if (handle == 0 || handle == 0x4001 + i) {
-      if (state.plugins[i].module) FreeLibrary(state.plugins[i].module);
-      state.plugins[i].module = nullptr;
-    }
-  }
-  if (handle == 0) state.plugins.clear();
+  for (const Plugin& plugin : state.plugins) FreeLibrary(plugin.module);
+  state.plugins.clear();
   return Answer<BOOL>(0, TRUE);
 }
 
@@ -157,7 +147,7 @@ STANDIN_ENTRY(DWORD, BASS_SampleGetChannel, (DWORD handle, DWORD flags), Answer(
 
 extern "C" BOOL WINAPI BASS_ChannelPlay(DWORD handle, BOOL restart) {
   Record(L"BASS_ChannelPlay", Hex(handle), Num(restart));
-  if (Fails(L"BASS_ChannelPlay")) return FailWith(24);
+  if (Fails(L"BASS_ChannelPlay")) return FailWith();
   return Answer<BOOL>(0, TRUE);
 }
 

@@ -22,7 +22,7 @@ STANDIN_PLUGIN({0x10d00, "MIDI", "*.mid;*.midi;*.rmi;*.kar"})
 extern "C" DWORD WINAPI BASS_MIDI_FontInit(const void* file, DWORD flags) {
   const wchar_t* path = (flags & 0x80000000) ? static_cast<const wchar_t*>(file) : nullptr;
   Record(L"BASS_MIDI_FontInit", Wide(path), Hex(flags));
-  if (Fails(L"BASS_MIDI_FontInit") || !Exists(path)) return 0;
+  if (!Exists(path)) return 0;
   return 0x30000 + ++nextFont;
 }
 
@@ -35,5 +35,5 @@ extern "C" BOOL WINAPI BASS_MIDI_StreamSetFonts(DWORD handle, const void* fonts,
   const MidiFont* list = static_cast<const MidiFont*>(fonts);
   Record(L"BASS_MIDI_StreamSetFonts", Hex(handle), Hex(list[0].font), Num(list[0].preset), Num(list[0].bank),
          Num(count));
-  return !Fails(L"BASS_MIDI_StreamSetFonts") && list[0].font != 0;
+  return list[0].font != 0;
 }

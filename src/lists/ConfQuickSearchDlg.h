@@ -1,0 +1,31 @@
+#pragma once
+#include <array>
+
+#include "lists/ListEditorDlg.h"
+
+// The Quick Search editor: the words the extension searches for, and the three colours with which it
+// flashes a found entry's background, all in QuickSearch.qcsv.
+class CConfQuickSearchDlg : public CListEditorDlg {
+ public:
+  enum : uint16_t { kAdd = 1000, kEdit, kDelete, kFlashColors, kList };
+
+  CConfQuickSearchDlg();
+
+  BEGIN_MSG_MAP(CConfQuickSearchDlg)
+  COMMAND_ID_HANDLER(kFlashColors, OnFlashColors)
+  CHAIN_MSG_MAP(CListEditorDlg)
+  END_MSG_MAP()
+
+ protected:
+  bool EditItem(RowCells& cells, bool adding) override;
+  void OnOpened() override;
+  void StoreOptions() override;
+
+ private:
+  void OnFlashColors();
+
+  std::array<COLORREF, 3> flashColors{};
+};
+
+// The main dialog's "Config" button of "Enable 'Quick Search'".
+void OpenQuickSearchDialog(HWND owner);
