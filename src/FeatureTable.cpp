@@ -11,6 +11,7 @@
 #include "display/ConfWeightGraphDlg.h"
 #include "lists/ConfEnchantFinderDlg.h"
 #include "lists/ConfLabelDlg.h"
+#include "lists/ConfLogExDlg.h"
 #include "lists/ConfQuickSearchDlg.h"
 #include "music/ConfBGMExDlg.h"
 
@@ -20,7 +21,7 @@ namespace {
 // row whose dialog is not built yet has no function and shows its button disabled.
 // clang-format off
 constexpr FeatureDialog kFeatures[] = {
-    {L"enLogExtender", nullptr},
+    {L"enLogExtender", OpenLogExDialog},
     {L"enLabel", OpenLabelDialog},
     {L"enEnchantFinder", OpenEnchantFinderDialog},
     {L"enListExtender", OpenListFormatDialog},

@@ -1,0 +1,219 @@
+#include "lists/ConfLogExDlg.h"
+
+#include <commdlg.h>
+
+#include <cwctype>
+
+#include "app/Paths.h"
+#include "app/Prompt.h"
+#include "app/Strings.h"
+#include "display/ColorMenu.h"
+#include "lists/ConfLogExItemDlg.h"
+
+namespace {
+
+constexpr TextPair strFontNormal{L"Normal", L"標準"};
+constexpr TextPair strFontBold{L"Bold", L"太字"};
+constexpr TextPair strFontItalic{L"Italic", L"斜体"};
+constexpr TextPair strHelpQuestionBefore{L"Do you want to see help page at [", L""};
+constexpr TextPair strHelpQuestionAfter{L"] ?", L"に接続してヘルプを表示しますか？"};
+
+constexpr wchar_t kOptionFontSize[] = L"FontSize";
+constexpr wchar_t kOptionFontBold[] = L"FontBold";
+constexpr wchar_t kOptionFontItalic[] = L"FontItalic";
+constexpr wchar_t kOptionFontFace[] = L"FontFace";
+constexpr wchar_t kOptionBkColor[] = L"BkColor";
+constexpr wchar_t kOptionMasterVolume[] = L"MasterVolume";
+constexpr wchar_t kOptionRemoteTalk[] = L"EnableRemoteTalk";
+
+using Dlg = CConfLogExDlg;
+using namespace Layout;
+
+// No maximise box: the caption's "?" button, which asks for help, only shows without one.
+constexpr DialogDef kDialog{&strTitleLogEx,   0, 0, 350, 196, DialogStyle::kSizing & ~WS_MAXIMIZEBOX,
+                            WS_EX_CONTEXTHELP};
+constexpr int16_t kTopButtonW = 56;
+constexpr int16_t kTopButtonH = 14;
+constexpr int16_t kFontY = 150;
+constexpr int16_t kBottomY = 172;
+constexpr DWORD kTrackStyle = TBS_HORZ | TBS_NOTICKS | WS_TABSTOP;
+constexpr auto kControls = JoinControls(
+    std::array<ControlDef, 11>{{
+        {Ctl::Button, Dlg::kAdd, 6, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strAddItem},
+        {Ctl::Button, Dlg::kEdit, 66, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strEdit},
+        {Ctl::Button, Dlg::kDelete, 126, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strDelete},
+        {Ctl::Button, Dlg::kBkColor, 190, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strBkColor},
+        {Ctl::Button, Dlg::kRemoteTalk, 252, 6, 92, kTopButtonH, kCheckStyle, 0, &strUseRemoteTalk},
+        {Ctl::ListView, Dlg::kList, 6, 26, 338, 118, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP,
+         WS_EX_CLIENTEDGE, kNoText, Anchor::All},
+        {Ctl::Button, Dlg::kFont, 6, kFontY, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strFont,
+         Anchor::BottomLeft},
+        {Ctl::Static, Dlg::kFontText, 66, kFontY + 2, 278, kRowH, SS_LEFT | SS_ENDELLIPSIS | SS_NOPREFIX, 0,
+         kNoText, Anchor::BottomLeft | Anchor::Right},
+        {Ctl::Static, Dlg::kMasterLabel, 6, kBottomY + 3, 70, kRowH, SS_LEFT, 0, &strMasterVolume,
+         Anchor::BottomLeft},
+        {Ctl::TrackBar, Dlg::kMasterVolume, 78, kBottomY, 100, kButtonH, kTrackStyle, 0, kNoText,
+         Anchor::BottomLeft},
+        {Ctl::Static, Dlg::kMasterValue, 180, kBottomY + 3, 18, kRowH, SS_LEFT, 0, kNoText,
+         Anchor::BottomLeft},
+    }},
+    OkCancelRow(344, kBottomY));
+
+constexpr ListEditorDef kEditor{kLogExFile, kLogExColumns, kFlagLogExtractor, Dlg::kList,
+                                Dlg::kAdd,  Dlg::kEdit,    Dlg::kDelete};
+constexpr const wchar_t* kColorCell = strColumnColor.English();
+
+// An option's number; a missing one, or one that is no number, gives the fallback.
+int NumberOption(const QcsvDocument& file, const wchar_t* name, int fallback) {
+  const std::wstring text = file.OptionOr(name, L"");
+  if (text.empty() || !(std::iswdigit(text[0]) || text[0] == L'-')) return fallback;
+  return _wtoi(text.c_str());
+}
+
+int ScreenPixelsPerInchY() {
+  HDC screen = GetDC(nullptr);
+  const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
+  ReleaseDC(nullptr, screen);
+  return dpi;
+}
+
+}  // namespace
+
+std::wstring LogExHelpUrl() {
+  return std::wstring(kSiteUrl) + kLogExHelpPage;
+}
+
+std::wstring ContrastColorText(COLORREF background) {
+  const int brightness =
+      GetRValue(background) * 299 + GetGValue(background) * 587 + GetBValue(background) * 114;
+  return brightness < 127500 ? L"#ffffff" : L"#000000";
+}
+
+std::wstring DescribeLogFont(std::wstring_view face, int points, bool bold, bool italic) {
+  const TextPair& style = bold ? strFontBold : italic ? strFontItalic : strFontNormal;
+  wchar_t text[LF_FACESIZE + 64];
+  swprintf(text, std::size(text), L"%ls [%dpt, %ls]", std::wstring(face).c_str(), points, Text(style));
+  return text;
+}
+
+CConfLogExDlg::CConfLogExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
+
+void CConfLogExDlg::OnOpened() {
+  fontSize = NumberOption(listFile, kOptionFontSize, 0);
+  fontHeight = -MulDiv(fontSize, ScreenPixelsPerInchY(), 72);
+  fontFace = listFile.OptionOr(kOptionFontFace, L"");
+  fontBold = NumberOption(listFile, kOptionFontBold, 0) != 0;
+  fontItalic = NumberOption(listFile, kOptionFontItalic, 0) != 0;
+  bkColor = ParseColorHex(listFile.OptionOr(kOptionBkColor, L""), kColorNone);
+  using Item = CConfLogExItemDlg;
+  SetTrackRange(kMasterVolume, Item::kVolumeMin, Item::kVolumeMax, Item::kVolumePage);
+  SetTrackPos(kMasterVolume, NumberOption(listFile, kOptionMasterVolume, Item::kVolumeMax));
+  CheckButton(kRemoteTalk, NumberOption(listFile, kOptionRemoteTalk, 0) != 0);
+  ShowFontText();
+  OnMasterVolume();
+}
+
+void CConfLogExDlg::StoreOptions() {
+  listFile.SetOption(kOptionFontSize, fontSize);
+  listFile.SetOption(kOptionFontBold, fontBold ? 1 : 0);
+  listFile.SetOption(kOptionFontItalic, fontItalic ? 1 : 0);
+  listFile.SetOption(kOptionFontFace, fontFace);
+  listFile.SetOption(kOptionBkColor, FormatColorHex(bkColor));
+  listFile.SetOption(kOptionMasterVolume, TrackPos(kMasterVolume));
+  listFile.SetOption(kOptionRemoteTalk, IsChecked(kRemoteTalk) ? 1 : 0);
+}
+
+bool CConfLogExDlg::EditItem(RowCells& cells, bool adding) {
+  CConfLogExItemDlg item;
+  item.masterVolume = TrackPos(kMasterVolume);
+  if (adding) {
+    item.color = ContrastColorText(bkColor);
+  } else {
+    item.keyword = cells.Get(strColumnKeyword.English());
+    item.regex = cells.IsOn(strColumnRegex.English());
+    item.exact = cells.IsOn(strColumnExact.English());
+    item.talk = cells.IsOn(strColumnTalk.English());
+    item.sound = cells.Get(strColumnSound.English());
+    item.volume = _wtoi(cells.Get(strColumnVolume.English()).c_str());
+    item.color = cells.Get(kColorCell);
+  }
+  if (item.DoModal(handle) != IDOK) return false;
+  if (adding && item.keyword.empty()) return false;
+  cells.Set(strColumnKeyword.English(), item.keyword);
+  cells.SetOn(strColumnRegex.English(), item.regex);
+  cells.SetOn(strColumnExact.English(), item.exact);
+  cells.SetOn(strColumnTalk.English(), item.talk);
+  cells.Set(strColumnSound.English(), item.sound);
+  cells.Set(strColumnVolume.English(), std::to_wstring(item.volume));
+  cells.Set(kColorCell, item.color);
+  return true;
+}
+
+void CConfLogExDlg::OnFont() {
+  LOGFONTW font{};
+  font.lfHeight = fontHeight;
+  font.lfWeight = fontBold ? FW_BOLD : FW_NORMAL;
+  font.lfItalic = fontItalic ? TRUE : FALSE;
+  font.lfCharSet = DEFAULT_CHARSET;
+  lstrcpynW(font.lfFaceName, fontFace.c_str(), LF_FACESIZE);
+  CHOOSEFONTW request{};
+  request.lStructSize = sizeof(request);
+  request.hwndOwner = handle;
+  request.lpLogFont = &font;
+  request.Flags = CF_SCREENFONTS | CF_INITTOLOGFONTSTRUCT | CF_NOVERTFONTS;
+  if (!ShowFontChooser(request)) return;
+  fontFace = font.lfFaceName;
+  fontSize = (request.iPointSize + 5) / 10;
+  fontHeight = font.lfHeight;
+  fontBold = font.lfWeight >= FW_BOLD;
+  fontItalic = font.lfItalic != FALSE;
+  ShowFontText();
+}
+
+void CConfLogExDlg::ShowFontText() {
+  SetItemText(kFontText, DescribeLogFont(fontFace, fontSize, fontBold, fontItalic));
+}
+
+void CConfLogExDlg::OnBkColor() {
+  bkColor = PickColorFromMenu(handle, bkColor, false);
+  InvalidateRect(listView.Handle(), nullptr, TRUE);
+}
+
+void CConfLogExDlg::OnMasterVolume() {
+  SetItemText(kMasterValue, std::to_wstring(TrackPos(kMasterVolume)));
+}
+
+LRESULT CConfLogExDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
+  switch (draw.nmcd.dwDrawStage) {
+    case CDDS_PREPAINT:
+      return CDRF_NOTIFYITEMDRAW;
+    case CDDS_ITEMPREPAINT:
+      return CDRF_NOTIFYSUBITEMDRAW;
+    case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
+      // The rule's colour as the log window shows it; all else stays plain.
+      if (draw.iSubItem == kColorColumn && draw.nmcd.dwItemSpec < Rows().RowCount()) {
+        const COLORREF color = ParseColorHex(Rows().Cell(draw.nmcd.dwItemSpec, kColorCell), kColorNone);
+        draw.clrText = color == kColorNone ? GetSysColor(COLOR_WINDOWTEXT) : color;
+        draw.clrTextBk = bkColor & 0xFFFFFF;
+      } else {
+        draw.clrText = RGB(0, 0, 0);
+        draw.clrTextBk = RGB(255, 255, 255);
+      }
+      // The list takes the colours set here; every cell sets both, or it would keep the last ones.
+      return CDRF_DODEFAULT;
+  }
+  return CDRF_DODEFAULT;
+}
+
+void CConfLogExDlg::OnHelp() {
+  const std::wstring question =
+      std::wstring(Text(strHelpQuestionBefore)) + std::wstring(kLogExHelpHost) + Text(strHelpQuestionAfter);
+  if (ShowMessage(handle, question, Text(strTitleMusicExtender), MB_YESNO | MB_ICONQUESTION) == IDYES) {
+    ShellOpen(handle, LogExHelpUrl());
+  }
+}
+
+void OpenLogExDialog(HWND owner) {
+  CConfLogExDlg dialog;
+  dialog.DoModal(owner);
+}
