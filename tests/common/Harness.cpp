@@ -69,6 +69,17 @@ INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
       owner);
 }
 
+INT_PTR RunEditor(CDialog& editor, int listId, const std::function<void(CDialog&, ListViewDriver&)>& drive,
+                  std::vector<std::function<void(CDialog&)>> answers) {
+  return RunModal(
+      editor,
+      [&](CDialog& d) {
+        ListViewDriver list(d.Item(listId));
+        drive(d, list);
+      },
+      std::move(answers));
+}
+
 void Click(const CWindow& dialog, int id) {
   SendMessageW(dialog.Item(id), BM_CLICK, 0, 0);
 }

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "app/TextPair.h"
+#include "common/ListViewDriver.h"
 #include "common/PromptRecorder.h"
 #include "common/TestUtil.h"
 #include "ui/Dialog.h"
@@ -60,6 +61,11 @@ INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
 // The same, with the dialogs the drive opens answered in order, one function each; one more is a failure.
 INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
                  std::vector<std::function<void(CDialog&)>> answers, HWND owner = nullptr);
+
+// Runs a list editor: `drive` acts on it and its list (the control `listId`), `answers` answer the dialogs
+// it opens, in order.
+INT_PTR RunEditor(CDialog& editor, int listId, const std::function<void(CDialog&, ListViewDriver&)>& drive,
+                  std::vector<std::function<void(CDialog&)>> answers = {});
 
 // Clicks a button of a dialog (BM_CLICK, as the user's click does).
 void Click(const CWindow& dialog, int id);

@@ -60,13 +60,7 @@ class ListFormatTest : public testing::Test {
         Click(item, IDOK);
       });
     }
-    return RunModal(
-        editor,
-        [&](CDialog& d) {
-          ListViewDriver list(d.Item(Dlg::kList));
-          drive(d, list);
-        },
-        std::move(items));
+    return RunEditor(editor, Dlg::kList, drive, std::move(items));
   }
 
   InstalledTool tool;

@@ -53,13 +53,7 @@ class ConfLogExTest : public testing::Test {
   INT_PTR Run(const std::function<void(CDialog&, ListViewDriver&)>& drive,
               std::vector<std::function<void(CDialog&)>> items = {}) {
     Dlg editor;
-    return RunModal(
-        editor,
-        [&](CDialog& d) {
-          ListViewDriver list(d.Item(Dlg::kList));
-          drive(d, list);
-        },
-        std::move(items));
+    return RunEditor(editor, Dlg::kList, drive, std::move(items));
   }
 
   InstalledTool tool;

@@ -64,18 +64,6 @@ std::string Id(size_t group, size_t member) {
   return std::to_string(EnchantGroups()[group].members[member].id);
 }
 
-// Runs an editor; `drive` acts on the list, `answers` answer the dialogs it opens, in order.
-INT_PTR RunEditor(CDialog& editor, int listId, const std::function<void(CDialog&, ListViewDriver&)>& drive,
-                  std::vector<Answer> answers) {
-  return RunModal(
-      editor,
-      [&](CDialog& d) {
-        ListViewDriver list(d.Item(listId));
-        drive(d, list);
-      },
-      std::move(answers));
-}
-
 // One editor through the same story: add before row 3, add nothing (an empty keyword or Cancel), add at
 // the end without a selection, edit row 1, delete row 2, drag the last row to the top.
 struct EditorCase {

@@ -77,13 +77,7 @@ class ListEditorTest : public testing::Test {
         Click(item, answer ? IDOK : IDCANCEL);
       });
     }
-    return RunModal(
-        editor,
-        [&](CDialog& d) {
-          ListViewDriver list(d.Item(Dlg::kList));
-          drive(d, list);
-        },
-        std::move(items));
+    return RunEditor(editor, Dlg::kList, drive, std::move(items));
   }
 
   InstalledTool tool;
