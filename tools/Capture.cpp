@@ -3,7 +3,8 @@
 #include <vector>
 
 void SettleWindow(HWND window) {
-  RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
+  RedrawWindow(window, nullptr, nullptr,
+               RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN | RDW_UPDATENOW);
   MSG msg;
   for (int round = 0; round < 20; ++round) {
     while (PeekMessageW(&msg, nullptr, 0, 0, PM_REMOVE)) {

@@ -23,6 +23,10 @@ std::wstring& BuildDateStorage() {
 }
 }  // namespace
 
-const std::wstring& BuildDateText() { return BuildDateStorage(); }
+const std::wstring& BuildDateText() {
+  return BuildDateStorage();
+}
 
-void SetBuildDateText(std::wstring text) { BuildDateStorage() = std::move(text); }
+void SetBuildDateText(std::wstring text) {
+  BuildDateStorage() = std::move(text);
+}

@@ -4,6 +4,10 @@ namespace {
 uint32_t languageIndex = kEnglish;
 }
 
-uint32_t Language() { return languageIndex; }
+uint32_t Language() {
+  return languageIndex;
+}
 
-void SetLanguage(uint32_t language) { languageIndex = language ? kJapanese : kEnglish; }
+void SetLanguage(uint32_t language) {
+  languageIndex = language ? kJapanese : kEnglish;
+}

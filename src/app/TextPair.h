@@ -18,4 +18,6 @@ uint32_t Language();
 void SetLanguage(uint32_t language);
 
 // The text of a pair in the current language, chosen at the moment it is shown.
-inline const wchar_t* Text(const TextPair& pair) { return pair[Language()]; }
+inline const wchar_t* Text(const TextPair& pair) {
+  return pair[Language()];
+}

@@ -10,7 +10,7 @@ class CConfCustomRealDate : public CDialog {
   CConfCustomRealDate();
 
   BEGIN_MSG_MAP(CConfCustomRealDate)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
   END_MSG_MAP()
 
  private:

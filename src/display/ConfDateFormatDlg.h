@@ -10,7 +10,7 @@ class CConfDateFormatDlg : public CDialog {
   CConfDateFormatDlg();
 
   BEGIN_MSG_MAP(CConfDateFormatDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
   END_MSG_MAP()
 
  private:

@@ -15,10 +15,10 @@ class CConfFormatDlg : public CListEditorDlg {
   CConfFormatDlg();
 
   BEGIN_MSG_MAP(CConfFormatDlg)
-  NOTIFY_HANDLER(kTab, TCN_SELCHANGE, OnTabChange)
-  NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
-  COMMAND_ID_HANDLER(kTopDown, OnTopDown)
-  CHAIN_MSG_MAP(CListEditorDlg)
+    NOTIFY_HANDLER(kTab, TCN_SELCHANGE, OnTabChange)
+    NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
+    COMMAND_ID_HANDLER(kTopDown, OnTopDown)
+    CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
  protected:

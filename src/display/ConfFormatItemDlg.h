@@ -14,8 +14,8 @@ class CConfFormatItemDlg : public CDialog {
   CConfFormatItemDlg(std::wstring threshold, COLORREF color);
 
   BEGIN_MSG_MAP(CConfFormatItemDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  CHAIN_MSG_MAP_MEMBER(colorField)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    CHAIN_MSG_MAP_MEMBER(colorField)
   END_MSG_MAP()
 
   std::wstring threshold;

@@ -10,7 +10,7 @@ class CConfSatietyFormatDlg : public CDialog {
   CConfSatietyFormatDlg();
 
   BEGIN_MSG_MAP(CConfSatietyFormatDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
   END_MSG_MAP()
 
  private:

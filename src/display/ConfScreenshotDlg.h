@@ -29,11 +29,11 @@ class CConfScreenshotDlg : public CDialog {
   CConfScreenshotDlg();
 
   BEGIN_MSG_MAP(CConfScreenshotDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_ID_HANDLER(kPng, OnFormat)
-  COMMAND_ID_HANDLER(kJpeg, OnFormat)
-  COMMAND_HANDLER(kQualityEdit, EN_CHANGE, OnQualityTyped)
-  HSCROLL_HANDLER(kQuality, OnQualityMoved)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(kPng, OnFormat)
+    COMMAND_ID_HANDLER(kJpeg, OnFormat)
+    COMMAND_HANDLER(kQualityEdit, EN_CHANGE, OnQualityTyped)
+    HSCROLL_HANDLER(kQuality, OnQualityMoved)
   END_MSG_MAP()
 
  private:

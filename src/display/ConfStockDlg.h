@@ -22,7 +22,7 @@ class CConfStockDlg : public CDialog {
   CConfStockDlg();
 
   BEGIN_MSG_MAP(CConfStockDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
   END_MSG_MAP()
 
  private:

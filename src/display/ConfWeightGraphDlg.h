@@ -27,10 +27,10 @@ class CConfWeightGraphDlg : public CDialog {
   CConfWeightGraphDlg();
 
   BEGIN_MSG_MAP(CConfWeightGraphDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  CHAIN_MSG_MAP_MEMBER(gainField)
-  CHAIN_MSG_MAP_MEMBER(currentField)
-  CHAIN_MSG_MAP_MEMBER(loseField)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    CHAIN_MSG_MAP_MEMBER(gainField)
+    CHAIN_MSG_MAP_MEMBER(currentField)
+    CHAIN_MSG_MAP_MEMBER(loseField)
   END_MSG_MAP()
 
  private:

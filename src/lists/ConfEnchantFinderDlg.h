@@ -10,8 +10,8 @@ class CConfEnchantFinderDlg : public CListEditorDlg {
   CConfEnchantFinderDlg();
 
   BEGIN_MSG_MAP(CConfEnchantFinderDlg)
-  NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
-  CHAIN_MSG_MAP(CListEditorDlg)
+    NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
+    CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
  protected:

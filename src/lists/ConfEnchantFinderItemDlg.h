@@ -23,9 +23,9 @@ class CConfEnchantFinderItemDlg : public CDialog {
   CConfEnchantFinderItemDlg(std::wstring enchant, COLORREF color);
 
   BEGIN_MSG_MAP(CConfEnchantFinderItemDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_HANDLER(kGroup, CBN_SELCHANGE, OnGroupChanged)
-  CHAIN_MSG_MAP_MEMBER(colorField)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_HANDLER(kGroup, CBN_SELCHANGE, OnGroupChanged)
+    CHAIN_MSG_MAP_MEMBER(colorField)
   END_MSG_MAP()
 
   std::wstring enchant;

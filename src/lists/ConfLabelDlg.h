@@ -10,7 +10,7 @@ class CConfLabelDlg : public CListEditorDlg {
   CConfLabelDlg();
 
   BEGIN_MSG_MAP(CConfLabelDlg)
-  CHAIN_MSG_MAP(CListEditorDlg)
+    CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
  protected:

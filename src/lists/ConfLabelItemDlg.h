@@ -22,8 +22,8 @@ class CConfLabelItemDlg : public CDialog {
   CConfLabelItemDlg(std::wstring keyword, bool regex, bool exact, COLORREF color);
 
   BEGIN_MSG_MAP(CConfLabelItemDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  CHAIN_MSG_MAP_MEMBER(colorField)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    CHAIN_MSG_MAP_MEMBER(colorField)
   END_MSG_MAP()
 
   std::wstring keyword;

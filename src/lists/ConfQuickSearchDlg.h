@@ -12,8 +12,8 @@ class CConfQuickSearchDlg : public CListEditorDlg {
   CConfQuickSearchDlg();
 
   BEGIN_MSG_MAP(CConfQuickSearchDlg)
-  COMMAND_ID_HANDLER(kFlashColors, OnFlashColors)
-  CHAIN_MSG_MAP(CListEditorDlg)
+    COMMAND_ID_HANDLER(kFlashColors, OnFlashColors)
+    CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
  protected:

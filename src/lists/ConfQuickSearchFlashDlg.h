@@ -31,12 +31,12 @@ class CConfQuickSearchFlashDlg : public CDialog {
   explicit CConfQuickSearchFlashDlg(const std::array<COLORREF, 3>& colors);
 
   BEGIN_MSG_MAP(CConfQuickSearchFlashDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  TIMER_HANDLER(kPreviewTimer, OnPreviewTick)
-  CHAIN_MSG_MAP_MEMBER(fields[0])
-  CHAIN_MSG_MAP_MEMBER(fields[1])
-  CHAIN_MSG_MAP_MEMBER(fields[2])
-  MESSAGE_HANDLER(WM_DRAWITEM, OnDrawPreview)  // what the fields leave: the preview
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    TIMER_HANDLER(kPreviewTimer, OnPreviewTick)
+    CHAIN_MSG_MAP_MEMBER(fields[0])
+    CHAIN_MSG_MAP_MEMBER(fields[1])
+    CHAIN_MSG_MAP_MEMBER(fields[2])
+    MESSAGE_HANDLER(WM_DRAWITEM, OnDrawPreview)  // what the fields leave: the preview
   END_MSG_MAP()
 
   std::array<COLORREF, 3> colors;

@@ -11,7 +11,7 @@ class CConfQuickSearchItemDlg : public CDialog {
   explicit CConfQuickSearchItemDlg(std::wstring keyword);
 
   BEGIN_MSG_MAP(CConfQuickSearchItemDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
   END_MSG_MAP()
 
   std::wstring keyword;

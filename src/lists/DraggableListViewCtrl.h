@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
+#include "app/Handles.h"
 #include "app/QcsvDocument.h"
 #include "app/TextPair.h"
-#include "app/Handles.h"
 #include "ui/WindowImpl.h"
 
 // The list control of every list editor: a report list view bound to a list file that it does not own.
@@ -65,11 +65,11 @@ class CDraggableListViewCtrl : public CWindowImpl {
   LPARAM DragItemData() const { return dragItemData; }
 
   BEGIN_MSG_MAP(CDraggableListViewCtrl)
-  MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
-  MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
-  MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
-  MESSAGE_HANDLER(WM_GETDLGCODE, OnGetDlgCode)
-  MESSAGE_HANDLER(WM_SYSKEYDOWN, OnSysKeyDown)
+    MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
+    MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
+    MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
+    MESSAGE_HANDLER(WM_GETDLGCODE, OnGetDlgCode)
+    MESSAGE_HANDLER(WM_SYSKEYDOWN, OnSysKeyDown)
   END_MSG_MAP()
 
  private:

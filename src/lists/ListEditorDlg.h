@@ -62,14 +62,14 @@ class CListEditorDlg : public CSizingDialog {
   std::wstring path;
 
   BEGIN_MSG_MAP(CListEditorDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_ID_HANDLER(editor.addId, OnAdd)
-  COMMAND_ID_HANDLER(editor.editId, OnEdit)
-  COMMAND_ID_HANDLER(editor.deleteId, OnDelete)
-  NOTIFY_HANDLER(editor.listId, LVN_ITEMCHANGED, OnItemChanged)
-  NOTIFY_HANDLER(editor.listId, NM_DBLCLK, OnDoubleClick)
-  NOTIFY_HANDLER(editor.listId, LVN_KEYDOWN, OnListKey)
-  CHAIN_MSG_MAP(CSizingDialog)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(editor.addId, OnAdd)
+    COMMAND_ID_HANDLER(editor.editId, OnEdit)
+    COMMAND_ID_HANDLER(editor.deleteId, OnDelete)
+    NOTIFY_HANDLER(editor.listId, LVN_ITEMCHANGED, OnItemChanged)
+    NOTIFY_HANDLER(editor.listId, NM_DBLCLK, OnDoubleClick)
+    NOTIFY_HANDLER(editor.listId, LVN_KEYDOWN, OnListKey)
+    CHAIN_MSG_MAP(CSizingDialog)
   END_MSG_MAP()
 
  protected:

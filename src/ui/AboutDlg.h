@@ -10,8 +10,8 @@ class CAboutDlg : public CDialog {
   CAboutDlg();
 
   BEGIN_MSG_MAP(CAboutDlg)
-  NOTIFY_HANDLER(kLinkId, NM_CLICK, OnLink)
-  NOTIFY_HANDLER(kLinkId, NM_RETURN, OnLink)
+    NOTIFY_HANDLER(kLinkId, NM_CLICK, OnLink)
+    NOTIFY_HANDLER(kLinkId, NM_RETURN, OnLink)
   END_MSG_MAP()
 
   static constexpr int kNameId = 1000;

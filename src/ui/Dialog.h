@@ -5,8 +5,8 @@
 #include <span>
 #include <vector>
 
-#include "ui/DialogTemplate.h"
 #include "app/Handles.h"
+#include "ui/DialogTemplate.h"
 #include "ui/MessageLoop.h"
 #include "ui/MessageMap.h"
 #include "ui/Window.h"

@@ -18,8 +18,8 @@ class CEditStringDlg : public CDialog {
   const TextPair* title = nullptr;  // the caption, none when null
 
   BEGIN_MSG_MAP(CEditStringDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
   END_MSG_MAP()
 
  protected:

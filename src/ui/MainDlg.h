@@ -43,13 +43,13 @@ class CMainDlg : public CDialog {
   int ShownCategory() const { return shownCategory; }
 
   BEGIN_MSG_MAP(CMainDlg)
-  COMMAND_ID_HANDLER(IDOK, OnOk)
-  COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
-  COMMAND_HANDLER(kLanguageId, CBN_SELCHANGE, OnLanguage)
-  COMMAND_ID_HANDLER(kSearchGameId, OnSearchGame)
-  COMMAND_RANGE_HANDLER(kFirstConfigId, kFirstConfigId + kMaxRows - 1, OnConfig)
-  NOTIFY_HANDLER(kCategoryListId, LVN_ITEMCHANGED, OnCategoryChanged)
-  SYSCOMMAND_HANDLER(kAboutCommand, OnAbout)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
+    COMMAND_HANDLER(kLanguageId, CBN_SELCHANGE, OnLanguage)
+    COMMAND_ID_HANDLER(kSearchGameId, OnSearchGame)
+    COMMAND_RANGE_HANDLER(kFirstConfigId, kFirstConfigId + kMaxRows - 1, OnConfig)
+    NOTIFY_HANDLER(kCategoryListId, LVN_ITEMCHANGED, OnCategoryChanged)
+    SYSCOMMAND_HANDLER(kAboutCommand, OnAbout)
   END_MSG_MAP()
 
  protected:

@@ -25,7 +25,7 @@ class CSizingDialog : public CDialog {
 
   // Derived dialogs chain this map: CHAIN_MSG_MAP(CSizingDialog).
   BEGIN_MSG_MAP(CSizingDialog)
-  MESSAGE_HANDLER(WM_SIZING, OnSizing)
+    MESSAGE_HANDLER(WM_SIZING, OnSizing)
   END_MSG_MAP()
 
  private:
