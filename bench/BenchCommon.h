@@ -39,10 +39,7 @@ inline constexpr TextPair kHostTitle{L"bench", L"bench"};
 class CHostDlg : public CDialog {
  public:
   CHostDlg(int16_t width, int16_t height, std::span<const ControlDef> controls)
-      : CDialog(definition, controls), definition{&kHostTitle, 0, 0, width, height, WS_POPUP | WS_CAPTION} {}
-
- private:
-  DialogDef definition;
+      : CDialog(DialogDef{&kHostTitle, 0, 0, width, height, WS_POPUP | WS_CAPTION}, controls) {}
 };
 
 }  // namespace bench

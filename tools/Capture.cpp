@@ -55,3 +55,13 @@ bool CaptureWindowToBmp(HWND window, const std::wstring& path) {
   CloseHandle(out);
   return ok;
 }
+
+bool ShootDialog(CDialog& dialog, const std::wstring& path) {
+  if (!dialog.Create(nullptr)) return false;
+  ShowWindow(dialog.Handle(), SW_SHOW);
+  SetForegroundWindow(dialog.Handle());
+  SettleWindow(dialog.Handle());
+  const bool saved = CaptureWindowToBmp(dialog.Handle(), path);
+  dialog.EndDialog(IDCANCEL);
+  return saved;
+}

@@ -38,13 +38,6 @@ void ShootMenu(HWND owner, const std::wstring& path) {
   PickColorFromMenu(owner, 0x9B9BFF, true, extras);
 }
 
-void ShootDialog(CDialog& dialog, const std::wstring& path) {
-  if (!dialog.Create(nullptr)) return;
-  ShowWindow(dialog.Handle(), SW_SHOW);
-  SettleWindow(dialog.Handle());
-  CaptureWindowToBmp(dialog.Handle(), path);
-}
-
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -63,7 +56,12 @@ int wmain(int argc, wchar_t** argv) {
 
     CSelectEdgedTextColor edged(0x00FFFFFF, 0x00312A25);
     ShootDialog(edged, out + L"\\colors-edged-text" + suffix);
-    ShootMenu(edged.Handle(), out + L"\\colors-menu" + suffix);
+    // The menu opens over the dialog whose field it serves.
+    CSelectEdgedTextColor owner(0x00FFFFFF, 0x00312A25);
+    if (owner.Create(nullptr)) {
+      ShowWindow(owner.Handle(), SW_SHOW);
+      ShootMenu(owner.Handle(), out + L"\\colors-menu" + suffix);
+    }
   }
   return 0;
 }

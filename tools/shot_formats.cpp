@@ -39,16 +39,6 @@ std::wstring WriteBands() {
   return path;
 }
 
-bool Shoot(CDialog& dialog, const std::wstring& path) {
-  if (!dialog.Create(nullptr)) return false;
-  ShowWindow(dialog.Handle(), SW_SHOW);
-  SetForegroundWindow(dialog.Handle());
-  SettleWindow(dialog.Handle());
-  const bool ok = CaptureWindowToBmp(dialog.Handle(), path);
-  dialog.EndDialog(IDCANCEL);
-  return ok;
-}
-
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -76,21 +66,21 @@ int wmain(int argc, wchar_t** argv) {
     const std::wstring suffix = language == kEnglish ? L"-en.bmp" : L"-ja.bmp";
     CConfFormatDlg format;
     format.path = bands;
-    ok &= Shoot(format, out + L"\\formats-list" + suffix);
+    ok &= ShootDialog(format, out + L"\\formats-list" + suffix);
     CConfFormatItemDlg item(L"200", 0xAFD7FF);
-    ok &= Shoot(item, out + L"\\formats-list-item" + suffix);
+    ok &= ShootDialog(item, out + L"\\formats-list-item" + suffix);
     CConfStockDlg stock;
-    ok &= Shoot(stock, out + L"\\formats-stock" + suffix);
+    ok &= ShootDialog(stock, out + L"\\formats-stock" + suffix);
     CConfSatietyFormatDlg satiety;
-    ok &= Shoot(satiety, out + L"\\formats-satiety" + suffix);
+    ok &= ShootDialog(satiety, out + L"\\formats-satiety" + suffix);
     CConfDateFormatDlg date;
-    ok &= Shoot(date, out + L"\\formats-date" + suffix);
+    ok &= ShootDialog(date, out + L"\\formats-date" + suffix);
     CConfCustomRealDate realDate;
-    ok &= Shoot(realDate, out + L"\\formats-real-date" + suffix);
+    ok &= ShootDialog(realDate, out + L"\\formats-real-date" + suffix);
     CConfWeightGraphDlg graph;
-    ok &= Shoot(graph, out + L"\\formats-weight-graph" + suffix);
+    ok &= ShootDialog(graph, out + L"\\formats-weight-graph" + suffix);
     CConfScreenshotDlg screenshot;
-    ok &= Shoot(screenshot, out + L"\\formats-screenshot" + suffix);
+    ok &= ShootDialog(screenshot, out + L"\\formats-screenshot" + suffix);
   }
   return ok ? 0 : 1;
 }

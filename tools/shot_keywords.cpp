@@ -25,19 +25,11 @@ bool WriteText(const std::wstring& path, const char* text) {
   return true;
 }
 
-void Shoot(CDialog& dialog, const std::wstring& path) {
-  if (!dialog.Create(nullptr)) return;
-  ShowWindow(dialog.Handle(), SW_SHOW);
-  SettleWindow(dialog.Handle());
-  CaptureWindowToBmp(dialog.Handle(), path);
-  DestroyWindow(dialog.Handle());
-}
-
 template <class Editor>
 void ShootEditor(const std::wstring& file, const std::wstring& picture) {
   Editor editor;
   editor.path = file;
-  Shoot(editor, picture);
+  ShootDialog(editor, picture);
 }
 
 }  // namespace
@@ -66,17 +58,17 @@ int wmain(int argc, wchar_t** argv) {
     const std::wstring suffix = language == kEnglish ? L"-en.bmp" : L"-ja.bmp";
     ShootEditor<CConfLabelDlg>(label, out + L"\\keywords-label" + suffix);
     CConfLabelItemDlg labelItem(L"^Scroll of .*$", true, false, 0xAFFFAF);
-    Shoot(labelItem, out + L"\\keywords-label-item" + suffix);
+    ShootDialog(labelItem, out + L"\\keywords-label-item" + suffix);
 
     ShootEditor<CConfQuickSearchDlg>(quick, out + L"\\keywords-quicksearch" + suffix);
     CConfQuickSearchItemDlg quickItem(L"small medal");
-    Shoot(quickItem, out + L"\\keywords-quicksearch-item" + suffix);
+    ShootDialog(quickItem, out + L"\\keywords-quicksearch-item" + suffix);
     CConfQuickSearchFlashDlg flash({0x9B9BFF, 0xFFFFFF, 0xCDCD9B});
-    Shoot(flash, out + L"\\keywords-quicksearch-flash" + suffix);
+    ShootDialog(flash, out + L"\\keywords-quicksearch-flash" + suffix);
 
     ShootEditor<CConfEnchantFinderDlg>(enchant, out + L"\\keywords-enchantfinder" + suffix);
     CConfEnchantFinderItemDlg enchantItem(L"2004", 0xAFFFAF);
-    Shoot(enchantItem, out + L"\\keywords-enchantfinder-item" + suffix);
+    ShootDialog(enchantItem, out + L"\\keywords-enchantfinder-item" + suffix);
   }
   return 0;
 }

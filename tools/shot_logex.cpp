@@ -24,13 +24,6 @@ constexpr char kLogEx[] =
     "The weather changes,,,,rain.wav,60,#9bcdcd\r\n"
     "hungry,,,,,100,#ff8000\r\n";
 
-void Shoot(CDialog& dialog, const std::wstring& path) {
-  if (!dialog.Create(nullptr)) return;
-  ShowWindow(dialog.Handle(), SW_SHOW);
-  SettleWindow(dialog.Handle());
-  CaptureWindowToBmp(dialog.Handle(), path);
-}
-
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -52,7 +45,7 @@ int wmain(int argc, wchar_t** argv) {
 
     CConfLogExDlg editor;
     editor.path = listFile;
-    Shoot(editor, out + L"\\logex" + suffix);
+    ShootDialog(editor, out + L"\\logex" + suffix);
 
     CConfLogExItemDlg item;
     item.keyword = L"Your level goes up!";
@@ -61,7 +54,7 @@ int wmain(int argc, wchar_t** argv) {
     item.sound = L"levelup.wav";
     item.volume = 80;
     item.color = L"#afffaf";
-    Shoot(item, out + L"\\logex-item" + suffix);
+    ShootDialog(item, out + L"\\logex-item" + suffix);
   }
   DeleteFileW(listFile.c_str());
   RemoveDirectoryW(folder.c_str());

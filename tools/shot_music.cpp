@@ -49,14 +49,6 @@ std::wstring MakeGame() {
   return path;
 }
 
-void Shoot(CDialog& dialog, const std::wstring& path) {
-  if (!dialog.Create(nullptr)) return;
-  ShowWindow(dialog.Handle(), SW_SHOW);
-  SettleWindow(dialog.Handle());
-  CaptureWindowToBmp(dialog.Handle(), path);
-  DestroyWindow(dialog.Handle());
-}
-
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -83,7 +75,7 @@ int wmain(int argc, wchar_t** argv) {
     item.hour = L"Dusk,Night";
     item.playlist =
         JoinValues({Paths().userMusic + L"\\harbour_evening.ogg", Paths().userMusic + L"\\snowfall.flac"});
-    Shoot(item, out + L"\\music-condition" + suffix);
+    ShootDialog(item, out + L"\\music-condition" + suffix);
   }
   return 0;
 }
