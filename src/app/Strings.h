@@ -16,6 +16,9 @@ inline constexpr TextPair strCancel{L"Cancel", L"キャンセル"};
 // The labels before a keyword edit and a colour field in the item dialogs.
 inline constexpr TextPair strKeywordField{L"Keyword:", L"キーワード："};
 inline constexpr TextPair strColorField{L"Color:", L"色："};
+// The match flags of a keyword row, in the Label and Log Extractor item dialogs.
+inline constexpr TextPair strRegexFlag{L"RegEx", L"正規表現"};
+inline constexpr TextPair strPerfectFlag{L"Perfect", L"完全一致"};
 inline constexpr TextPair strChoose{L"Choose...", L"選択..."};
 inline constexpr TextPair strConfig{L"Config", L"設定"};
 inline constexpr TextPair strCurrentSetting{L"Current setting", L"現在の設定"};

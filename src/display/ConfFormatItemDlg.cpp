@@ -7,7 +7,6 @@
 namespace {
 
 constexpr TextPair strThreshold{L"Threshold:", L"閾値："};
-constexpr TextPair strColor{L"Color:", L"色："};
 
 using Dlg = CConfFormatItemDlg;
 constexpr int16_t kLabelW = 48;
@@ -22,7 +21,7 @@ constexpr auto kControls =
                      {Ctl::Edit, Dlg::kThreshold, kEditX, 6, Layout::kColorPartW, Layout::kRowH,
                       Layout::kEditStyle, 0, kNoText},
                  }},
-                 ColorFieldRow(Dlg::kColorLabel, Layout::kMargin, 24, &strColor, kLabelW),
+                 ColorFieldRow(Dlg::kColorLabel, Layout::kMargin, 24, &strColorField, kLabelW),
                  OkCancelRow(kRight, 46, Anchor::TopLeft));
 
 }  // namespace

@@ -4,9 +4,6 @@
 
 namespace {
 
-constexpr TextPair strRegex{L"RegEx", L"正規表現"};
-constexpr TextPair strPerfect{L"Perfect", L"完全一致"};
-
 using Dlg = CConfLabelItemDlg;
 using namespace Layout;
 constexpr int16_t kLabelWidth = 48;
@@ -27,9 +24,10 @@ constexpr auto kControls = JoinControls(
     std::array<ControlDef, 4>{{
         {Ctl::Static, Dlg::kKeywordLabel, kMargin, 6, kLabelWidth, kRowH, SS_LEFT, 0, &strKeywordField},
         {Ctl::Edit, Dlg::kKeyword, kFieldX, 6, kRight - kFieldX, kRowH, kEditStyle, 0, kNoText},
-        {Ctl::Button, Dlg::kRegex, kFieldX, 24, kColorSwatchX - kMargin, kRowH, kCheckStyle, 0, &strRegex},
+        {Ctl::Button, Dlg::kRegex, kFieldX, 24, kColorSwatchX - kMargin, kRowH, kCheckStyle, 0,
+         &strRegexFlag},
         {Ctl::Button, Dlg::kExact, kFieldX + kColorSwatchX, 24, kColorSwatchX - kMargin, kRowH, kCheckStyle,
-         0, &strPerfect},
+         0, &strPerfectFlag},
     }},
     kColorRow, OkCancelRow(kRight, 66, Anchor::TopLeft));
 

@@ -10,15 +10,11 @@
 
 namespace {
 
-constexpr TextPair strKeywordLabel{L"Keyword:", L"キーワード："};
-constexpr TextPair strRegex{L"RegEx", L"正規表現"};
-constexpr TextPair strPerfect{L"Perfect", L"完全一致"};
 constexpr TextPair strTalk{L"Talk", L"読み上げ"};
 constexpr TextPair strNotifyLabel{L"Notify:", L"通知音："};
 constexpr TextPair strSoundSelect{L"Select...", L"参照..."};
 constexpr TextPair strVolumeLabel{L"Volume:", L"ボリューム："};
 constexpr TextPair strAudition{L"Audition", L"試聴"};
-constexpr TextPair strColorLabel{L"Color:", L"色："};
 constexpr TextPair strNoItems{L"No Items", L"候補がありません"};
 
 using Dlg = CConfLogExItemDlg;
@@ -39,10 +35,10 @@ constexpr DialogDef kDialog{&strTitleLogExItem, 0, 0, kRight + 6, kOkY + kButton
                             kCenterOnOwner};
 
 constexpr std::array<ControlDef, 11> kFields{{
-    {Ctl::Static, Dlg::kKeywordLabel, 6, 6, kLabelWidth, kRowH, SS_LEFT, 0, &strKeywordLabel},
+    {Ctl::Static, Dlg::kKeywordLabel, 6, 6, kLabelWidth, kRowH, SS_LEFT, 0, &strKeywordField},
     {Ctl::Edit, Dlg::kKeyword, kFieldX, 6, kRight - kFieldX, kRowH, kEditStyle, 0, kNoText},
-    {Ctl::Button, Dlg::kRegex, kFieldX, 24, kCheckW, kRowH, kCheckStyle, 0, &strRegex},
-    {Ctl::Button, Dlg::kExact, kFieldX + kCheckW + 4, 24, kCheckW, kRowH, kCheckStyle, 0, &strPerfect},
+    {Ctl::Button, Dlg::kRegex, kFieldX, 24, kCheckW, kRowH, kCheckStyle, 0, &strRegexFlag},
+    {Ctl::Button, Dlg::kExact, kFieldX + kCheckW + 4, 24, kCheckW, kRowH, kCheckStyle, 0, &strPerfectFlag},
     {Ctl::Button, Dlg::kTalk, kButtonX, 24, kColorPartW, kRowH, kCheckStyle, 0, &strTalk},
     {Ctl::Static, Dlg::kSoundLabel, 6, kSoundY, kLabelWidth, kRowH, SS_LEFT, 0, &strNotifyLabel},
     {Ctl::Edit, Dlg::kSound, kFieldX, kSoundY, kButtonX - kFieldX - kMargin, kRowH, kEditStyle, 0, kNoText},
@@ -55,7 +51,7 @@ constexpr std::array<ControlDef, 11> kFields{{
 
 // The colour row keeps its label's own id: the ids after "Audition" are the edit, swatch and button.
 constexpr auto kColorRow = [] {
-  auto row = ColorFieldRow(Dlg::kColor - 1, 6, kColorY, &strColorLabel, kLabelWidth);
+  auto row = ColorFieldRow(Dlg::kColor - 1, 6, kColorY, &strColorField, kLabelWidth);
   row[0].id = Dlg::kColorLabel;
   return row;
 }();
