@@ -12,7 +12,7 @@
 #include "BenchCommon.h"
 #include "app/ListSchemas.h"
 #include "app/QcsvDocument.h"
-#include "lists/DraggableListViewCtrl.h"
+#include "controls/DraggableListViewCtrl.h"
 #include "ui/Dialog.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include "Capture.h"
 #include "app/TextPair.h"
-#include "display/ColorMenu.h"
+#include "controls/ColorMenu.h"
 #include "display/ConfColorizeDlg.h"
 #include "display/SelectEdgedTextColor.h"
 

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "app/QcsvDocument.h"
-#include "display/ColorField.h"
+#include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
 // The option of ListColor.qcsv that holds the colour the extension gives identified items.

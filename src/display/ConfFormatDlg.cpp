@@ -9,7 +9,7 @@
 #include "app/ListSchemas.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
-#include "display/Color.h"
+#include "controls/Color.h"
 #include "display/ConfFormatItemDlg.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "lists/ListEditorDlg.h"
+#include "controls/ListEditorDlg.h"
 
 // The colour bands of the game's skill and spell lists (ListColor.qcsv), one tab per kind of value:
 // skill potential, spell success rate, spell stock. Each band shows its threshold, "or less" or

@@ -1,7 +1,7 @@
 #pragma once
 #include <string>
 
-#include "display/ColorField.h"
+#include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
 // Edits one colour band of the list format: its threshold and its colour. After IDOK `threshold` holds

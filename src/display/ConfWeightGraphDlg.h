@@ -1,5 +1,5 @@
 #pragma once
-#include "display/ColorField.h"
+#include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
 // Where the weight graph stands and its three colours. OK writes all four keys to Vrk.ini at once

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "app/TextPair.h"
-#include "display/Color.h"
+#include "controls/Color.h"
 #include "ui/WindowImpl.h"
 
 // The corner of the game's drawing area an information item is measured from; 0 means unset and

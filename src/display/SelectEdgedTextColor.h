@@ -1,5 +1,5 @@
 #pragma once
-#include "display/ColorField.h"
+#include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
 // Edits the text and edge colours of edged text. Set both colours, DoModal; after IDOK they hold the

@@ -2,7 +2,7 @@
 
 #include "app/ListSchemas.h"
 #include "app/Settings.h"
-#include "display/Color.h"
+#include "controls/Color.h"
 #include "lists/ConfEnchantFinderItemDlg.h"
 #include "lists/EnchantTable.h"
 #include "lists/KeywordEditorLayout.h"

@@ -1,5 +1,5 @@
 #pragma once
-#include "lists/ListEditorDlg.h"
+#include "controls/ListEditorDlg.h"
 
 // The Enchant Finder editor: the enchantments the extension looks for on items, each with the colour
 // that marks an item having it, kept in EnchantFinder.qcsv by enchantment id.

@@ -1,7 +1,7 @@
 #pragma once
 #include <string>
 
-#include "display/ColorField.h"
+#include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
 // Edits one Enchant Finder row: an enchantment, chosen by group, and the colour that marks items having

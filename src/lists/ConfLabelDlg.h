@@ -1,5 +1,5 @@
 #pragma once
-#include "lists/ListEditorDlg.h"
+#include "controls/ListEditorDlg.h"
 
 // The Label editor: keywords that put a coloured label on items whose names match, kept in Label.qcsv
 // with their match rules (regular expression, whole name).

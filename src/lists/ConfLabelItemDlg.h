@@ -1,7 +1,7 @@
 #pragma once
 #include <string>
 
-#include "display/ColorField.h"
+#include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
 // Edits one label keyword: the keyword, whether it is a regular expression, whether the whole name must

@@ -7,7 +7,7 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
-#include "display/ColorMenu.h"
+#include "controls/ColorMenu.h"
 #include "lists/ConfLogExItemDlg.h"
 
 namespace {

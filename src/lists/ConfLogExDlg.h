@@ -6,8 +6,8 @@
 
 #include "app/ListSchemas.h"
 #include "app/Settings.h"
-#include "display/Color.h"
-#include "lists/ListEditorDlg.h"
+#include "controls/Color.h"
+#include "controls/ListEditorDlg.h"
 #include "ui/AboutDlg.h"
 
 // The host of a web address: what stands between "://" and the next "/".

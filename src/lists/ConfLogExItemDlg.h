@@ -4,8 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "display/ColorField.h"
-#include "music/SoundEffectPlayer.h"
+#include "controls/ColorField.h"
+#include "audio/SoundEffectPlayer.h"
 #include "ui/Dialog.h"
 
 // Edits one Log Extractor rule: keyword, match flags, notification sound with its volume, and colour.

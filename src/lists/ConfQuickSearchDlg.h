@@ -1,7 +1,7 @@
 #pragma once
 #include <array>
 
-#include "lists/ListEditorDlg.h"
+#include "controls/ListEditorDlg.h"
 
 // The Quick Search editor: the words the extension searches for, and the three colours with which it
 // flashes a found entry's background, all in QuickSearch.qcsv.

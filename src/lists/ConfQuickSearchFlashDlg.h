@@ -1,7 +1,7 @@
 #pragma once
 #include <array>
 
-#include "display/ColorField.h"
+#include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
 // The three colours with which the extension flashes a found entry's background, with a live preview

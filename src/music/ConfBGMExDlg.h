@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "lists/ListEditorDlg.h"
+#include "controls/ListEditorDlg.h"
 
 // The options of BGMEx.qcsv this dialog keeps beside the rules. "DisableInternalMusiclist" (0 or 1) is
 // the extension's switch for its built-in musiclist.txt: the list file is where the extension reads

@@ -11,7 +11,7 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
-#include "music/AudioLibraries.h"
+#include "audio/AudioLibraries.h"
 #include "music/SceneTable.h"
 
 namespace {

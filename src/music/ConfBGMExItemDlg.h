@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "music/AudioPlayer.h"
+#include "audio/AudioPlayer.h"
 #include "ui/Dialog.h"
 
 // A cell holding several values (targets, months, periods, playlist files) keeps them as the list file

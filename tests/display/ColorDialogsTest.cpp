@@ -9,7 +9,7 @@
 #include "app/Strings.h"
 #include "common/Harness.h"
 #include "common/TestUtil.h"
-#include "display/ColorMenu.h"
+#include "controls/ColorMenu.h"
 #include "display/ConfColorizeDlg.h"
 #include "display/SelectEdgedTextColor.h"
 

@@ -12,7 +12,7 @@
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
 #include "lists/ConfLogExItemDlg.h"
-#include "music/AudioFolder.h"
+#include "common/AudioFolder.h"
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "app/Settings.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
-#include "display/Color.h"
+#include "controls/Color.h"
 #include "lists/ConfEnchantFinderDlg.h"
 #include "lists/ConfEnchantFinderItemDlg.h"
 #include "lists/ConfLabelDlg.h"

@@ -11,7 +11,7 @@
 #include "app/Strings.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
-#include "music/AudioFolder.h"
+#include "common/AudioFolder.h"
 #include "music/ConfBGMExItemDlg.h"
 #include "music/SceneTable.h"
 

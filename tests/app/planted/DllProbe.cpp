@@ -7,7 +7,7 @@
 #include <string>
 
 #include "app/DllSearch.h"
-#include "music/AudioLibraries.h"
+#include "audio/AudioLibraries.h"
 
 int wmain(int argc, wchar_t** argv) {
   if (argc < 2) return 3;

@@ -1,0 +1,217 @@
+#include "audio/AudioLibraries.h"
+
+#include <array>
+#include <utility>
+
+#include "app/TextPair.h"
+
+namespace {
+
+// Shown by a player whose library is missing; %s is the file name.
+constexpr TextPair strLibraryNotLoaded{L"%s is not loaded", L"%s を読み込めません"};
+
+constexpr std::pair<int, const wchar_t*> kBassErrorNames[] = {
+    {0, L"BASS_OK"},
+    {1, L"BASS_ERROR_MEM"},
+    {2, L"BASS_ERROR_FILEOPEN"},
+    {3, L"BASS_ERROR_DRIVER"},
+    {4, L"BASS_ERROR_BUFLOST"},
+    {5, L"BASS_ERROR_HANDLE"},
+    {6, L"BASS_ERROR_FORMAT"},
+    {7, L"BASS_ERROR_POSITION"},
+    {8, L"BASS_ERROR_INIT"},
+    {9, L"BASS_ERROR_START"},
+    {10, L"BASS_ERROR_SSL"},
+    {11, L"BASS_ERROR_REINIT"},
+    {13, L"BASS_ERROR_TRACK"},
+    {14, L"BASS_ERROR_ALREADY"},
+    {17, L"BASS_ERROR_NOTAUDIO"},
+    {18, L"BASS_ERROR_NOCHAN"},
+    {19, L"BASS_ERROR_ILLTYPE"},
+    {20, L"BASS_ERROR_ILLPARAM"},
+    {21, L"BASS_ERROR_NO3D"},
+    {22, L"BASS_ERROR_NOEAX"},
+    {23, L"BASS_ERROR_DEVICE"},
+    {24, L"BASS_ERROR_NOPLAY"},
+    {25, L"BASS_ERROR_FREQ"},
+    {27, L"BASS_ERROR_NOTFILE"},
+    {29, L"BASS_ERROR_NOHW"},
+    {31, L"BASS_ERROR_EMPTY"},
+    {32, L"BASS_ERROR_NONET"},
+    {33, L"BASS_ERROR_CREATE"},
+    {34, L"BASS_ERROR_NOFX"},
+    {37, L"BASS_ERROR_NOTAVAIL"},
+    {38, L"BASS_ERROR_DECODE"},
+    {39, L"BASS_ERROR_DX"},
+    {40, L"BASS_ERROR_TIMEOUT"},
+    {41, L"BASS_ERROR_FILEFORM"},
+    {42, L"BASS_ERROR_SPEAKER"},
+    {43, L"BASS_ERROR_VERSION"},
+    {44, L"BASS_ERROR_CODEC"},
+    {45, L"BASS_ERROR_ENDED"},
+    {46, L"BASS_ERROR_BUSY"},
+    {47, L"BASS_ERROR_UNSTREAMABLE"},
+    {48, L"BASS_ERROR_PROTOCOL"},
+    {49, L"BASS_ERROR_DENIED"},
+    {50, L"BASS_ERROR_FREEING"},
+    {51, L"BASS_ERROR_CANCEL"},
+    {BASS_ERROR_UNKNOWN, L"BASS_ERROR_UNKNOWN"},
+};
+
+constexpr std::array<const wchar_t*, 16> kGgs4ResultNames{
+    L"NoError",    L"Failed",   L"FileNotFound", L"CannotOpenFile",   L"FileLoadFailed",   L"BadFileSize",
+    L"NoSmf",      L"BadSmf",   L"UnmatchedSmf", L"CannotOpenDevice", L"CannotStartTimer", L"IllegalPointer",
+    L"TrackLimit", L"NotReady", L"UndefinedId",  L"ApiNull"};
+
+std::wstring& LibraryFolderOverride() {
+  static std::wstring folder;
+  return folder;
+}
+
+template <typename Pointer>
+bool Resolve(HMODULE module, const char* name, Pointer& entry) {
+  entry = reinterpret_cast<Pointer>(reinterpret_cast<void*>(GetProcAddress(module, name)));
+  return entry != nullptr;
+}
+
+#define VRK_RESOLVE_ENTRY(name, result, params) all = Resolve(module.Get(), #name, api.name) && all;
+
+bool LoadLibraryFile(LoadedModule& module, const wchar_t* fileName) {
+  // Without a folder the bare name would be looked up along the search path: never load that way.
+  std::wstring folder = AudioLibraryFolder();
+  return !folder.empty() && module.Load(folder + fileName);
+}
+
+bool LoadBassApi(LoadedModule& module, BassApi& api) {
+  if (!LoadLibraryFile(module, kBassFileName)) return false;
+  bool all = true;
+  VRK_BASS_FUNCTIONS(VRK_RESOLVE_ENTRY)
+  if (!all) module.Reset();
+  return all;
+}
+
+bool LoadBassMidiApi(LoadedModule& module, BassMidiApi& api) {
+  if (!LoadLibraryFile(module, kBassMidiFileName)) return false;
+  bool all = true;
+  VRK_BASSMIDI_FUNCTIONS(VRK_RESOLVE_ENTRY)
+  if (!all) module.Reset();
+  return all;
+}
+
+struct BassSession {
+  int useCount = 0;
+  LoadedModule bassModule;
+  LoadedModule midiModule;
+  BassApi bass;
+  BassMidiApi midi;
+};
+
+BassSession& Session() {
+  static BassSession session;
+  return session;
+}
+
+}  // namespace
+
+bool LoadGgs4Api(LoadedModule& module, Ggs4Api& api) {
+  if (!LoadLibraryFile(module, kGgs4FileName)) return false;
+    // Only a failed load counts: entry points the library lacks stay null and are skipped by the caller.
+#define VRK_RESOLVE_OPTIONAL(name, result, params) Resolve(module.Get(), #name, api.name);
+  VRK_GGS4_FUNCTIONS(VRK_RESOLVE_OPTIONAL)
+#undef VRK_RESOLVE_OPTIONAL
+  return true;
+}
+
+#undef VRK_RESOLVE_ENTRY
+
+std::wstring AudioLibraryFolder() {
+  if (!LibraryFolderOverride().empty()) return LibraryFolderOverride();
+  wchar_t module[MAX_PATH];
+  DWORD length = GetModuleFileNameW(nullptr, module, MAX_PATH);
+  std::wstring folder(module, length);
+  size_t slash = folder.find_last_of(L'\\');
+  folder.resize(slash == std::wstring::npos ? 0 : slash + 1);
+  return folder;
+}
+
+void SetAudioLibraryFolder(std::wstring folder) {
+  if (!folder.empty() && folder.back() != L'\\') folder += L'\\';
+  LibraryFolderOverride() = std::move(folder);
+}
+
+bool LoadedModule::Load(const std::wstring& path) {
+  // With a full path and the altered search order, the library's own imports resolve beside it first.
+  module.reset(LoadLibraryExW(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH));
+  return module != nullptr;
+}
+
+void AcquireBass(HWND owner) {
+  BassSession& session = Session();
+  if (session.useCount == 0) {
+    session.bass = {};
+    session.midi = {};
+    if (LoadBassApi(session.bassModule, session.bass)) {
+      // bassmidi.dll needs BASS loaded first.
+      if (!LoadBassMidiApi(session.midiModule, session.midi)) session.midi = {};
+      session.bass.BASS_Init(-1, 48000, 0, owner, nullptr);
+    } else {
+      session.bass = {};
+    }
+  }
+  ++session.useCount;
+}
+
+void ReleaseBass() {
+  BassSession& session = Session();
+  if (session.useCount == 0) return;
+  if (--session.useCount > 0) return;
+  if (session.bassModule) {
+    session.bass.BASS_PluginFree(0);
+    session.bass.BASS_Free();
+  }
+  session.midiModule.Reset();
+  session.bassModule.Reset();
+  session.bass = {};
+  session.midi = {};
+}
+
+int BassUseCount() {
+  return Session().useCount;
+}
+
+const BassApi* Bass() {
+  return Session().bassModule ? &Session().bass : nullptr;
+}
+
+const BassMidiApi* BassMidi() {
+  return Session().midiModule ? &Session().midi : nullptr;
+}
+
+std::wstring LibraryMissingText(const wchar_t* fileName) {
+  std::wstring text = Text(strLibraryNotLoaded);
+  size_t at = text.find(L"%s");
+  if (at != std::wstring::npos) text.replace(at, 2, fileName);
+  return text;
+}
+
+std::wstring_view BassErrorName(int code) {
+  for (const auto& [value, name] : kBassErrorNames) {
+    if (value == code) return name;
+  }
+  return L"BASS_ERROR_UNDEFINED";
+}
+
+std::wstring_view Ggs4ResultName(int code) {
+  if (code < 0 || code >= static_cast<int>(kGgs4ResultNames.size())) return {};
+  return kGgs4ResultNames[static_cast<size_t>(code)];
+}
+
+bool SameTextIgnoringCase(std::wstring_view a, std::wstring_view b) {
+  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()),
+                              TRUE) == CSTR_EQUAL;
+}
+
+bool HasExtension(std::wstring_view path, std::wstring_view extension) {
+  return path.size() >= extension.size() &&
+         SameTextIgnoringCase(path.substr(path.size() - extension.size()), extension);
+}

@@ -1,0 +1,117 @@
+#pragma once
+#include <windows.h>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "app/QcsvDocument.h"
+#include "controls/DraggableListViewCtrl.h"
+#include "ui/SizingDialog.h"
+
+// The cell text of a set flag ("RegEx", "Perfect", "Talk"); a flag that is off is the empty text.
+inline constexpr wchar_t kFlagOn[] = L"ON";
+
+// One data row's cells by column name, as an item dialog edits them. A new row has an empty cell per
+// column; an edited row is a copy that the editor takes back only when the item dialog is confirmed.
+class RowCells {
+ public:
+  explicit RowCells(QcsvDocument& file);
+  RowCells(QcsvDocument& file, size_t row);
+
+  std::wstring Get(std::wstring_view column) const;
+  // Sets a cell, adding the column to the file when it lacks it.
+  void Set(std::wstring_view column, std::wstring_view value);
+  bool IsOn(std::wstring_view column) const { return Get(column) == kFlagOn; }
+  void SetOn(std::wstring_view column, bool on) { Set(column, on ? kFlagOn : L""); }
+
+  const QcsvDocument::Row& Cells() const { return cells; }
+
+ private:
+  QcsvDocument* file;
+  QcsvDocument::Row cells;
+};
+
+// What a list editor is: its list file, the columns its list shows (their English names are the
+// file's column names) and the change flag it sets, and the ids of its list and buttons.
+struct ListEditorDef {
+  const wchar_t* fileName;  // in the tool's folder
+  std::span<const TextPair> columns;
+  uint32_t flag;
+  uint16_t listId;
+  uint16_t addId;
+  uint16_t editId;
+  uint16_t deleteId;
+};
+
+// The frame of every list editor: it owns the list file and the draggable list view, opens at the
+// remembered size, keeps Edit and Delete enabled exactly while a row is selected, adds a row before
+// the first selected one (or at the end), edits on a double click, Enter or Edit, deletes the first
+// selected row (also with the Delete key; Insert adds), and on OK stores its size, writes the file and
+// sets its change flag. Cancel writes nothing. A failed write leaves the dialog open with every change.
+//
+// An editor supplies its definition and control table, the item dialog (EditItem), and, where it has
+// them, extra options (OnOpened, StoreOptions), its own cell texts (listView.cellText) and reactions to
+// changed rows (OnRowsChanged). Its message map chains this one: CHAIN_MSG_MAP(CListEditorDlg).
+class CListEditorDlg : public CSizingDialog {
+ public:
+  CListEditorDlg(const DialogDef& dialog, std::span<const ControlDef> controls, const ListEditorDef& editor);
+
+  // The list file; the tool's folder and the editor's file name unless set before DoModal.
+  std::wstring path;
+
+  BEGIN_MSG_MAP(CListEditorDlg)
+    COMMAND_ID_HANDLER(IDOK, OnOk)
+    COMMAND_ID_HANDLER(editor.addId, OnAdd)
+    COMMAND_ID_HANDLER(editor.editId, OnEdit)
+    COMMAND_ID_HANDLER(editor.deleteId, OnDelete)
+    NOTIFY_HANDLER(editor.listId, LVN_ITEMCHANGED, OnItemChanged)
+    NOTIFY_HANDLER(editor.listId, NM_DBLCLK, OnDoubleClick)
+    NOTIFY_HANDLER(editor.listId, LVN_KEYDOWN, OnListKey)
+    CHAIN_MSG_MAP(CSizingDialog)
+  END_MSG_MAP()
+
+ protected:
+  // Opens the item dialog on `cells` (a new row when `adding`); true when the cells are to be taken.
+  virtual bool EditItem(RowCells& cells, bool adding) = 0;
+  // After the file was read and before the list is filled: read options, set up extra controls,
+  // choose other rows to show (BindRows).
+  virtual void OnOpened() {}
+  // On OK, before the size is stored and the file written: put the extra options into the list file.
+  virtual void StoreOptions() {}
+  // After the rows shown were filled, added, edited, deleted or moved.
+  virtual void OnRowsChanged() {}
+
+  // Shows and edits `rows` instead of the list file itself (a part of it that the editor merges back
+  // in StoreOptions). Call from OnOpened.
+  void BindRows(QcsvDocument& rows) { shown = &rows; }
+  QcsvDocument& Rows() { return *shown; }
+
+  // Inserts a row at `index` in the rows shown and the list and scrolls it into view; with `select`
+  // it becomes the current row. Add leaves the selection where it was, so that rows added one after
+  // the other keep their order above the selected row.
+  void InsertRow(size_t index, const RowCells& cells, bool select = false);
+  // The first selected row, or -1.
+  int CurrentRow() const { return listView.FirstSelected(); }
+  // Enables Edit and Delete exactly while a row is selected.
+  void UpdateButtons();
+
+  bool OnInitDialog() override;
+
+  QcsvDocument listFile;
+  CDraggableListViewCtrl listView;
+  const ListEditorDef editor;
+
+ private:
+  void OnOk();
+  void OnAdd();
+  void OnEdit();
+  void OnDelete();
+  LRESULT OnItemChanged(NMLISTVIEW& change);
+  LRESULT OnDoubleClick(NMITEMACTIVATE& click);
+  LRESULT OnListKey(NMLVKEYDOWN& key);
+  void EditRow(int row);
+
+  QcsvDocument* shown = &listFile;
+};

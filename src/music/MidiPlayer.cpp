@@ -1,4 +1,0 @@
-#include "music/MidiPlayer.h"
-
-CMidiPlayer::CMidiPlayer(HWND owner)
-    : owner(static_cast<uint32_t>(reinterpret_cast<uintptr_t>(owner))), patterns{L"*.mid"} {}

@@ -1,0 +1,250 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "app/ListSchemas.h"
+#include "app/Settings.h"
+#include "common/Harness.h"
+#include "common/ListViewDriver.h"
+#include "controls/ListEditorDlg.h"
+#include "ui/EditStringDlg.h"
+
+namespace {
+
+// The smallest editor on the frame: keywords with a colour, edited one keyword at a time in the string
+// editor; new rows are red.
+constexpr TextPair kTitle{L"Test list", L"テストリスト"};
+
+class CTestEditorDlg : public CListEditorDlg {
+ public:
+  enum : uint16_t { kAdd = 1000, kEdit, kDelete, kList };
+  static constexpr uint32_t kFlag = 0x010;
+
+  CTestEditorDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
+
+  BEGIN_MSG_MAP(CTestEditorDlg)
+    CHAIN_MSG_MAP(CListEditorDlg)
+  END_MSG_MAP()
+
+  int opened = 0;
+
+ protected:
+  bool EditItem(RowCells& cells, bool adding) override {
+    CEditStringDlg item(cells.Get(L"keyword"), false);
+    if (item.DoModal(handle) != IDOK || item.text.empty()) return false;
+    cells.Set(L"keyword", item.text);
+    if (adding) cells.Set(L"color", L"#ff0000");
+    return true;
+  }
+  void OnOpened() override { ++opened; }
+
+ private:
+  static constexpr ListEditorDef kEditor{L"Test.qcsv", kKeywordColorColumns, kFlag, kList, kAdd, kEdit,
+                                         kDelete};
+  static constexpr DialogDef kDialog{&kTitle, 0, 0, 300, 200, DialogStyle::kSizing};
+  static constexpr std::array<ControlDef, 6> kControls =
+      JoinControls(std::array<ControlDef, 4>{{
+                       {Ctl::Button, kAdd, 6, 6, 50, 14, Layout::kButtonStyle, 0, &strAdd},
+                       {Ctl::Button, kEdit, 60, 6, 50, 14, Layout::kButtonStyle, 0, &strEdit},
+                       {Ctl::Button, kDelete, 114, 6, 50, 14, Layout::kButtonStyle, 0, &strDelete},
+                       {Ctl::ListView, kList, 6, 24, 288, 148, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP,
+                        WS_EX_CLIENTEDGE, kNoText, Anchor::All},
+                   }},
+                   OkCancelRow(294, 176));
+};
+using Dlg = CTestEditorDlg;
+
+const std::string kHead = "#format,qcsv\r\n";
+const std::string kThreeRows = kHead + "#column,keyword,color\r\na,#000001\r\nb,#000002\r\nc,#000003\r\n";
+
+class ListEditorTest : public testing::Test {
+ protected:
+  void Write(const std::string& bytes) { ASSERT_TRUE(WriteFileBytes(File(), bytes)); }
+  std::wstring File() const { return tool.ToolFile(L"Test.qcsv"); }
+  std::string Bytes() const { return ReadFileBytes(File()); }
+
+  // Runs the editor; `drive` acts on it and `answers` answer the item dialogs it opens, in order
+  // (a text to type and OK, or null for Cancel).
+  INT_PTR Run(const std::function<void(CDialog&, ListViewDriver&)>& drive,
+              std::vector<const wchar_t*> answers = {}) {
+    std::vector<std::function<void(CDialog&)>> items;
+    for (const wchar_t* answer : answers) {
+      items.push_back([answer](CDialog& item) {
+        if (answer) Type(item, CEditStringDlg::kEdit, answer);
+        Click(item, answer ? IDOK : IDCANCEL);
+      });
+    }
+    return RunEditor(editor, Dlg::kList, drive, std::move(items));
+  }
+
+  InstalledTool tool;
+  ExtensionWindow extension{0x101};
+  Dlg editor;
+};
+
+}  // namespace
+
+// Add before the selected row, edit by double click and Enter, delete by button and key, move by drag
+// and Alt+arrow: OK writes exactly the rows shown, with the size, and joins the flag to those set.
+TEST_F(ListEditorTest, FullCycleWritesTheRowsShownAndSetsTheFlag) {
+  Write(kThreeRows);
+  const INT_PTR result = Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"a", L"b", L"c"}));
+        EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
+        list.Select(1);
+        EXPECT_TRUE(d.IsItemEnabled(Dlg::kEdit) && d.IsItemEnabled(Dlg::kDelete));
+        Click(d, Dlg::kAdd);  // "n" before "b"
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"a", L"n", L"b", L"c"}));
+        EXPECT_EQ(list.Selected(), std::vector<int>{2});
+        EXPECT_EQ(list.TextAt(1, 1), L"#ff0000");
+        list.DoubleClick(0);  // "a" becomes "a2"
+        list.Select(3);
+        list.Key(VK_RETURN);  // "c" becomes "c2"
+        list.Select(2);
+        Click(d, Dlg::kDelete);  // "b" goes
+        EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
+        list.Drag(0, 2);  // a2 n c2 -> n c2 a2
+        list.Select(0);
+        list.AltKey(VK_DOWN);  // n c2 a2 -> c2 n a2
+        list.Key(VK_INSERT);   // cancelled: nothing added
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"c2", L"n", L"a2"}));
+        Click(d, IDOK);
+      },
+      {L"n", L"a2", L"c2", nullptr});
+  EXPECT_EQ(result, IDOK);
+  const std::string bytes = Bytes();
+  const size_t columns = bytes.find("#column");
+  ASSERT_NE(columns, std::string::npos);
+  EXPECT_EQ(bytes.substr(columns), "#column,keyword,color\r\nc2,#000003\r\nn,#ff0000\r\na2,#000001\r\n");
+  EXPECT_NE(
+      bytes.find("#option,WindowWidth:636\r\n#option,WindowHeight:444\r\n#option,WindowMaximized:0\r\n"),
+      std::string::npos);
+  EXPECT_EQ(extension.Mask(), 0x111u);
+}
+
+// Whatever was done in the dialog, Cancel leaves the file as it was, byte for byte, and tells nobody.
+TEST_F(ListEditorTest, CancelAfterEveryKindOfChangeLeavesTheFileByteIdentical) {
+  Write(kThreeRows);
+  Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        Click(d, Dlg::kAdd);
+        list.Select(0);
+        Click(d, Dlg::kEdit);
+        Click(d, Dlg::kDelete);
+        list.Drag(0, 1);
+        Click(d, IDCANCEL);
+      },
+      {L"x", L"y"});
+  EXPECT_EQ(Bytes(), kThreeRows);
+  EXPECT_EQ(extension.Mask(), 0x101u);
+}
+
+// Without a selection a new row goes to the end; an empty keyword adds nothing; a missing file opens
+// empty and OK writes the schema's column line.
+TEST_F(ListEditorTest, AddAppendsWithoutASelectionAndAnEmptyAnswerAddsNothing) {
+  Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        Click(d, Dlg::kAdd);
+        Click(d, Dlg::kAdd);
+        Click(d, Dlg::kAdd);
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"x", L"y"}));
+        Click(d, IDOK);
+      },
+      {L"x", L"", L"y"});
+  EXPECT_EQ(Bytes().substr(Bytes().find("#column")), "#column,keyword,color\r\nx,#ff0000\r\ny,#ff0000\r\n");
+}
+
+// A column the editor does not show, and fields beyond the columns, stay with their row through an
+// edit and a move.
+TEST_F(ListEditorTest, CellsTheEditorDoesNotShowStayWithTheirRow) {
+  Write(kHead + "#column,keyword,note,color\r\na,na,#000001,extra\r\nb,nb,#000002\r\n");
+  Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        list.Select(0);
+        Click(d, Dlg::kEdit);
+        list.Drag(0, 1);
+        Click(d, IDOK);
+      },
+      {L"a2"});
+  EXPECT_EQ(Bytes().substr(Bytes().find("#column")),
+            "#column,keyword,note,color\r\nb,nb,#000002\r\na2,na,#000001,extra\r\n");
+}
+
+// A save that fails (here the file is read-only) shows the writer's message and leaves the editor open
+// with every change, so that OK can be tried again once the file can be written.
+TEST_F(ListEditorTest, FailedSaveKeepsTheEditorOpenWithEveryChange) {
+  Write(kThreeRows);
+  ASSERT_TRUE(SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_READONLY));
+  PromptRecorder recorder;
+  const INT_PTR result = Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        list.Select(0);
+        Click(d, Dlg::kDelete);
+        Click(d, Dlg::kAdd);
+        Click(d, IDOK);
+        EXPECT_EQ(recorder.Texts(),
+                  std::vector<std::wstring>{L"QCSV error: Cannot write \"" + File() + L"\"."});
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"b", L"c", L"n"}));
+        EXPECT_EQ(Bytes(), kThreeRows);
+        EXPECT_EQ(extension.Mask(), 0x101u);
+        SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_NORMAL);
+        Click(d, IDOK);
+      },
+      {L"n"});
+  EXPECT_EQ(result, IDOK);
+  EXPECT_EQ(Bytes().substr(Bytes().find("#column")),
+            "#column,keyword,color\r\nb,#000002\r\nc,#000003\r\nn,#ff0000\r\n");
+  EXPECT_EQ(extension.Mask(), 0x111u);
+}
+
+// A list file that exists but cannot be read whole is named to the player in their language when the
+// editor opens; Cancel leaves it alone, and the first save keeps it byte for byte as NAME.qcsv.bak,
+// which a later save no longer touches.
+TEST_F(ListEditorTest, FileNotReadWholeIsReportedAndKeptBeforeTheFirstSave) {
+  const struct {
+    const char* name;
+    std::string bytes;
+    std::vector<std::wstring> shown;
+  } cases[] = {
+      {"byte-order mark", "\xEF\xBB\xBF" + kThreeRows, {}},
+      {"second column line", kThreeRows + "#column,keyword\r\n", {}},
+      {"not UTF-8", kHead + "#column,keyword\r\n\x83L\x81[\r\n", {L"\xFFFDL\xFFFD["}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    Write(c.bytes);
+    for (uint32_t language : {kEnglish, kJapanese}) {
+      ScopedLanguage scoped(language);
+      PromptRecorder recorder;
+      Run([&](CDialog& d, ListViewDriver& list) {
+        EXPECT_EQ(list.Column(), c.shown);
+        Click(d, IDCANCEL);
+      });
+      ASSERT_EQ(recorder.asked.size(), 1u);
+      EXPECT_NE(recorder.asked[0].text.find(File()), std::wstring::npos);
+      EXPECT_NE(recorder.asked[0].text.find(File() + (language == kEnglish ? L".bak\"" : L".bak」")),
+                std::wstring::npos);
+      EXPECT_NE(recorder.asked[0].text.find(language == kEnglish ? L"Saving will replace it" : L"置き換え"),
+                std::wstring::npos);
+    }
+    EXPECT_EQ(Bytes(), c.bytes);
+    EXPECT_FALSE(FileExists(File() + L".bak"));
+    for (int save = 0; save < 2; ++save) {
+      PromptRecorder recorder;
+      Run(
+          [&](CDialog& d, ListViewDriver&) {
+            Click(d, Dlg::kAdd);
+            Click(d, IDOK);
+          },
+          {L"x"});
+      EXPECT_EQ(recorder.asked.size(), save == 0 ? 1u : 0u);
+    }
+    EXPECT_EQ(ReadFileBytes(File() + L".bak"), c.bytes);
+    EXPECT_NE(Bytes().find("\r\nx,#ff0000\r\nx,#ff0000\r\n"), std::string::npos);
+    DeleteFileW((File() + L".bak").c_str());
+  }
+}
