@@ -1,6 +1,6 @@
 #pragma once
 // Marks the end of a start-up step, for the start-up benchmark. Only its copy of the tool is built
-// with VRK_STARTUP_STEPS (bench/StartUpSteps.cpp records the marks); VrkConfig.exe compiles every
+// with VRK_STARTUP_STEPS (bench/StartUpMarks.cpp records the marks); VrkConfig.exe compiles every
 // mark to nothing.
 #ifdef VRK_STARTUP_STEPS
 void MarkStartUpStep(const char* step);
