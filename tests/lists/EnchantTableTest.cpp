@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,7 +19,8 @@ namespace {
 using Item = CConfEnchantFinderItemDlg;
 using Texts = std::vector<std::wstring>;
 
-const std::string kHead = "#format,qcsv\r\n#column,groupEnglish,groupJapanese,id,English,Japanese\r\n";
+const std::string kColumns = "#column,groupEnglish,groupJapanese,id,English,Japanese\r\n";
+const std::string kHead = "#format,qcsv\r\n" + kColumns;
 const std::string kArmour = "Armour,防具,17,Fire ward,火炎の守り\r\n";
 const std::string kWeapon = "Weapon,武器,42,Keen edge,鋭い刃\r\n";
 
@@ -51,6 +51,11 @@ class EnchantFileTest : public testing::Test {
     const std::wstring mark = ExampleLabel({L"", L""}, Language());
     ASSERT_FALSE(EnchantGroups().empty());
     for (const std::wstring& text : Table()) EXPECT_TRUE(text.ends_with(mark)) << Utf8(text);
+  }
+
+  DataFileUnderTest Data() const { return {DataFile(), kColumns}; }
+  static OpenDataDialog Opener() {
+    return OpenEditorThenCancel<CConfEnchantFinderDlg>(CConfEnchantFinderDlg::kList);
   }
 
   InstalledTool tool;
@@ -113,51 +118,23 @@ TEST_F(EnchantFileTest, ASuppliedFileReplacesTheExamples) {
 // Rows with a missing or non-numeric id, an id listed before, too few columns or an empty name are
 // skipped; the rest is used, and one message over the editor names the file and the count.
 TEST_F(EnchantFileTest, BadRowsAreSkippedAndCountedInOneMessage) {
-  struct Case {
-    const char* rows;
-    int skipped;
-  };
-  const Case cases[] = {
+  const BadRows cases[] = {
       {"Armour,防具,,Nameless,名無し\r\n", 1},
       {"Armour,防具,12a,Odd,奇妙\r\nArmour,防具,-3,Minus,負\r\n", 2},
       {"Weapon,武器,17,Again,再び\r\n", 1},
       {"Armour,防具,19\r\nArmour,防具,20,Twenty\r\n", 2},
       {"Armour,,21,Bare,裸\r\n,防具,22,Bare,裸\r\nArmour,防具,23,,二十三\r\n", 3},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.rows);
-    recorder.asked.clear();
-    ASSERT_TRUE(WriteFileBytes(DataFile(), kHead + kArmour + c.rows + kWeapon));
-    Open([&](CDialog& d, ListViewDriver&) {
-      ExpectDataFileNote(recorder, d.Handle(), DataFile(), c.skipped, false);
-      EXPECT_EQ(Table(), (Texts{L"Armour", L"17 Fire ward", L"Weapon", L"42 Keen edge"}));
-      Click(d, IDCANCEL);
-    });
-  }
+  ExpectBadRowsSkipped(recorder, Opener(), Data(), kArmour, kWeapon, cases, [] {
+    EXPECT_EQ(Table(), (Texts{L"Armour", L"17 Fire ward", L"Weapon", L"42 Keen edge"}));
+  });
 }
 
 // A file that cannot be read, or gives no usable row, leaves the examples in place, and the one
 // message says so.
 TEST_F(EnchantFileTest, AnUnreadableOrEmptyFileFallsBackToTheExamplesWithAMessage) {
-  for (int way = 0; way < kUnreadableWays + 2; ++way) {
-    SCOPED_TRACE(way);
-    recorder.asked.clear();
-    const int skipped = way == kUnreadableWays + 1 ? 2 : 0;
-    std::optional<UnreadableFile> unreadable;
-    if (way < kUnreadableWays) {
-      unreadable.emplace(DataFile(), way);
-    } else {
-      ASSERT_TRUE(WriteFileBytes(DataFile(), kHead + (skipped ? "Armour,防具,x,Odd,奇妙\r\n,,\r\n" : "")));
-    }
-    Open([&](CDialog& d, ListViewDriver&) {
-      ExpectDataFileNote(recorder, d.Handle(), DataFile(), skipped, true);
-      ExpectExamples();
-      Click(d, IDCANCEL);
-    });
-    unreadable.reset();
-    RemoveDirectoryW(DataFile().c_str());
-    DeleteFileW(DataFile().c_str());
-  }
+  ExpectFallBackToExamples(recorder, Opener(), Data(), {"Armour,防具,x,Odd,奇妙\r\n,,\r\n", 2},
+                           [] { ExpectExamples(); });
 }
 
 // An id in neither the file nor the examples' place shows as its number, in the list and in the item

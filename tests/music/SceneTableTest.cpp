@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -22,7 +21,8 @@ using Dlg = CConfBGMExDlg;
 using Item = CConfBGMExItemDlg;
 using Texts = std::vector<std::wstring>;
 
-const std::string kHead = "#format,qcsv\r\n#column,key,English,Japanese,sameAs\r\n";
+const std::string kColumns = "#column,key,English,Japanese,sameAs\r\n";
+const std::string kHead = "#format,qcsv\r\n" + kColumns;
 
 // The keys of the table, in its order.
 Texts Keys() {
@@ -67,6 +67,9 @@ class SceneFileTest : public testing::Test {
     }
     EXPECT_EQ(SceneTable().size(), SceneRows().size());
   }
+
+  DataFileUnderTest Data() const { return {DataFile(), kColumns}; }
+  static OpenDataDialog Opener() { return OpenEditorThenCancel<Dlg>(Dlg::kList); }
 
   InstalledTool tool;
   ExtensionWindow extension{0x100};
@@ -135,53 +138,24 @@ TEST_F(SceneFileTest, ASuppliedFileReplacesTheExamplesKeepingAliasesAndSharedLab
 // neither labels nor an earlier key are skipped; the rest is used, and one message over the dialog
 // names the file and the count.
 TEST_F(SceneFileTest, BadRowsAreSkippedAndCountedInOneMessage) {
-  struct Case {
-    const char* rows;
-    int skipped;
-  };
-  const Case cases[] = {
+  const BadRows cases[] = {
       {",Nameless,名無し,\r\n", 1},
       {"bgm_town.mid,Again,再び,\r\nmcVrkRaid,Raid,襲撃,\r\n", 2},
       {"bgm_sea.mid,Sea\r\nbgm_sky.mid\r\n", 2},
       {"bgm_sea.mid,,,\r\n,,,bgm_town.mid\r\nbgm_sea.mid,Sea,,\r\n", 3},
   };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.rows);
-    recorder.asked.clear();
-    ASSERT_TRUE(WriteFileBytes(
-        DataFile(), kHead + "bgm_town.mid,Old town,旧市街,\r\n" + c.rows + "bgm_cave.mid,Cave,洞窟,\r\n"));
-    Open([&](CDialog& d, ListViewDriver&) {
-      ExpectDataFileNote(recorder, d.Handle(), DataFile(), c.skipped, false);
-      EXPECT_EQ(SceneLabel(L"bgm_town.mid"), L"Old town");
-      EXPECT_EQ(SceneLabel(L"mcVrkRaid"), Alias(L"mcVrkRaid").label[kEnglish]);
-      EXPECT_EQ(SceneTable().size(), 2 + kSceneAliasCount);
-      Click(d, IDCANCEL);
-    });
-  }
+  ExpectBadRowsSkipped(recorder, Opener(), Data(), "bgm_town.mid,Old town,旧市街,\r\n",
+                       "bgm_cave.mid,Cave,洞窟,\r\n", cases, [] {
+                         EXPECT_EQ(SceneLabel(L"bgm_town.mid"), L"Old town");
+                         EXPECT_EQ(SceneLabel(L"mcVrkRaid"), Alias(L"mcVrkRaid").label[kEnglish]);
+                         EXPECT_EQ(SceneTable().size(), 2 + kSceneAliasCount);
+                       });
 }
 
 // A file that cannot be read, or gives no usable row, leaves the examples in place, and the one
 // message says so.
 TEST_F(SceneFileTest, AnUnreadableOrEmptyFileFallsBackToTheExamplesWithAMessage) {
-  for (int way = 0; way < kUnreadableWays + 2; ++way) {
-    SCOPED_TRACE(way);
-    recorder.asked.clear();
-    const int skipped = way == kUnreadableWays + 1 ? 2 : 0;
-    std::optional<UnreadableFile> unreadable;
-    if (way < kUnreadableWays) {
-      unreadable.emplace(DataFile(), way);
-    } else {
-      ASSERT_TRUE(WriteFileBytes(DataFile(), kHead + (skipped ? "a.mid\r\n,,,\r\n" : "")));
-    }
-    Open([&](CDialog& d, ListViewDriver&) {
-      ExpectDataFileNote(recorder, d.Handle(), DataFile(), skipped, true);
-      ExpectExamples();
-      Click(d, IDCANCEL);
-    });
-    unreadable.reset();
-    RemoveDirectoryW(DataFile().c_str());
-    DeleteFileW(DataFile().c_str());
-  }
+  ExpectFallBackToExamples(recorder, Opener(), Data(), {"a.mid\r\n,,,\r\n", 2}, [&] { ExpectExamples(); });
 }
 
 // A rule's key in neither the file nor the aliases shows as it is, in the list and in the condition
