@@ -1,10 +1,12 @@
 // Pictures of the Label, Quick Search and Enchant Finder editors and their item dialogs, in English and
-// Japanese, with a few realistic rows.
+// Japanese, with a few realistic rows; the Enchant Finder's item dialog once more with the demo's
+// enchantments file in place of the built-in examples.
 #include <windows.h>
 
 #include <string>
 
 #include "Capture.h"
+#include "app/Paths.h"
 #include "app/TextPair.h"
 #include "lists/ConfEnchantFinderDlg.h"
 #include "lists/ConfEnchantFinderItemDlg.h"
@@ -13,6 +15,7 @@
 #include "lists/ConfQuickSearchDlg.h"
 #include "lists/ConfQuickSearchFlashDlg.h"
 #include "lists/ConfQuickSearchItemDlg.h"
+#include "lists/EnchantTable.h"
 
 namespace {
 
@@ -40,6 +43,9 @@ int wmain(int argc, wchar_t** argv) {
   GetTempPathW(MAX_PATH, temp);
   const std::wstring dir = std::wstring(temp) + L"vrk-shot-keywords";
   CreateDirectoryW(dir.c_str(), nullptr);
+  SetProgramFolder(dir + L"\\VrkConfig.exe");
+  const std::wstring demo = argc > 2 ? argv[2] : L".";
+  const std::wstring enchantments = dir + L"\\" + kEnchantDataFile;
   const std::wstring label = dir + L"\\Label.qcsv", quick = dir + L"\\QuickSearch.qcsv",
                      enchant = dir + L"\\EnchantFinder.qcsv";
   WriteText(label,
@@ -56,6 +62,7 @@ int wmain(int argc, wchar_t** argv) {
   for (uint32_t language : {kEnglish, kJapanese}) {
     SetLanguage(language);
     const std::wstring suffix = language == kEnglish ? L"-en.bmp" : L"-ja.bmp";
+    DeleteFileW(enchantments.c_str());
     ShootEditor<CConfLabelDlg>(label, out + L"\\keywords-label" + suffix);
     CConfLabelItemDlg labelItem(L"^Scroll of .*$", true, false, 0xAFFFAF);
     ShootDialog(labelItem, out + L"\\keywords-label-item" + suffix);
@@ -69,6 +76,11 @@ int wmain(int argc, wchar_t** argv) {
     ShootEditor<CConfEnchantFinderDlg>(enchant, out + L"\\keywords-enchantfinder" + suffix);
     CConfEnchantFinderItemDlg enchantItem(L"2004", 0xAFFFAF);
     ShootDialog(enchantItem, out + L"\\keywords-enchantfinder-item" + suffix);
+
+    CopyFileW((demo + L"\\" + kEnchantDataFile).c_str(), enchantments.c_str(), FALSE);
+    LoadEnchantTable();
+    CConfEnchantFinderItemDlg supplied(L"50", 0xAFFFAF);
+    ShootDialog(supplied, out + L"\\keywords-enchantfinder-item-supplied" + suffix);
   }
   return 0;
 }

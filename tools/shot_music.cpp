@@ -1,5 +1,6 @@
 // Pictures of the Music Extender list and of its condition editor with a realistic rule, in English and
-// Japanese, over a made-up game folder with a few music files.
+// Japanese, over a made-up game folder with a few music files; the editor once more with the demo's
+// scenes file in place of the built-in examples.
 #include <windows.h>
 
 #include <commctrl.h>
@@ -12,6 +13,7 @@
 #include "app/TextPair.h"
 #include "music/ConfBGMExDlg.h"
 #include "music/ConfBGMExItemDlg.h"
+#include "music/SceneTable.h"
 
 namespace {
 
@@ -53,10 +55,13 @@ std::wstring MakeGame() {
 
 int wmain(int argc, wchar_t** argv) {
   const std::wstring out = argc > 1 ? argv[1] : L".";
+  const std::wstring demo = argc > 2 ? argv[2] : L".";
   const std::wstring listFile = MakeGame();
+  const std::wstring scenes = Paths().programFolder + L"\\" + kSceneDataFile;
   for (uint32_t language : {kEnglish, kJapanese}) {
     SetLanguage(language);
     const std::wstring suffix = language == kEnglish ? L"-en.bmp" : L"-ja.bmp";
+    DeleteFileW(scenes.c_str());
 
     CConfBGMExDlg list;
     list.path = listFile;
@@ -76,6 +81,14 @@ int wmain(int argc, wchar_t** argv) {
     item.playlist =
         JoinValues({Paths().userMusic + L"\\harbour_evening.ogg", Paths().userMusic + L"\\snowfall.flac"});
     ShootDialog(item, out + L"\\music-condition" + suffix);
+
+    CopyFileW((demo + L"\\" + kSceneDataFile).c_str(), scenes.c_str(), FALSE);
+    RebuildSceneTable();
+    CConfBGMExItemDlg supplied;
+    supplied.orgfile = L"town_theme.mid,town_theme.mid:12,mcVrkTrader";
+    supplied.hour = L"Dusk,Night";
+    supplied.playlist = item.playlist;
+    ShootDialog(supplied, out + L"\\music-condition-supplied" + suffix);
   }
   return 0;
 }

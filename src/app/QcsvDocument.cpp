@@ -281,6 +281,14 @@ void QcsvDocument::Clear() {
 }
 
 bool QcsvDocument::Read(const std::wstring& filePath) {
+  return Load(filePath, true);
+}
+
+bool QcsvDocument::ReadQuietly(const std::wstring& filePath) {
+  return Load(filePath, false);
+}
+
+bool QcsvDocument::Load(const std::wstring& filePath, bool tellUser) {
   Clear();
   path = filePath;
   keepOldFile = false;
@@ -290,8 +298,9 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
     DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     keepOldFile = true;
-    ShowMessage(nullptr, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path,
-                L"", MB_OK | MB_ICONERROR);
+    if (tellUser)
+      ShowMessage(nullptr, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path,
+                  L"", MB_OK | MB_ICONERROR);
     return false;
   }
   LARGE_INTEGER fileSize{};

@@ -14,6 +14,9 @@ class QcsvDocument {
   // Replaces the document with the file's content. Fails silently for a missing, empty or
   // untagged file; shows the file's message for one that cannot be opened or is corrupted.
   bool Read(const std::wstring& path);
+  // The same without the message for a file that cannot be opened, for a caller that tells the user
+  // itself.
+  bool ReadQuietly(const std::wstring& path);
   // Writes the document, replacing the file in one step so that a reader sees the old or the new
   // content and never a part. Shows the writer's message on failure; the old file stays intact.
   bool Write(const std::wstring& path) const;
@@ -68,6 +71,7 @@ class QcsvDocument {
   std::vector<Row> rows;
   mutable bool keepOldFile = false;
 
+  bool Load(const std::wstring& path, bool tellUser);
   bool Interpret(std::string_view bytes);
   // Position of the option named so (the last one when a file repeats it), or -1.
   int OptionIndex(std::wstring_view name) const;

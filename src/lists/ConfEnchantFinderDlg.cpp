@@ -1,5 +1,6 @@
 #include "lists/ConfEnchantFinderDlg.h"
 
+#include "app/GameDataFile.h"
 #include "app/ListSchemas.h"
 #include "app/Settings.h"
 #include "controls/Color.h"
@@ -28,6 +29,7 @@ COLORREF ContrastText(COLORREF back) {
 CConfEnchantFinderDlg::CConfEnchantFinderDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
 
 void CConfEnchantFinderDlg::OnOpened() {
+  ShowDataFileNote(handle, LoadEnchantTable());
   listView.cellText = [this](size_t row, int column) {
     const std::wstring cell = Rows().Cell(row, column == kColorColumn ? L"color" : L"enchant");
     return column == kColorColumn ? cell : EnchantmentName(cell);

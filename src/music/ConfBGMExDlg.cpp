@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "app/GameDataFile.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
@@ -81,7 +82,7 @@ std::wstring ShownValues(const std::vector<std::wstring>& values, bool emptyIsAn
 CConfBGMExDlg::CConfBGMExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
 
 void CConfBGMExDlg::OnOpened() {
-  RebuildSceneTable();
+  ShowDataFileNote(handle, RebuildSceneTable());
   for (const wchar_t* name : kMethodNames) AddComboItem(kMethod, name);
   const int method = _wtoi(listFile.OptionOr(kDeviceOption, L"0").c_str());
   // A method this tool does not know stays as stored (the editor auditions without MIDI then).

@@ -7,6 +7,7 @@
 #include <cwchar>
 #include <regex>
 
+#include "app/GameDataFile.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
@@ -285,7 +286,7 @@ bool CConfBGMExItemDlg::OnInitDialog() {
   DragAcceptFiles(handle, TRUE);
   CreatePlayer();
 
-  if (SceneTable().empty()) RebuildSceneTable();
+  if (SceneTable().empty()) ShowDataFileNote(handle, RebuildSceneTable());
   HWND targets = Item(kTargets);
   ListView_SetExtendedListViewStyle(targets, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
   AddColumn(targets, 0, strColumnFile, 200);

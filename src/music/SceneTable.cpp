@@ -1,10 +1,14 @@
 #include "music/SceneTable.h"
 
+#include <algorithm>
+
+#include "app/GameDataFile.h"
+
 namespace {
 
-// The game's music keys (its music files, some with a track number) and the scenes they play in;
-// rows of a group name the group's first key and show its label. Last, the extender's pseudo keys for
-// its random encounters, which no file stands behind.
+// Made-up music keys (music files, some with a track number) and the scenes they play in, standing
+// for the game's own until a player supplies them; rows of a group name the group's first key and show
+// its label. Last, the extender's pseudo keys for its random encounters, which no file stands behind.
 constexpr SceneRow kSceneRows[] = {
     {L"title.mid", {L"Title screen", L"タイトル画面"}},
     {L"opening.ogg", {L"Opening", L"オープニング"}},
@@ -95,17 +99,36 @@ const std::map<std::wstring, std::wstring>& SceneTable() {
   return Table();
 }
 
-void RebuildSceneTable() {
+std::wstring RebuildSceneTable() {
   auto& table = Table();
   table.clear();
-  for (const SceneRow& row : kSceneRows) {
-    if (row.sameAs) {
-      const auto first = table.find(row.sameAs);
-      table.emplace(row.key, first != table.end() ? first->second : std::wstring());
-    } else {
-      table.emplace(row.key, Text(row.label));
-    }
+  const auto examples = std::span(kSceneRows).first(std::size(kSceneRows) - kSceneAliasCount);
+  const auto aliases = std::span(kSceneRows).last(kSceneAliasCount);
+  auto isAlias = [&](const std::wstring& key) {
+    return std::ranges::any_of(aliases, [&](const SceneRow& alias) { return key == alias.key; });
+  };
+  // A group's label is whatever its first key holds by now; empty when that key is not in the table.
+  auto sharedLabel = [&](const std::wstring& first) {
+    const auto found = table.find(first);
+    return found != table.end() ? found->second : std::wstring();
+  };
+
+  GameDataFile file(kSceneDataFile);
+  file.TakeRows([&](size_t row) {
+    const std::wstring key = file.Field(row, L"key"), sameAs = file.Field(row, L"sameAs");
+    const std::wstring labels[] = {file.Field(row, L"English"), file.Field(row, L"Japanese")};
+    const bool complete = !key.empty() && (!sameAs.empty() || (!labels[0].empty() && !labels[1].empty()));
+    if (!complete || table.contains(key) || isAlias(key)) return false;
+    table.emplace(key, sameAs.empty() ? labels[Language() == kJapanese ? 1 : 0] : sharedLabel(sameAs));
+    return true;
+  });
+  if (!file.Supplied()) {
+    table.clear();
+    for (const SceneRow& row : examples)
+      table.emplace(row.key, row.sameAs ? sharedLabel(row.sameAs) : ExampleLabel(row.label, Language()));
   }
+  for (const SceneRow& alias : aliases) table.emplace(alias.key, Text(alias.label));
+  return file.Note();
 }
 
 std::wstring SceneLabel(std::wstring_view key) {

@@ -94,6 +94,17 @@ void Choose(const CWindow& dialog, int id, int item) {
   dialog.Send(WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
 }
 
+std::vector<std::wstring> ComboTexts(const CWindow& dialog, int id) {
+  std::vector<std::wstring> texts;
+  HWND combo = dialog.Item(id);
+  for (int i = 0; i < SendMessageW(combo, CB_GETCOUNT, 0, 0); ++i) {
+    wchar_t text[256]{};
+    SendMessageW(combo, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text));
+    texts.push_back(text);
+  }
+  return texts;
+}
+
 ExtensionWindow::ExtensionWindow(uint32_t initialMask, HWND game) {
   WNDCLASSEXW windowClass{};
   windowClass.cbSize = sizeof(windowClass);

@@ -73,6 +73,8 @@ void Click(const CWindow& dialog, int id);
 void Type(const CWindow& dialog, int id, std::wstring_view text);
 // Chooses an item of a drop-down list and tells the dialog as a user's choice does.
 void Choose(const CWindow& dialog, int id, int item);
+// The items of a combo box, in its order.
+std::vector<std::wstring> ComboTexts(const CWindow& dialog, int id);
 
 // The extension's user-interface window as the running game has it: class "MorvaExtenderUI", title
 // "Morva Extender", the game window's handle at byte 0 and the change mask at byte 8.

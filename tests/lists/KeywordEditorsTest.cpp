@@ -225,16 +225,7 @@ TEST_F(KeywordEditorsTest, EnchantFinderKeepsUnknownIdsAndRefillsEnchantmentsByG
   ASSERT_TRUE(WriteFileBytes(
       path, kHead + "#column,enchant,color\r\n" + unknown + ",#ffffaf\r\n" + Id(0, 0) + ",#000001\r\n"));
   using Item = CConfEnchantFinderItemDlg;
-  auto names = [](CDialog& d) {
-    std::vector<std::wstring> texts;
-    HWND combo = d.Item(Item::kEnchant);
-    for (int i = 0; i < SendMessageW(combo, CB_GETCOUNT, 0, 0); ++i) {
-      wchar_t text[256]{};
-      SendMessageW(combo, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text));
-      texts.push_back(text);
-    }
-    return texts;
-  };
+  auto names = [](CDialog& d) { return ComboTexts(d, Item::kEnchant); };
   auto groupNames = [](size_t group) {
     std::vector<std::wstring> texts;
     for (const Enchantment& e : EnchantGroups()[group].members) texts.push_back(Text(e.name));

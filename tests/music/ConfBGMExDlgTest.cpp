@@ -264,27 +264,3 @@ TEST_F(MusicExtenderTest, TextsFitInBothLanguages) {
     });
   }
 }
-
-// The table: 71 keys; grouped keys show their group's first label; the last ten are the extender's
-// encounter aliases, shown in the language of the rebuild.
-TEST(SceneTable, HoldsEveryKeyWithSharedLabelsAndTheAliasesInBothLanguages) {
-  for (uint32_t language : {kEnglish, kJapanese}) {
-    ScopedLanguage scoped(language);
-    RebuildSceneTable();
-    EXPECT_EQ(SceneTable().size(), 71u);
-    const auto rows = SceneRows();
-    for (const SceneRow& row : rows) {
-      SCOPED_TRACE(Utf8(row.key));
-      if (row.sameAs) {
-        EXPECT_EQ(SceneLabel(row.key), SceneLabel(row.sameAs));
-        EXPECT_FALSE(SceneLabel(row.key).empty());
-      } else {
-        EXPECT_EQ(SceneLabel(row.key), row.label[language]);
-      }
-    }
-    for (const SceneRow& alias : rows.last(10)) {
-      EXPECT_EQ(std::wstring_view(alias.key).substr(0, 5), L"mcVrk");
-      EXPECT_EQ(alias.sameAs, nullptr);
-    }
-  }
-}
