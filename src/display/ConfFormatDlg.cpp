@@ -11,6 +11,7 @@
 #include "app/Strings.h"
 #include "controls/Color.h"
 #include "display/ConfFormatItemDlg.h"
+#include "ui/Window.h"
 
 namespace {
 
@@ -231,7 +232,7 @@ void CConfFormatDlg::FitColumns() {
     for (int row = 0; row < count; ++row)
       width = std::max(width, ListView_GetStringWidth(list, ShownText(list, row, column).c_str()));
     // Room for the cell's margins, as the header's own width has.
-    ListView_SetColumnWidth(list, column, width + 15);
+    ListView_SetColumnWidth(list, column, width + ToDpi(list, 15));
   }
   ListView_SetColumnWidth(list, columns - 1, LVSCW_AUTOSIZE_USEHEADER);
 }
