@@ -50,11 +50,11 @@ constexpr auto kControls = JoinControls(
          WS_EX_CLIENTEDGE, kNoText, Anchor::All},
         {Ctl::Static, Dlg::kMethodLabel, 6, 180, 66, 12, SS_LEFT | SS_CENTERIMAGE, 0, &strMidiMethod,
          Anchor::BottomLeft},
-        {Ctl::ComboBox, Dlg::kMethod, 78, 180, 132, 30, CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0,
+        {Ctl::ComboBox, Dlg::kMethod, 78, 180, 124, 30, CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0,
          kNoText, Anchor::BottomLeft},
         {Ctl::Button, Dlg::kSoundFontButton, 6, 198, 66, 12, Layout::kButtonStyle, 0, &strSoundfont,
          Anchor::BottomLeft},
-        {Ctl::Static, Dlg::kSoundFontPath, 78, 198, 132, 12,
+        {Ctl::Static, Dlg::kSoundFontPath, 78, 198, 124, 12,
          SS_LEFT | SS_SUNKEN | SS_PATHELLIPSIS | SS_CENTERIMAGE, 0, kNoText, Anchor::BottomLeft},
     }},
     OkCancelRow(334, 180, Anchor::BottomRight, 60, 30));

@@ -183,6 +183,17 @@ TEST_P(DialogsOnScreen, NoControlOverlapsAnotherOrLeavesTheClientArea) {
     if (dialog.Definition().caption == &strTitleInfoLayer) return;
     ExpectTidyLayout(dialog.Handle());
     ExpectTextsFit(dialog);
+    // A resizable dialog also at the size of its own table, where every control stands as defined.
+    if (GetWindowLongW(dialog.Handle(), GWL_STYLE) & WS_THICKFRAME) {
+      const DialogDef& definition = dialog.Definition();
+      RECT frame = dialog.DialogUnitsToPixels(0, 0, definition.cx, definition.cy);
+      AdjustWindowRectEx(&frame, GetWindowLongW(dialog.Handle(), GWL_STYLE), FALSE,
+                         GetWindowLongW(dialog.Handle(), GWL_EXSTYLE));
+      SetWindowPos(dialog.Handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+      SCOPED_TRACE("at the size of its table");
+      ExpectTidyLayout(dialog.Handle());
+    }
   });
   ExpectEveryFeatureOpened(seen);
   CAboutDlg about;
