@@ -95,12 +95,6 @@ void ExpectTidyLayout(HWND dialog) {
   }
 }
 
-RECT WorkArea() {
-  RECT area{};
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
-  return area;
-}
-
 // A dialog larger than the work area (a fixed one at a high DPI on a small screen) cannot lie inside it;
 // it keeps its top-left corner, and so its caption, on the screen.
 void ExpectInWorkArea(HWND window) {

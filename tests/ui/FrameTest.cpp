@@ -37,12 +37,6 @@ LONG AtDisplayDpi(LONG pixels) {
   return MulDiv(pixels, DisplayDpi(), 96);
 }
 
-RECT WorkArea() {
-  RECT area{};
-  SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
-  return area;
-}
-
 TEST(SizingDialog, DraggedEdgeIsHeldBackAtTheMinimumAndTheOppositeEdgeStays) {
   // Proposed rectangles 100 x 100 at (1000, 1000), or big enough already; the minimum is 636 x 444 at 96 DPI.
   const LONG w = AtDisplayDpi(636), h = AtDisplayDpi(444);
