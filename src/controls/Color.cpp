@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "app/Strings.h"
+#include "ui/Window.h"
 
 std::array<COLORREF, 16>& CustomColors() {
   static std::array<COLORREF, 16> colors = [] {
@@ -60,7 +61,8 @@ void PaintColorSwatch(HDC dc, RECT rect, COLORREF color, COLORREF border) {
   HBRUSH brush = static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
   COLORREF previous = SetDCBrushColor(dc, border & 0x00FFFFFF);
   FillRect(dc, &rect, brush);
-  InflateRect(&rect, -1, -1);
+  const int frame = ToDpi(WindowFromDC(dc), 1);
+  InflateRect(&rect, -frame, -frame);
   SetDCBrushColor(dc, color & 0x00FFFFFF);
   FillRect(dc, &rect, brush);
   SetDCBrushColor(dc, previous);

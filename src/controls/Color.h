@@ -58,7 +58,7 @@ inline constexpr std::array<NamedColor, 28> kPalette{{
 // The custom colours of the colour chooser, shared by every colour field for the whole run.
 std::array<COLORREF, 16>& CustomColors();
 
-// Paints an owner-drawn swatch: a one-pixel border around the colour.
+// Paints an owner-drawn swatch: a one-pixel border (at 96 DPI) around the colour.
 void DrawColorSwatch(const DRAWITEMSTRUCT& item, COLORREF color, COLORREF border);
 // The same picture on any device context and rectangle (menu bitmaps, previews).
 void PaintColorSwatch(HDC dc, RECT rect, COLORREF color, COLORREF border);

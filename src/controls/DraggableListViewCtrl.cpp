@@ -4,6 +4,7 @@
 
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "ui/Window.h"
 
 namespace {
 
@@ -45,7 +46,7 @@ void CDraggableListViewCtrl::SetupColumns(std::span<const TextPair> columns) {
     LVCOLUMNW info{};
     info.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
     info.fmt = LVCFMT_LEFT;
-    info.cx = ListView_GetStringWidth(handle, label) + 15;
+    info.cx = ListView_GetStringWidth(handle, label) + ToDpi(handle, 15);
     info.pszText = const_cast<wchar_t*>(label);
     info.iSubItem = n;
     ListView_InsertColumn(handle, n, &info);
@@ -220,7 +221,7 @@ void CDraggableListViewCtrl::BeginRowDrag(int row, POINT at) {
   dragItemData = ListView_GetItem(handle, &item) ? item.lParam : 0;
 
   BuildDragImage(row);
-  ImageList_BeginDrag(dragImage.get(), 0, -kDragImageOffset, 0);
+  ImageList_BeginDrag(dragImage.get(), 0, -ToDpi(handle, kDragImageOffset), 0);
   ImageList_DragEnter(handle, at.x, at.y);
   SetCapture(handle);
 }
@@ -244,7 +245,7 @@ void CDraggableListViewCtrl::BuildDragImage(int row) {
     SetTextColor(memory, RGB(255, 255, 255));
     SetBkColor(memory, RGB(0, 0, 0));
     const std::wstring& text = dragTexts[0];
-    TextOutW(memory, 1, 2, text.c_str(), static_cast<int>(text.size()));
+    TextOutW(memory, ToDpi(handle, 1), ToDpi(handle, 2), text.c_str(), static_cast<int>(text.size()));
     SelectObject(memory, oldFont);
   }
   ImageList_AddMasked(dragImage.get(), bitmap.Get(), RGB(0, 0, 0));

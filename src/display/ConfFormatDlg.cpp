@@ -11,6 +11,7 @@
 #include "app/Strings.h"
 #include "controls/Color.h"
 #include "display/ConfFormatItemDlg.h"
+#include "ui/Window.h"
 
 namespace {
 
@@ -50,12 +51,15 @@ int LeadingNumber(const std::wstring& text) {
 
 using Dlg = CConfFormatDlg;
 using namespace Layout;
-constexpr int16_t kWidth = 370;
-constexpr int16_t kHeight = 250;
-constexpr int16_t kTabBottom = 184;
-constexpr int16_t kButtonsY = kTabBottom + kMargin;
-constexpr int16_t kChecksY = kButtonsY + kButtonH + 4;
-constexpr int16_t kCheckW = 230;
+// No larger than the default size of a resizable dialog at any DPI, so that opening it at that size
+// never pulls OK and Cancel over the check boxes; those end before OK.
+constexpr int16_t kWidth = 340;
+constexpr int16_t kHeight = 216;
+constexpr int16_t kOkY = kHeight - kMargin - kButtonH;
+constexpr int16_t kChecksY = kOkY - kRowH - 4;
+constexpr int16_t kButtonsY = kChecksY - 4 - kButtonH;
+constexpr int16_t kTabBottom = kButtonsY - kMargin;
+constexpr int16_t kCheckW = kWidth - 2 * kMargin - 2 * (kButtonW + kMargin);
 
 constexpr ListEditorDef kEditor{kListColorFile, kListColorColumns, kFlagListFormat, Dlg::kList,
                                 Dlg::kAdd,      Dlg::kEdit,        Dlg::kDelete};
@@ -78,7 +82,7 @@ constexpr auto kControls = JoinControls(
         {Ctl::Button, Dlg::kTopDown, kMargin, kChecksY + kRowH + 4, kCheckW, kRowH, kCheckStyle, 0,
          &strTopDown, Anchor::BottomLeft},
     }},
-    OkCancelRow(kWidth - kMargin, kHeight - kMargin - kButtonH));
+    OkCancelRow(kWidth - kMargin, kOkY));
 
 bool SameType(const std::wstring& a, const wchar_t* b) {
   return _wcsicmp(a.c_str(), b) == 0;
@@ -228,7 +232,7 @@ void CConfFormatDlg::FitColumns() {
     for (int row = 0; row < count; ++row)
       width = std::max(width, ListView_GetStringWidth(list, ShownText(list, row, column).c_str()));
     // Room for the cell's margins, as the header's own width has.
-    ListView_SetColumnWidth(list, column, width + 15);
+    ListView_SetColumnWidth(list, column, width + ToDpi(list, 15));
   }
   ListView_SetColumnWidth(list, columns - 1, LVSCW_AUTOSIZE_USEHEADER);
 }

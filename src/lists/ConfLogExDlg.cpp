@@ -29,10 +29,12 @@ constexpr wchar_t kOptionRemoteTalk[] = L"EnableRemoteTalk";
 using Dlg = CConfLogExDlg;
 using namespace Layout;
 
-// No maximise box: the caption's "?" button, which asks for help, only shows without one.
-constexpr DialogDef kDialog{&strTitleLogEx,   0, 0, 350, 196, DialogStyle::kSizing & ~WS_MAXIMIZEBOX,
+// No maximise box: the caption's "?" button, which asks for help, only shows without one. No wider than
+// the default size of a resizable dialog at any DPI, so that the top row stays inside it.
+constexpr int16_t kWidth = 340;
+constexpr DialogDef kDialog{&strTitleLogEx,   0, 0, kWidth, 196, DialogStyle::kSizing & ~WS_MAXIMIZEBOX,
                             WS_EX_CONTEXTHELP};
-constexpr int16_t kTopButtonW = 56;
+constexpr int16_t kTopButtonW = 54;
 constexpr int16_t kTopButtonH = 14;
 constexpr int16_t kFontY = 150;
 constexpr int16_t kBottomY = 172;
@@ -40,16 +42,17 @@ constexpr DWORD kTrackStyle = TBS_HORZ | TBS_NOTICKS | WS_TABSTOP;
 constexpr auto kControls = JoinControls(
     std::array<ControlDef, 11>{{
         {Ctl::Button, Dlg::kAdd, 6, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strAddItem},
-        {Ctl::Button, Dlg::kEdit, 66, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strEdit},
-        {Ctl::Button, Dlg::kDelete, 126, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strDelete},
-        {Ctl::Button, Dlg::kBkColor, 190, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strBkColor},
-        {Ctl::Button, Dlg::kRemoteTalk, 252, 6, 92, kTopButtonH, kCheckStyle, 0, &strUseRemoteTalk},
-        {Ctl::ListView, Dlg::kList, 6, 26, 338, 118, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP,
-         WS_EX_CLIENTEDGE, kNoText, Anchor::All},
+        {Ctl::Button, Dlg::kEdit, 64, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strEdit},
+        {Ctl::Button, Dlg::kDelete, 122, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strDelete},
+        {Ctl::Button, Dlg::kBkColor, 184, 6, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strBkColor},
+        {Ctl::Button, Dlg::kRemoteTalk, 244, 6, kWidth - kMargin - 244, kTopButtonH, kCheckStyle, 0,
+         &strUseRemoteTalk},
+        {Ctl::ListView, Dlg::kList, 6, 26, kWidth - 2 * kMargin, 118,
+         LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP, WS_EX_CLIENTEDGE, kNoText, Anchor::All},
         {Ctl::Button, Dlg::kFont, 6, kFontY, kTopButtonW, kTopButtonH, kButtonStyle, 0, &strFont,
          Anchor::BottomLeft},
-        {Ctl::Static, Dlg::kFontText, 66, kFontY + 2, 278, kRowH, SS_LEFT | SS_ENDELLIPSIS | SS_NOPREFIX, 0,
-         kNoText, Anchor::BottomLeft | Anchor::Right},
+        {Ctl::Static, Dlg::kFontText, 66, kFontY + 2, kWidth - kMargin - 66, kRowH,
+         SS_LEFT | SS_ENDELLIPSIS | SS_NOPREFIX, 0, kNoText, Anchor::BottomLeft | Anchor::Right},
         {Ctl::Static, Dlg::kMasterLabel, 6, kBottomY + 3, 70, kRowH, SS_LEFT, 0, &strMasterVolume,
          Anchor::BottomLeft},
         {Ctl::TrackBar, Dlg::kMasterVolume, 78, kBottomY, 100, kButtonH, kTrackStyle, 0, kNoText,
@@ -57,7 +60,7 @@ constexpr auto kControls = JoinControls(
         {Ctl::Static, Dlg::kMasterValue, 180, kBottomY + 3, 18, kRowH, SS_LEFT, 0, kNoText,
          Anchor::BottomLeft},
     }},
-    OkCancelRow(344, kBottomY));
+    OkCancelRow(kWidth - kMargin, kBottomY));
 
 constexpr ListEditorDef kEditor{kLogExFile, kLogExColumns, kFlagLogExtractor, Dlg::kList,
                                 Dlg::kAdd,  Dlg::kEdit,    Dlg::kDelete};

@@ -14,6 +14,7 @@
 #include "app/Strings.h"
 #include "audio/AudioLibraries.h"
 #include "music/SceneTable.h"
+#include "ui/Window.h"
 
 namespace {
 
@@ -192,10 +193,11 @@ void AppendListViewRow(HWND list, const std::wstring& first, const std::wstring&
   if (!second.empty()) ListView_SetItemText(list, row, 1, const_cast<wchar_t*>(second.c_str()));
 }
 
+// `width` in pixels at 96 DPI.
 void AddColumn(HWND list, int index, const TextPair& header, int width) {
   LVCOLUMNW column{};
   column.mask = LVCF_TEXT | LVCF_WIDTH;
-  column.cx = width;
+  column.cx = ToDpi(list, width);
   column.pszText = const_cast<wchar_t*>(Text(header));
   ListView_InsertColumn(list, index, &column);
 }

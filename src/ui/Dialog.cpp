@@ -145,6 +145,8 @@ INT_PTR CDialog::Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     self->RecordLayout();
     const bool defaultFocus = self->OnInitDialog();
     if (self->definition.flags & kCenterOnOwner) self->CenterOnOwner();
+    // Centred on an owner near a screen edge, a dialog would open partly off the screen.
+    if (!IsZoomed(window)) self->MoveIntoWorkArea();
     if (AfterInitHook()) AfterInitHook()(*self);
     return defaultFocus ? TRUE : FALSE;
   }

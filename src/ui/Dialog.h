@@ -25,7 +25,8 @@
 //
 // The template is built when the dialog opens, so it shows the language of that moment. Controls
 // follow their anchors when the dialog is resized. IDOK and IDCANCEL that the map leaves end the
-// dialog with their id. A definition with kCenterOnOwner is centred on its owner after OnInitDialog.
+// dialog with their id. A definition with kCenterOnOwner is centred on its owner after OnInitDialog;
+// every dialog is then moved inside the work area of its owner's monitor.
 // No exception leaves a handler into the system: one that escapes is reported and the message is
 // left to the system.
 class CDialog : public CWindow, public CMessageFilter {

@@ -225,8 +225,7 @@ bool CMainDlg::OnInitDialog() {
 
   HWND list = Item(kCategoryListId);
   ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
-  const UINT dpi = WindowDpi(handle);
-  const int iconSize = MulDiv(16, static_cast<int>(dpi), USER_DEFAULT_SCREEN_DPI);
+  const int iconSize = ToDpi(handle, 16);
   icons.reset(ImageList_Create(iconSize, iconSize, ILC_COLOR32 | ILC_MASK, std::size(kCategories), 0));
   AddCategoryIcons(icons.get(), iconSize);
   ListView_SetImageList(list, icons.get(), LVSIL_SMALL);

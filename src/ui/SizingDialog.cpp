@@ -1,5 +1,6 @@
 #include "ui/SizingDialog.h"
 
+#include <algorithm>
 #include <cstdlib>
 
 namespace {
@@ -23,7 +24,8 @@ void CSizingDialog::ClampSizing(UINT edge, RECT& rect, int minWidth, int minHeig
 }
 
 LRESULT CSizingDialog::OnSizing(WPARAM edge, LPARAM proposed) {
-  ClampSizing(static_cast<UINT>(edge), *reinterpret_cast<RECT*>(proposed), minWidth, minHeight);
+  ClampSizing(static_cast<UINT>(edge), *reinterpret_cast<RECT*>(proposed), ToDpi(handle, minWidth),
+              ToDpi(handle, minHeight));
   return TRUE;
 }
 
@@ -35,12 +37,17 @@ void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {
     width = minWidth;
     height = minHeight;
   }
+  // The file holds the size at 96 DPI; a size larger than the screen's work area is cut to it.
+  const RECT area = OwnerWorkArea(handle);
+  width = std::min<int>(ToDpi(handle, width), area.right - area.left);
+  height = std::min<int>(ToDpi(handle, height), area.bottom - area.top);
   // One pixel narrower first: the size then changes even when it equals the template's, so the
   // controls are laid out in any case.
   MoveWindow(handle, 0, 0, width - 1, height, TRUE);
   MoveWindow(handle, 0, 0, width, height, TRUE);
 
   CenterOnOwner();
+  MoveIntoWorkArea();
 
   if (maximized != 0) ShowWindow(handle, SW_SHOWMAXIMIZED);
 }
@@ -50,7 +57,7 @@ void CSizingDialog::SaveSize(QcsvDocument& listFile) const {
   placement.length = sizeof(placement);
   if (!GetWindowPlacement(handle, &placement)) return;
   const RECT& normal = placement.rcNormalPosition;
-  listFile.SetOption(L"WindowWidth", static_cast<int>(normal.right - normal.left));
-  listFile.SetOption(L"WindowHeight", static_cast<int>(normal.bottom - normal.top));
+  listFile.SetOption(L"WindowWidth", FromDpi(handle, static_cast<int>(normal.right - normal.left)));
+  listFile.SetOption(L"WindowHeight", FromDpi(handle, static_cast<int>(normal.bottom - normal.top)));
   listFile.SetOption(L"WindowMaximized", (placement.showCmd & 3) == 3 ? 1 : 0);
 }

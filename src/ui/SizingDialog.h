@@ -4,6 +4,7 @@
 
 // A resizable list dialog: no smaller than its minimum while the user drags a border, and opened
 // at the size remembered in its list file (options WindowWidth, WindowHeight, WindowMaximized).
+// Minimum and remembered sizes are pixels at 96 DPI, scaled to the dialog's DPI on screen.
 class CSizingDialog : public CDialog {
  public:
   static constexpr int kMinWidth = 636;

@@ -2,6 +2,8 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 #include "app/Prompt.h"
 #include "app/Strings.h"
 
@@ -29,6 +31,26 @@ UINT WindowDpi(HWND window) {
   const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
   ReleaseDC(nullptr, screen);
   return dpi > 0 ? static_cast<UINT>(dpi) : USER_DEFAULT_SCREEN_DPI;
+}
+
+int ToDpi(HWND window, int pixelsAt96) {
+  return MulDiv(pixelsAt96, static_cast<int>(WindowDpi(window)), USER_DEFAULT_SCREEN_DPI);
+}
+
+int FromDpi(HWND window, int pixels) {
+  return MulDiv(pixels, USER_DEFAULT_SCREEN_DPI, static_cast<int>(WindowDpi(window)));
+}
+
+RECT OwnerWorkArea(HWND window) {
+  HWND owner = GetWindow(window, GW_OWNER);
+  MONITORINFO info{};
+  info.cbSize = sizeof(info);
+  if (GetMonitorInfoW(MonitorFromWindow(owner ? owner : window, MONITOR_DEFAULTTONEAREST), &info)) {
+    return info.rcWork;
+  }
+  RECT area{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+  return area;
 }
 
 std::wstring CWindow::GetText() const {
@@ -77,6 +99,16 @@ void CWindow::CenterOnOwner() const {
   const int x = around.left + ((around.right - around.left) - (self.right - self.left)) / 2;
   const int y = around.top + ((around.bottom - around.top) - (self.bottom - self.top)) / 2;
   SetWindowPos(handle, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void CWindow::MoveIntoWorkArea() const {
+  const RECT area = OwnerWorkArea(handle);
+  const RECT self = WindowRect();
+  const int x = std::max(area.left, std::min(self.left, area.right - (self.right - self.left)));
+  const int y = std::max(area.top, std::min(self.top, area.bottom - (self.bottom - self.top)));
+  if (x != self.left || y != self.top) {
+    SetWindowPos(handle, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  }
 }
 
 void CWindow::SetTrackRange(int id, int low, int high, int page) const {

@@ -9,6 +9,14 @@
 // lacks the per-window call).
 UINT WindowDpi(HWND window);
 
+// Every length the tool gives in pixels is a length at 96 DPI; this gives it in the window's pixels
+// (a null window: the system's DPI). FromDpi turns a measured length back, for sizes stored at 96 DPI.
+int ToDpi(HWND window, int pixelsAt96);
+int FromDpi(HWND window, int pixels);
+
+// The work area of the monitor the window's owner is on (its own monitor when it has no owner).
+RECT OwnerWorkArea(HWND window);
+
 // A borrowed window handle with the few calls the dialogs repeat. It owns nothing: copying it is
 // free and destroying it leaves the window alone.
 class CWindow {
@@ -51,6 +59,9 @@ class CWindow {
   RECT WindowRect() const;
   // Centres the window over its owner, or over the work area when it has none.
   void CenterOnOwner() const;
+  // Moves the window inside the work area of its owner's monitor; one larger than the work area
+  // keeps its top-left corner (and so its caption) on the screen.
+  void MoveIntoWorkArea() const;
 
  protected:
   HWND handle = nullptr;

@@ -126,6 +126,12 @@ uint32_t ExtensionWindow::Mask() const {
   return static_cast<uint32_t>(GetWindowLongW(window, 8));
 }
 
+RECT WorkArea() {
+  RECT area{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+  return area;
+}
+
 int TakeQuitCode() {
   MSG message{};
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {

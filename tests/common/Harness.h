@@ -92,6 +92,9 @@ class ExtensionWindow {
   HWND window;
 };
 
+// The work area of the (one) monitor the tests run on.
+RECT WorkArea();
+
 // The quit code the thread's queue holds, or -1 when no quit message was posted.
 int TakeQuitCode();
 

@@ -24,22 +24,36 @@ class CTestSizingDlg : public CSizingDialog {
   CTestSizingDlg() : CSizingDialog(kDialog, kControls) {}
 };
 
+// The display's DPI: the suite runs at 96 and again at 144.
+int DisplayDpi() {
+  HDC screen = GetDC(nullptr);
+  const int dpi = GetDeviceCaps(screen, LOGPIXELSY);
+  ReleaseDC(nullptr, screen);
+  return dpi;
+}
+
+// A length given at 96 DPI in the display's pixels.
+LONG AtDisplayDpi(LONG pixels) {
+  return MulDiv(pixels, DisplayDpi(), 96);
+}
+
 TEST(SizingDialog, DraggedEdgeIsHeldBackAtTheMinimumAndTheOppositeEdgeStays) {
-  // Proposed rectangles 100 x 100 at (1000, 1000), or big enough already; the minimum is 636 x 444.
+  // Proposed rectangles 100 x 100 at (1000, 1000), or big enough already; the minimum is 636 x 444 at 96 DPI.
+  const LONG w = AtDisplayDpi(636), h = AtDisplayDpi(444);
   const RECT small{1000, 1000, 1100, 1100};
   const struct {
     UINT edge;
     RECT proposed, expected;
-  } cases[] = {{WMSZ_TOP, small, {1000, 656, 1100, 1100}},
-               {WMSZ_BOTTOM, small, {1000, 1000, 1100, 1444}},
-               {WMSZ_LEFT, small, {464, 1000, 1100, 1100}},
-               {WMSZ_RIGHT, small, {1000, 1000, 1636, 1100}},
-               {WMSZ_TOPLEFT, small, {464, 656, 1100, 1100}},
-               {WMSZ_TOPRIGHT, small, {1000, 656, 1636, 1100}},
-               {WMSZ_BOTTOMLEFT, small, {464, 1000, 1100, 1444}},
-               {WMSZ_BOTTOMRIGHT, small, {1000, 1000, 1636, 1444}},
-               {WMSZ_BOTTOMRIGHT, {0, 0, 700, 500}, {0, 0, 700, 500}},
-               {WMSZ_TOPLEFT, {0, 0, 636, 444}, {0, 0, 636, 444}}};
+  } cases[] = {{WMSZ_TOP, small, {1000, 1100 - h, 1100, 1100}},
+               {WMSZ_BOTTOM, small, {1000, 1000, 1100, 1000 + h}},
+               {WMSZ_LEFT, small, {1100 - w, 1000, 1100, 1100}},
+               {WMSZ_RIGHT, small, {1000, 1000, 1000 + w, 1100}},
+               {WMSZ_TOPLEFT, small, {1100 - w, 1100 - h, 1100, 1100}},
+               {WMSZ_TOPRIGHT, small, {1000, 1100 - h, 1000 + w, 1100}},
+               {WMSZ_BOTTOMLEFT, small, {1100 - w, 1000, 1100, 1000 + h}},
+               {WMSZ_BOTTOMRIGHT, small, {1000, 1000, 1000 + w, 1000 + h}},
+               {WMSZ_BOTTOMRIGHT, {0, 0, w + 64, h + 56}, {0, 0, w + 64, h + 56}},
+               {WMSZ_TOPLEFT, {0, 0, w, h}, {0, 0, w, h}}};
   CTestSizingDlg dialog;
   ASSERT_TRUE(dialog.Create(nullptr));
   for (const auto& c : cases) {
@@ -50,7 +64,7 @@ TEST(SizingDialog, DraggedEdgeIsHeldBackAtTheMinimumAndTheOppositeEdgeStays) {
   }
 }
 
-// The stored size, or the default for a missing or zero one, centred on the owner.
+// The stored size (pixels at 96 DPI), or the default for a missing or zero one, centred on the owner.
 TEST(SizingDialog, RestoreSizeUsesTheStoredSizeOrTheDefaultCentredOnTheOwner) {
   const struct {
     const wchar_t *width, *height;
@@ -65,7 +79,7 @@ TEST(SizingDialog, RestoreSizeUsesTheStoredSizeOrTheDefaultCentredOnTheOwner) {
                {L"400", L"300", {400, 300}}};
   CTestSizingDlg owner;
   ASSERT_TRUE(owner.Create(nullptr));
-  SetWindowPos(owner.Handle(), nullptr, 100, 50, 800, 600, SWP_NOZORDER);
+  SetWindowPos(owner.Handle(), nullptr, 100, 50, 1000, 900, SWP_NOZORDER);
   for (const auto& c : cases) {
     QcsvDocument listFile;
     if (c.width) listFile.SetOption(L"WindowWidth", c.width);
@@ -74,11 +88,58 @@ TEST(SizingDialog, RestoreSizeUsesTheStoredSizeOrTheDefaultCentredOnTheOwner) {
     ASSERT_TRUE(dialog.Create(owner.Handle()));
     dialog.RestoreSize(listFile);
     const RECT rect = dialog.WindowRect();
-    const LONG left = 100 + (800 - c.expected.cx) / 2, top = 50 + (600 - c.expected.cy) / 2;
-    const RECT expected{left, top, left + c.expected.cx, top + c.expected.cy};
+    const LONG width = AtDisplayDpi(c.expected.cx), height = AtDisplayDpi(c.expected.cy);
+    const LONG left = 100 + (1000 - width) / 2, top = 50 + (900 - height) / 2;
+    const RECT expected{left, top, left + width, top + height};
     EXPECT_TRUE(EqualRect(&rect, &expected))
         << rect.left << "," << rect.top << "," << rect.right << "," << rect.bottom;
     EXPECT_FALSE(IsZoomed(dialog.Handle()));
+  }
+}
+
+// A remembered size larger than the screen is cut to the work area, and the dialog lies inside it even
+// when its owner stands off the screen's corner; OK then remembers the cut size.
+TEST(SizingDialog, ASizeLargerThanTheWorkAreaIsCutToItAndTheDialogLiesInside) {
+  const RECT area = WorkArea();
+  CTestSizingDlg owner;
+  ASSERT_TRUE(owner.Create(nullptr));
+  SetWindowPos(owner.Handle(), nullptr, area.right - 100, area.bottom - 80, 400, 300, SWP_NOZORDER);
+  QcsvDocument listFile, saved;
+  listFile.SetOption(L"WindowWidth", L"9000");
+  listFile.SetOption(L"WindowHeight", L"150");
+  CTestSizingDlg dialog;
+  ASSERT_TRUE(dialog.Create(owner.Handle()));
+  dialog.RestoreSize(listFile);
+  const RECT rect = dialog.WindowRect();
+  const RECT expected{area.left, area.bottom - AtDisplayDpi(150), area.right, area.bottom};
+  EXPECT_TRUE(EqualRect(&rect, &expected))
+      << rect.left << "," << rect.top << "," << rect.right << "," << rect.bottom;
+  dialog.SaveSize(saved);
+  EXPECT_EQ(saved.OptionOr(L"WindowWidth", L""),
+            std::to_wstring(MulDiv(area.right - area.left, 96, DisplayDpi())));
+  EXPECT_EQ(saved.OptionOr(L"WindowHeight", L""), L"150");
+}
+
+// A fixed dialog centred on an owner in a corner, half off the screen, is moved inside the work area.
+TEST(DialogFrame, ADialogCentredOnAnOwnerNearTheEdgeOpensInsideTheWorkArea) {
+  const RECT area = WorkArea();
+  CEditStringDlg owner(L"owner", false);
+  ASSERT_TRUE(owner.Create(nullptr));
+  for (const POINT corner :
+       {POINT{area.left - 150, area.top - 20}, POINT{area.right - 40, area.bottom - 10}}) {
+    SetWindowPos(owner.Handle(), nullptr, corner.x, corner.y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    CEditStringDlg dialog(L"text", false);
+    RECT rect{};
+    RunModal(
+        dialog,
+        [&](CDialog& opened) {
+          rect = opened.WindowRect();
+          opened.EndDialog(IDCANCEL);
+        },
+        owner.Handle());
+    EXPECT_TRUE(rect.left >= area.left && rect.top >= area.top && rect.right <= area.right &&
+                rect.bottom <= area.bottom)
+        << rect.left << "," << rect.top << "," << rect.right << "," << rect.bottom;
   }
 }
 
