@@ -280,7 +280,7 @@ void QcsvDocument::Clear() {
   rows.clear();
 }
 
-bool QcsvDocument::Read(const std::wstring& filePath) {
+bool QcsvDocument::Read(const std::wstring& filePath, HWND owner) {
   Clear();
   path = filePath;
   keepOldFile = false;
@@ -290,8 +290,8 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
     DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     keepOldFile = true;
-    ShowMessage(nullptr, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path,
-                L"", MB_OK | MB_ICONERROR);
+    ShowMessage(owner, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path, L"",
+                MB_OK | MB_ICONERROR);
     return false;
   }
   LARGE_INTEGER fileSize{};
@@ -313,15 +313,15 @@ bool QcsvDocument::Read(const std::wstring& filePath) {
     keepOldFile = true;
     return false;
   }
-  return Interpret(std::string_view(bytes.get(), got));
+  return Interpret(std::string_view(bytes.get(), got), owner);
 }
 
 bool QcsvDocument::ReadBytes(std::string_view bytes) {
   Clear();
-  return Interpret(bytes);
+  return Interpret(bytes, nullptr);
 }
 
-bool QcsvDocument::Interpret(std::string_view bytes) {
+bool QcsvDocument::Interpret(std::string_view bytes, HWND owner) {
   // Refused bytes are kept by the first save; an empty file holds nothing to lose.
   keepOldFile = !bytes.empty();
   if (bytes.empty()) return false;
@@ -358,7 +358,7 @@ bool QcsvDocument::Interpret(std::string_view bytes) {
     // Guards the rule that no record comes before the format line; the first-line check above
     // already refuses such files silently, so this stays a safety net.
     if (!formatSeen) {
-      ShowMessage(nullptr, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
+      ShowMessage(owner, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
       break;
     }
     if (parser.AtEnd()) {
@@ -382,11 +382,11 @@ std::string QcsvDocument::Bytes() const {
   return out;
 }
 
-bool QcsvDocument::Write(const std::wstring& target) const {
-  auto fail = [&target] {
+bool QcsvDocument::Write(const std::wstring& target, HWND owner) const {
+  auto fail = [&target, owner] {
     std::wstring text = Text(strQcsvCannotWrite);
     text.replace(text.find(L"%s"), 2, target);
-    ShowMessage(nullptr, text, Text(strProductName), MB_OK | MB_ICONERROR);
+    ShowMessage(owner, text, Text(strProductName), MB_OK | MB_ICONERROR);
     return false;
   };
   DWORD attributes = GetFileAttributesW(target.c_str());
