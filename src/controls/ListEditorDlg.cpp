@@ -106,8 +106,9 @@ void CListEditorDlg::OnDelete() {
 }
 
 void CListEditorDlg::OnOk() {
+  if (editor.sizeBeforeOptions) SaveSize(listFile);
   StoreOptions();
-  SaveSize(listFile);
+  if (!editor.sizeBeforeOptions) SaveSize(listFile);
   // The writer has told the player why; everything they did stays here to try again or cancel.
   if (!listFile.Write(path, handle)) return;
   NotifyExtension(editor.flag);

@@ -57,8 +57,9 @@ constexpr int16_t kButtonsY = kTabBottom + kMargin;
 constexpr int16_t kChecksY = kButtonsY + kButtonH + 4;
 constexpr int16_t kCheckW = 230;
 
+// This editor stores its size before Version, AddSpace and TopDown.
 constexpr ListEditorDef kEditor{kListColorFile, kListColorColumns, kFlagListFormat, Dlg::kList,
-                                Dlg::kAdd,      Dlg::kEdit,        Dlg::kDelete};
+                                Dlg::kAdd,      Dlg::kEdit,        Dlg::kDelete,    true};
 constexpr DialogDef kDialog{&strTitleListFormat, 0, 0, kWidth, kHeight, DialogStyle::kSizing};
 constexpr auto kControls = JoinControls(
     std::array<ControlDef, 7>{{
