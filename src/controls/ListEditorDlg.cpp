@@ -111,6 +111,7 @@ void CListEditorDlg::OnOk() {
   if (!editor.sizeBeforeOptions) SaveSize(listFile);
   // The writer has told the player why; everything they did stays here to try again or cancel.
   if (!listFile.Write(path, handle)) return;
+  OnSaved();
   NotifyExtension(editor.flag);
   EndDialog(IDOK);
 }

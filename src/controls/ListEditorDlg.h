@@ -83,6 +83,9 @@ class CListEditorDlg : public CSizingDialog {
   virtual void OnOpened() {}
   // On OK, before the file is written: put the extra options into the list file.
   virtual void StoreOptions() {}
+  // On OK, after the file was written and before the change flag is set: store what the editor keeps
+  // outside the list file.
+  virtual void OnSaved() {}
   // After the rows shown were filled, added, edited, deleted or moved.
   virtual void OnRowsChanged() {}
 
