@@ -34,25 +34,27 @@ double Now() {
   return Milliseconds(counter.QuadPart);
 }
 
+struct DialogSearch {
+  DWORD process;
+  HWND found;
+};
+
+BOOL CALLBACK TakeVisibleDialog(HWND window, LPARAM data) {
+  auto* s = reinterpret_cast<DialogSearch*>(data);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  wchar_t className[16]{};
+  GetClassNameW(window, className, 16);
+  if (owner == s->process && IsWindowVisible(window) && lstrcmpW(className, L"#32770") == 0) {
+    s->found = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
 HWND VisibleDialogOf(DWORD process) {
-  struct Search {
-    DWORD process;
-    HWND found;
-  } search{process, nullptr};
-  EnumWindows(
-      [](HWND window, LPARAM data) -> BOOL {
-        auto* s = reinterpret_cast<Search*>(data);
-        DWORD owner = 0;
-        GetWindowThreadProcessId(window, &owner);
-        wchar_t className[16]{};
-        GetClassNameW(window, className, 16);
-        if (owner == s->process && IsWindowVisible(window) && lstrcmpW(className, L"#32770") == 0) {
-          s->found = window;
-          return FALSE;
-        }
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&search));
+  DialogSearch search{process, nullptr};
+  EnumWindows(TakeVisibleDialog, reinterpret_cast<LPARAM>(&search));
   return search.found;
 }
 

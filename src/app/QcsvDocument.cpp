@@ -280,15 +280,15 @@ void QcsvDocument::Clear() {
   rows.clear();
 }
 
-bool QcsvDocument::Read(const std::wstring& filePath) {
-  return Load(filePath, true);
+bool QcsvDocument::Read(const std::wstring& filePath, HWND owner) {
+  return Load(filePath, owner, true);
 }
 
-bool QcsvDocument::ReadQuietly(const std::wstring& filePath) {
-  return Load(filePath, false);
+bool QcsvDocument::ReadQuietly(const std::wstring& filePath, HWND owner) {
+  return Load(filePath, owner, false);
 }
 
-bool QcsvDocument::Load(const std::wstring& filePath, bool tellUser) {
+bool QcsvDocument::Load(const std::wstring& filePath, HWND owner, bool tellUser) {
   Clear();
   path = filePath;
   keepOldFile = false;
@@ -299,8 +299,9 @@ bool QcsvDocument::Load(const std::wstring& filePath, bool tellUser) {
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     keepOldFile = true;
     if (tellUser)
-      ShowMessage(nullptr, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path,
-                  L"", MB_OK | MB_ICONERROR);
+      ShowMessage(owner, std::wstring(Text(strCannotOpenFile)) + L"
+" + Text(strFileName) + L" " + path, L"",
+                  MB_OK | MB_ICONERROR);
     return false;
   }
   LARGE_INTEGER fileSize{};
@@ -322,15 +323,15 @@ bool QcsvDocument::Load(const std::wstring& filePath, bool tellUser) {
     keepOldFile = true;
     return false;
   }
-  return Interpret(std::string_view(bytes.get(), got));
+  return Interpret(std::string_view(bytes.get(), got), owner);
 }
 
 bool QcsvDocument::ReadBytes(std::string_view bytes) {
   Clear();
-  return Interpret(bytes);
+  return Interpret(bytes, nullptr);
 }
 
-bool QcsvDocument::Interpret(std::string_view bytes) {
+bool QcsvDocument::Interpret(std::string_view bytes, HWND owner) {
   // Refused bytes are kept by the first save; an empty file holds nothing to lose.
   keepOldFile = !bytes.empty();
   if (bytes.empty()) return false;
@@ -367,7 +368,7 @@ bool QcsvDocument::Interpret(std::string_view bytes) {
     // Guards the rule that no record comes before the format line; the first-line check above
     // already refuses such files silently, so this stays a safety net.
     if (!formatSeen) {
-      ShowMessage(nullptr, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
+      ShowMessage(owner, Text(strConfigCorrupted), L"", MB_OK | MB_ICONERROR);
       break;
     }
     if (parser.AtEnd()) {
@@ -391,11 +392,11 @@ std::string QcsvDocument::Bytes() const {
   return out;
 }
 
-bool QcsvDocument::Write(const std::wstring& target) const {
-  auto fail = [&target] {
+bool QcsvDocument::Write(const std::wstring& target, HWND owner) const {
+  auto fail = [&target, owner] {
     std::wstring text = Text(strQcsvCannotWrite);
     text.replace(text.find(L"%s"), 2, target);
-    ShowMessage(nullptr, text, Text(strProductName), MB_OK | MB_ICONERROR);
+    ShowMessage(owner, text, Text(strProductName), MB_OK | MB_ICONERROR);
     return false;
   };
   DWORD attributes = GetFileAttributesW(target.c_str());

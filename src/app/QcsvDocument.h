@@ -1,4 +1,6 @@
 #pragma once
+#include <windows.h>
+
 #include <functional>
 #include <optional>
 #include <string>
@@ -12,14 +14,16 @@ class QcsvDocument {
   using Row = std::vector<std::wstring>;
 
   // Replaces the document with the file's content. Fails silently for a missing, empty or
-  // untagged file; shows the file's message for one that cannot be opened or is corrupted.
-  bool Read(const std::wstring& path);
+  // untagged file; shows the file's message for one that cannot be opened or is corrupted, owned by
+  // `owner` (the dialog that reads it, which then waits for the answer).
+  bool Read(const std::wstring& path, HWND owner = nullptr);
   // The same without the message for a file that cannot be opened, for a caller that tells the user
   // itself.
-  bool ReadQuietly(const std::wstring& path);
+  bool ReadQuietly(const std::wstring& path, HWND owner = nullptr);
   // Writes the document, replacing the file in one step so that a reader sees the old or the new
-  // content and never a part. Shows the writer's message on failure; the old file stays intact.
-  bool Write(const std::wstring& path) const;
+  // content and never a part. Shows the writer's message, owned by `owner`, on failure; the old file
+  // stays intact.
+  bool Write(const std::wstring& path, HWND owner = nullptr) const;
   // True when the last Read met a file it could not take whole: one it could not open or refused, or
   // one with bytes that are not UTF-8. A save would lose what that file holds, so the first Write
   // to the same path keeps it as PATH.bak (or fails when it cannot).
@@ -71,8 +75,8 @@ class QcsvDocument {
   std::vector<Row> rows;
   mutable bool keepOldFile = false;
 
-  bool Load(const std::wstring& path, bool tellUser);
-  bool Interpret(std::string_view bytes);
+  bool Load(const std::wstring& path, HWND owner, bool tellUser);
+  bool Interpret(std::string_view bytes, HWND owner);
   // Position of the option named so (the last one when a file repeats it), or -1.
   int OptionIndex(std::wstring_view name) const;
 };

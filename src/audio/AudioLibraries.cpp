@@ -1,6 +1,7 @@
 #include "audio/AudioLibraries.h"
 
 #include <array>
+#include <cstring>
 #include <utility>
 
 #include "app/TextPair.h"
@@ -9,6 +10,11 @@ namespace {
 
 // Shown by a player whose library is missing; %s is the file name.
 constexpr TextPair strLibraryNotLoaded{L"%s is not loaded", L"%s を読み込めません"};
+// Shown instead when the file is there but built for the other bitness; %d is that bitness, both times.
+constexpr TextPair strLibraryOtherBitness{
+    L"%s is a %d-bit library: only the %d-bit VrkConfig.exe can load it",
+    L"%s は %d ビット版のライブラリです。%d ビット版の VrkConfig.exe でのみ読み込めます"};
+constexpr int kOwnBitness = static_cast<int>(sizeof(void*) * 8);
 
 constexpr std::pair<int, const wchar_t*> kBassErrorNames[] = {
     {0, L"BASS_OK"},
@@ -62,6 +68,26 @@ constexpr std::array<const wchar_t*, 16> kGgs4ResultNames{
     L"NoError",    L"Failed",   L"FileNotFound", L"CannotOpenFile",   L"FileLoadFailed",   L"BadFileSize",
     L"NoSmf",      L"BadSmf",   L"UnmatchedSmf", L"CannotOpenDevice", L"CannotStartTimer", L"IllegalPointer",
     L"TrackLimit", L"NotReady", L"UndefinedId",  L"ApiNull"};
+
+// Owns a file handle opened for reading.
+class ReadOnlyFile {
+ public:
+  explicit ReadOnlyFile(const std::wstring& path)
+      : file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                         OPEN_EXISTING, 0, nullptr)) {}
+
+  bool Read(DWORD offset, void* buffer, DWORD size) {
+    if (!file.IsOpen()) return false;
+    HANDLE handle = file.Get();
+    if (SetFilePointer(handle, static_cast<LONG>(offset), nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER)
+      return false;
+    DWORD got = 0;
+    return ReadFile(handle, buffer, size, &got, nullptr) && got == size;
+  }
+
+ private:
+  FileHandle file;
+};
 
 std::wstring& LibraryFolderOverride() {
   static std::wstring folder;
@@ -187,10 +213,28 @@ const BassMidiApi* BassMidi() {
   return Session().midiModule ? &Session().midi : nullptr;
 }
 
+int ReadDllBitness(const std::wstring& dllPath) {
+  ReadOnlyFile file(dllPath);
+  unsigned char dosHeader[64];
+  if (!file.Read(0, dosHeader, sizeof(dosHeader))) return 0;
+  uint32_t peOffset = 0;
+  std::memcpy(&peOffset, dosHeader + 60, sizeof(peOffset));
+  unsigned char pe[6];
+  if (!file.Read(peOffset, pe, sizeof(pe))) return 0;
+  if (pe[0] != 'P' || pe[1] != 'E' || pe[2] != 0 || pe[3] != 0) return 0;
+  if (pe[4] == 0x4C && pe[5] == 0x01) return 32;
+  if (pe[4] == 0x64 && pe[5] == 0x86) return 64;
+  return 0;
+}
+
 std::wstring LibraryMissingText(const wchar_t* fileName) {
-  std::wstring text = Text(strLibraryNotLoaded);
+  const int bitness = ReadDllBitness(AudioLibraryFolder() + fileName);
+  const bool otherBitness = bitness != 0 && bitness != kOwnBitness;
+  std::wstring text = Text(otherBitness ? strLibraryOtherBitness : strLibraryNotLoaded);
   size_t at = text.find(L"%s");
   if (at != std::wstring::npos) text.replace(at, 2, fileName);
+  for (at = text.find(L"%d"); at != std::wstring::npos; at = text.find(L"%d", at))
+    text.replace(at, 2, std::to_wstring(bitness));
   return text;
 }
 

@@ -169,7 +169,11 @@ int BassUseCount();
 const BassApi* Bass();
 const BassMidiApi* BassMidi();
 
-// "<file> is not loaded", in the current language.
+// 32 or 64 from the machine field of a DLL's PE header; 0 for another machine or an unreadable file.
+int ReadDllBitness(const std::wstring& dllPath);
+
+// "<file> is not loaded", in the current language; for a file in the library folder that is built for
+// the other bitness, that bitness and the VrkConfig.exe that can load it.
 std::wstring LibraryMissingText(const wchar_t* fileName);
 
 // BASS's own name of an error code; "BASS_ERROR_UNDEFINED" for a code BASS does not define.

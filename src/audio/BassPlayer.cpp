@@ -190,7 +190,7 @@ void CBassPlayer::Close() {
 bool CBassPlayer::SetSoundFont(const std::wstring& path) {
   if (HasExtension(path, L".dll")) {
     // A VST instrument: a fresh host of the instrument's bitness loads it.
-    vstBitness = ReadVstBitness(path);
+    vstBitness = ReadDllBitness(path);
     SendVstCommand(kVstQuit, L"");
     StartVstHost(BuildVstHostLaunch(CurrentFolder(), vstBitness, GetCurrentProcessId(), hwndpf, hwndee));
     // The host needs a moment to create its window before it can take the instrument.

@@ -1,30 +1,6 @@
 #include "audio/VstHost.h"
 
-#include "app/Handles.h"
-
-#include <cstring>
-
 namespace {
-
-// Owns a file handle opened for reading.
-class ReadOnlyFile {
- public:
-  explicit ReadOnlyFile(const std::wstring& path)
-      : file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                         OPEN_EXISTING, 0, nullptr)) {}
-
-  bool Read(DWORD offset, void* buffer, DWORD size) {
-    if (!file.IsOpen()) return false;
-    HANDLE handle = file.Get();
-    if (SetFilePointer(handle, static_cast<LONG>(offset), nullptr, FILE_BEGIN) == INVALID_SET_FILE_POINTER)
-      return false;
-    DWORD got = 0;
-    return ReadFile(handle, buffer, size, &got, nullptr) && got == size;
-  }
-
- private:
-  FileHandle file;
-};
 
 DWORD& StartWait() {
   static DWORD wait = kVstHostStartWait;
@@ -39,20 +15,6 @@ DWORD VstHostStartWait() {
 
 void SetVstHostStartWait(DWORD milliseconds) {
   StartWait() = milliseconds;
-}
-
-int ReadVstBitness(const std::wstring& dllPath) {
-  ReadOnlyFile file(dllPath);
-  unsigned char dosHeader[64];
-  if (!file.Read(0, dosHeader, sizeof(dosHeader))) return 0;
-  uint32_t peOffset = 0;
-  std::memcpy(&peOffset, dosHeader + 60, sizeof(peOffset));
-  unsigned char pe[6];
-  if (!file.Read(peOffset, pe, sizeof(pe))) return 0;
-  if (pe[0] != 'P' || pe[1] != 'E' || pe[2] != 0 || pe[3] != 0) return 0;
-  if (pe[4] == 0x4C && pe[5] == 0x01) return 32;
-  if (pe[4] == 0x64 && pe[5] == 0x86) return 64;
-  return 0;
 }
 
 LRESULT SendVstCommand(int code, std::wstring_view text) {

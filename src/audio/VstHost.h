@@ -22,9 +22,6 @@ inline constexpr const wchar_t* kVstHostClass64 = L"VrkVstHost64";
 // Room for a command's text, terminating zero included.
 inline constexpr size_t kVstTextCapacity = 1024;
 
-// 32 or 64 from the machine field of a DLL's PE header; 0 for another machine or an unreadable file.
-int ReadVstBitness(const std::wstring& dllPath);
-
 // Sends a command to the running host; 0 when no host window exists.
 LRESULT SendVstCommand(int code, std::wstring_view text);
 // Sends a number, as decimal text, under a command code.

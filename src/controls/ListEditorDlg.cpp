@@ -41,7 +41,7 @@ CListEditorDlg::CListEditorDlg(const DialogDef& dialog, std::span<const ControlD
 bool CListEditorDlg::OnInitDialog() {
   if (path.empty()) path = CombinePath(Paths().programFolder, editor.fileName);
   listView.Attach(Item(editor.listId));
-  listFile.Read(path);
+  listFile.Read(path, handle);
   // Never replace a file silently with what little could be read of it: the first save keeps it.
   if (listFile.FileNotReadWhole()) {
     std::wstring text = Text(strListNotReadWhole);
@@ -106,10 +106,12 @@ void CListEditorDlg::OnDelete() {
 }
 
 void CListEditorDlg::OnOk() {
+  if (editor.sizeBeforeOptions) SaveSize(listFile);
   StoreOptions();
-  SaveSize(listFile);
+  if (!editor.sizeBeforeOptions) SaveSize(listFile);
   // The writer has told the player why; everything they did stays here to try again or cancel.
-  if (!listFile.Write(path)) return;
+  if (!listFile.Write(path, handle)) return;
+  OnSaved();
   NotifyExtension(editor.flag);
   EndDialog(IDOK);
 }

@@ -43,6 +43,9 @@ struct ListEditorDef {
   uint16_t addId;
   uint16_t editId;
   uint16_t deleteId;
+  // Where the size keys go among the options OK adds to a file that lacks them: after the editor's own
+  // options, or before them.
+  bool sizeBeforeOptions = false;
 };
 
 // The frame of every list editor: it owns the list file and the draggable list view, opens at the
@@ -78,8 +81,11 @@ class CListEditorDlg : public CSizingDialog {
   // After the file was read and before the list is filled: read options, set up extra controls,
   // choose other rows to show (BindRows).
   virtual void OnOpened() {}
-  // On OK, before the size is stored and the file written: put the extra options into the list file.
+  // On OK, before the file is written: put the extra options into the list file.
   virtual void StoreOptions() {}
+  // On OK, after the file was written and before the change flag is set: store what the editor keeps
+  // outside the list file.
+  virtual void OnSaved() {}
   // After the rows shown were filled, added, edited, deleted or moved.
   virtual void OnRowsChanged() {}
 

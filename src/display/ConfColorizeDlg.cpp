@@ -19,7 +19,7 @@ CConfColorizeDlg::CConfColorizeDlg(std::wstring path)
     : CDialog(kDialog, kControls), path(std::move(path)), field(kEdit, kSwatch, kSelect) {}
 
 bool CConfColorizeDlg::OnInitDialog() {
-  listFile.Read(path);
+  listFile.Read(path, handle);
   COLORREF color = kIdentifiedItemColorDefault;
   std::optional<std::wstring> stored = listFile.Option(kIdentifiedItemColorOption);
   if (stored && !stored->empty()) color = ParseColorHex(*stored, kColorNone);
@@ -30,7 +30,7 @@ bool CConfColorizeDlg::OnInitDialog() {
 void CConfColorizeDlg::OnOk() {
   // The last valid colour counts, not a half-typed text.
   listFile.SetOption(kIdentifiedItemColorOption, FormatColorHex(field.color));
-  listFile.Write(path);
+  listFile.Write(path, handle);
   EndDialog(IDOK);
 }
 

@@ -61,8 +61,9 @@ constexpr int16_t kButtonsY = kChecksY - 4 - kButtonH;
 constexpr int16_t kTabBottom = kButtonsY - kMargin;
 constexpr int16_t kCheckW = kWidth - 2 * kMargin - 2 * (kButtonW + kMargin);
 
+// This editor stores its size before Version, AddSpace and TopDown.
 constexpr ListEditorDef kEditor{kListColorFile, kListColorColumns, kFlagListFormat, Dlg::kList,
-                                Dlg::kAdd,      Dlg::kEdit,        Dlg::kDelete};
+                                Dlg::kAdd,      Dlg::kEdit,        Dlg::kDelete,    true};
 constexpr DialogDef kDialog{&strTitleListFormat, 0, 0, kWidth, kHeight, DialogStyle::kSizing};
 constexpr auto kControls = JoinControls(
     std::array<ControlDef, 7>{{

@@ -149,7 +149,7 @@ void CConfInfoLayerDlg::PlaceItems() {
   lstrcpynW(font.lfFaceName, face, LF_FACESIZE);
   gameFont.Reset(CreateFontIndirectW(&font));
 
-  const bool fromFile = listFile.Read(path);
+  const bool fromFile = listFile.Read(path, handle);
   for (size_t i = 0; i < items.size(); ++i) {
     CDraggableStaticCtrl& item = items[i];
     item.Attach(Item(kFrameId + static_cast<int>(i)), picture.Get());
@@ -218,7 +218,7 @@ void CConfInfoLayerDlg::Save() {
     listFile.SetOption(key + L"_colFore", FormatColorHex(item.foreground));
     listFile.SetOption(key + L"_colBack", FormatColorHex(item.background));
   }
-  listFile.Write(path);
+  listFile.Write(path, handle);
 }
 
 void OpenInfoLayerDialog(HWND owner) {

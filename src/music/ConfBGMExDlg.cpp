@@ -89,7 +89,7 @@ void CConfBGMExDlg::OnOpened() {
   // A method this tool does not know stays as stored (the editor auditions without MIDI then).
   SetComboSelection(kMethod, method >= 0 && method < static_cast<int>(std::size(kMethodNames)) ? method : -1);
   SetSoundFont(listFile.OptionOr(kSoundFontOption, L""));
-  CheckButton(kDisableMusiclist, _wtoi(listFile.OptionOr(kDisableMusiclistOption, L"0").c_str()) != 0);
+  CheckButton(kDisableMusiclist, GlobalSettings().enMusicExtender_NoReplace != 0);
   listView.cellText = [this](size_t row, int column) { return CellText(row, column); };
 }
 
@@ -97,7 +97,13 @@ void CConfBGMExDlg::StoreOptions() {
   const int method = ComboSelection(kMethod);
   if (method >= 0) listFile.SetOption(kDeviceOption, method);
   listFile.SetOption(kSoundFontOption, soundFont);
-  listFile.SetOption(kDisableMusiclistOption, IsChecked(kDisableMusiclist) ? 1 : 0);
+}
+
+void CConfBGMExDlg::OnSaved() {
+  // Only once the list is saved: a failed save leaves the dialog open, and Cancel must still change nothing.
+  Settings& settings = GlobalSettings();
+  settings.enMusicExtender_NoReplace = IsChecked(kDisableMusiclist) ? 1 : 0;
+  settings.WriteKey(L"enMusicExtender_NoReplace", settings.enMusicExtender_NoReplace);
 }
 
 void CConfBGMExDlg::OnRowsChanged() {

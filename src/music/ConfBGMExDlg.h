@@ -5,12 +5,10 @@
 
 #include "controls/ListEditorDlg.h"
 
-// The options of BGMEx.qcsv this dialog keeps beside the rules. "DisableInternalMusiclist" (0 or 1) is
-// the extension's switch for its built-in musiclist.txt: the list file is where the extension reads
-// the rules it governs.
+// The options of BGMEx.qcsv this dialog keeps beside the rules. "Disable internal musiclist" is a
+// setting of Vrk.ini instead (enMusicExtender_NoReplace), written at once on OK.
 inline constexpr const wchar_t* kDeviceOption = L"Device";
 inline constexpr const wchar_t* kSoundFontOption = L"SoundFont";
-inline constexpr const wchar_t* kDisableMusiclistOption = L"DisableInternalMusiclist";
 // The text of a new comment row; a row whose first cell starts with '#' is a comment.
 inline constexpr const wchar_t* kNewComment = L"#NewComment";
 
@@ -52,6 +50,7 @@ class CConfBGMExDlg : public CListEditorDlg {
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
   void StoreOptions() override;
+  void OnSaved() override;
   void OnRowsChanged() override;
 
  private:

@@ -8,15 +8,15 @@
 #include <vector>
 
 #include "app/TextPair.h"
-#include "common/Harness.h"
-#include "common/PromptRecorder.h"
-#include "common/AudioFolder.h"
 #include "audio/AudioLibraries.h"
 #include "audio/AudioPlayer.h"
 #include "audio/DirectMusicPlayer.h"
 #include "audio/MciPlayer.h"
 #include "audio/SoundEffectPlayer.h"
 #include "audio/VstHost.h"
+#include "common/AudioFolder.h"
+#include "common/Harness.h"
+#include "common/PromptRecorder.h"
 
 namespace {
 
@@ -208,6 +208,37 @@ TEST(AudioPlayer, MissingBassMidiIsNamedWhenASoundFontIsChosen) {
   // BASS itself still plays.
   EXPECT_TRUE(player.Open(folder.MakeFile(L"a.mid")));
   EXPECT_EQ(ErrorText(player), L"BASS_OK");
+}
+
+// A library built for the other bitness is named as such, with the VrkConfig.exe that can load it, in both
+// languages: bass.dll on opening a file, bassmidi.dll on choosing a SoundFont, GuruGuruSMF4.dll on opening
+// a MIDI file.
+TEST(AudioPlayer, ALibraryOfTheOtherBitnessIsNamedWithTheProgramThatCanLoadIt) {
+  const std::wstring other = sizeof(void*) == 8 ? L"32" : L"64";
+  struct Case {
+    const wchar_t* library;
+    int method;
+    const wchar_t* file;
+  };
+  const Case cases[] = {{kStandInBass, kMidiBass, L"a.ogg"},
+                        {kStandInBassMidi, kMidiBass, L"gm.sf2"},
+                        {kStandInGgs4, kMidiDirectMusic, L"b.mid"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(Utf8(c.library));
+    auto copy = [&](const wchar_t* name) {
+      return AudioFolder::Copy{name == c.library ? kStandInOtherBitness : name, name};
+    };
+    AudioFolder folder{copy(kStandInBass), copy(kStandInBassMidi), copy(kStandInGgs4)};
+    PromptRecorder recorder;
+    CAudioPlayer player(c.method, nullptr);
+    const std::wstring file = folder.MakeFile(c.file);
+    EXPECT_FALSE(HasExtension(file, L".sf2") ? player.SetSoundFont(file) : player.Open(file));
+    EXPECT_EQ(ErrorText(player), c.library + (L" is a " + other + L"-bit library: only the " + other +
+                                              L"-bit VrkConfig.exe can load it"));
+    ScopedLanguage japanese(kJapanese);
+    EXPECT_EQ(ErrorText(player), c.library + (L" は " + other + L" ビット版のライブラリです。" + other +
+                                              L" ビット版の VrkConfig.exe でのみ読み込めます"));
+  }
 }
 
 TEST(AudioLibraries, ALibraryWithoutTheEntryPointsIsHandledCleanly) {

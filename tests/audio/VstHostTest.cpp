@@ -3,9 +3,10 @@
 #include <string>
 #include <vector>
 
-#include "common/AudioFolder.h"
+#include "audio/AudioLibraries.h"
 #include "audio/AudioPlayer.h"
 #include "audio/VstHost.h"
+#include "common/AudioFolder.h"
 
 namespace {
 
@@ -77,10 +78,10 @@ TEST(VstHost, BitnessComesFromTheMachineOfThePeHeader) {
   for (const Case& c : cases) {
     std::wstring path = dir.File(L"synth.dll");
     ASSERT_TRUE(WriteFileBytes(path, c.bytes));
-    EXPECT_EQ(ReadVstBitness(path), c.bitness) << c.name;
+    EXPECT_EQ(ReadDllBitness(path), c.bitness) << c.name;
   }
-  EXPECT_EQ(ReadVstBitness(dir.File(L"missing.dll")), 0);
-  EXPECT_EQ(ReadVstBitness(StandInFolder() + kStandInBass), static_cast<int>(sizeof(void*) * 8));
+  EXPECT_EQ(ReadDllBitness(dir.File(L"missing.dll")), 0);
+  EXPECT_EQ(ReadDllBitness(StandInFolder() + kStandInBass), static_cast<int>(sizeof(void*) * 8));
 }
 
 TEST(VstHost, LaunchRunsTheHostOfTheBitnessInItsOwnFolder) {

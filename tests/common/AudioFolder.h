@@ -12,6 +12,8 @@ inline constexpr const wchar_t* kStandInBass = L"bass.dll";
 inline constexpr const wchar_t* kStandInBassMidi = L"bassmidi.dll";
 inline constexpr const wchar_t* kStandInPlugin = L"bassfoo.dll";
 inline constexpr const wchar_t* kStandInGgs4 = L"GuruGuruSMF4.dll";
+// A library built for the other architecture, which this program cannot load.
+inline constexpr const wchar_t* kStandInOtherBitness = L"otherbitness.dll";
 
 std::wstring StandInFolder();
 

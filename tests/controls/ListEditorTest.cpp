@@ -3,9 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/ListSchemas.h"
+#include "app/Prompt.h"
 #include "app/Settings.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
@@ -83,6 +86,85 @@ class ListEditorTest : public testing::Test {
   InstalledTool tool;
   ExtensionWindow extension{0x101};
   Dlg editor;
+};
+
+// Answers the tool's message boxes with real ones, each closed with its OK button. While the first is
+// up, the mouse clicks the centre of `secondClick` (a button of the dialog behind the box) once, as a
+// player would; `enabledWhileShown` records whether that button's dialog took input meanwhile.
+class RealMessageBoxes {
+ public:
+  explicit RealMessageBoxes(HWND dialog, int secondClick) : dialog(dialog), secondClick(secondClick) {
+    active = this;
+    CurrentPrompts().messageBox = [this](HWND owner, const std::wstring& text, const std::wstring& caption,
+                                         UINT type) {
+      owners.push_back(owner);
+      const UINT_PTR timer = SetTimer(nullptr, 0, 20, OnTick);
+      const int answer = MessageBoxW(owner, text.c_str(), caption.c_str(), type);
+      KillTimer(nullptr, timer);
+      return answer;
+    };
+  }
+  ~RealMessageBoxes() { active = nullptr; }
+  RealMessageBoxes(const RealMessageBoxes&) = delete;
+  RealMessageBoxes& operator=(const RealMessageBoxes&) = delete;
+
+  std::vector<HWND> owners;
+  bool enabledWhileShown = true;
+
+ private:
+  static void CALLBACK OnTick(HWND, UINT, UINT_PTR, DWORD) {
+    RealMessageBoxes& self = *active;
+    HWND box = self.ShownBox();
+    if (!box) {
+      // A box that never shows fails the test instead of hanging it.
+      if (++self.idleTicks > 100) PostQuitMessage(0);
+      return;
+    }
+    if (!self.clicked) {
+      self.clicked = true;
+      self.enabledWhileShown = IsWindowEnabled(self.dialog) != FALSE;
+      RECT button{};
+      GetWindowRect(GetDlgItem(self.dialog, self.secondClick), &button);
+      ClickAt({(button.left + button.right) / 2, (button.top + button.bottom) / 2});
+      // The click is handled before the next tick: timers come only when no input is waiting.
+      return;
+    }
+    SendMessageW(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+  }
+
+  // The newest message box of this thread: a shown dialog window other than the one behind it.
+  HWND ShownBox() const {
+    std::pair<HWND, HWND> search{dialog, nullptr};  // the dialog behind, the box found
+    EnumThreadWindows(GetCurrentThreadId(), IsBox, reinterpret_cast<LPARAM>(&search));
+    return search.second;
+  }
+  static BOOL CALLBACK IsBox(HWND window, LPARAM data) {
+    auto& search = *reinterpret_cast<std::pair<HWND, HWND>*>(data);
+    wchar_t name[16] = L"";
+    GetClassNameW(window, name, static_cast<int>(std::size(name)));
+    if (window != search.first && IsWindowVisible(window) && std::wstring_view(name) == L"#32770")
+      search.second = window;
+    return TRUE;
+  }
+
+  static void ClickAt(POINT at) {
+    INPUT input[3]{};
+    const int width = GetSystemMetrics(SM_CXSCREEN) - 1, height = GetSystemMetrics(SM_CYSCREEN) - 1;
+    input[0].type = input[1].type = input[2].type = INPUT_MOUSE;
+    input[0].mi.dx = at.x * 65535 / width;
+    input[0].mi.dy = at.y * 65535 / height;
+    input[0].mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+    input[1].mi.dwFlags = MOUSEEVENTF_LEFTDOWN;
+    input[2].mi.dwFlags = MOUSEEVENTF_LEFTUP;
+    SendInput(3, input, sizeof(INPUT));
+  }
+
+  static inline RealMessageBoxes* active = nullptr;
+  ScopedPrompts scope;
+  HWND dialog;
+  int secondClick;
+  bool clicked = false;
+  int idleTicks = 0;
 };
 
 }  // namespace
@@ -247,4 +329,54 @@ TEST_F(ListEditorTest, FileNotReadWholeIsReportedAndKeptBeforeTheFirstSave) {
     EXPECT_NE(Bytes().find("\r\nx,#ff0000\r\nx,#ff0000\r\n"), std::string::npos);
     DeleteFileW((File() + L".bak").c_str());
   }
+}
+
+// The messages of the reader and the writer, and the notice of a file not read whole, belong to the
+// editor that raised them.
+TEST_F(ListEditorTest, TheReadersAndWritersMessagesBelongToTheEditor) {
+  Write(kThreeRows);
+  // Held open without sharing, as another program might: the reader cannot open it.
+  HANDLE lock = CreateFileW(File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+  PromptRecorder recorder;
+  HWND shown = nullptr;
+  Run([&](CDialog& d, ListViewDriver&) {
+    shown = d.Handle();
+    CloseHandle(lock);
+    ASSERT_TRUE(SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_READONLY));
+    Click(d, IDOK);
+    SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_NORMAL);
+    Click(d, IDCANCEL);
+  });
+  ASSERT_EQ(recorder.asked.size(), 3u);  // cannot open, not read whole, cannot write
+  for (const AskedMessage& message : recorder.asked) EXPECT_EQ(message.owner, shown) << Utf8(message.text);
+}
+
+// While the writer's message is up the editor waits for the answer: a second click on OK reaches
+// nothing. Once it is answered the editor is open as it was, and OK saves.
+TEST_F(ListEditorTest, ASecondOkWhileTheWritersMessageIsUpDoesNothing) {
+  Write(kThreeRows);
+  ASSERT_TRUE(SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_READONLY));
+  std::vector<HWND> owners;
+  bool enabledWhileShown = true;
+  HWND shown = nullptr;
+  const INT_PTR result = Run([&](CDialog& d, ListViewDriver&) {
+    shown = d.Handle();
+    // On screen, so that the click finds the button.
+    ShowWindow(d.Handle(), SW_SHOWNORMAL);
+    UpdateWindow(d.Handle());
+    {
+      RealMessageBoxes boxes(d.Handle(), IDOK);
+      Click(d, IDOK);
+      owners = boxes.owners;
+      enabledWhileShown = boxes.enabledWhileShown;
+    }
+    EXPECT_TRUE(IsWindowVisible(d.Handle()));
+    SetFileAttributesW(File().c_str(), FILE_ATTRIBUTE_NORMAL);
+    Click(d, IDOK);
+  });
+  EXPECT_EQ(owners, std::vector<HWND>{shown});
+  EXPECT_FALSE(enabledWhileShown);
+  EXPECT_EQ(result, IDOK);
+  EXPECT_NE(Bytes(), kThreeRows);
 }

@@ -20,10 +20,11 @@ using Texts = std::vector<std::wstring>;
 
 const std::string kHead = "#format,qcsv\r\n";
 const std::string kColumns = "#column,type,threshold,color\r\n";
-// The options OK writes to a file that had none, in the order it adds them.
+// The options OK writes to a file that had none, in the order it stores them: the size, then the
+// editor's own.
 const std::string kWrittenOptions =
-    "#option,Version:2\r\n#option,AddSpace:0\r\n#option,TopDown:0\r\n#option,WindowWidth:636\r\n"
-    "#option,WindowHeight:444\r\n#option,WindowMaximized:0\r\n";
+    "#option,WindowWidth:636\r\n#option,WindowHeight:444\r\n#option,WindowMaximized:0\r\n"
+    "#option,Version:2\r\n#option,AddSpace:0\r\n#option,TopDown:0\r\n";
 
 std::string Rows(std::initializer_list<const char*> rows) {
   std::string bytes;

@@ -162,28 +162,39 @@ TEST_F(MusicExtenderTest, OkWritesExactBytesAndSetsTheFlag) {
   EXPECT_EQ(result, IDOK);
   EXPECT_EQ(Bytes(),
             "#format,qcsv\r\n#option,Device:0\r\n#option,SoundFont:C:\\fonts\\piano.sf2\r\n"
-            "#option,DisableInternalMusiclist:1\r\n#option,WindowWidth:636\r\n#option,WindowHeight:444\r\n"
+            "#option,WindowWidth:636\r\n#option,WindowHeight:444\r\n"
             "#option,WindowMaximized:0\r\n#column,Orgfile,Month,Day,Hour,Playlist\r\n"
             "harbor_town.mid,\"1,2\",,\"Dusk,Night\",C:\\music\\a.ogg\r\n#Winter,,,,\r\n"
             "mcVrkTrader,,15,,C:\\music\\b.mid\r\n#NewComment,,,,\r\n");
   EXPECT_EQ(extension.Mask(), 0x100u | kFlagMusicExtender);
 }
 
-// "Disable internal musiclist" comes back as it was stored and is stored as the box shows it.
-TEST_F(MusicExtenderTest, TheMusiclistSwitchIsKeptAcrossOpenAndOk) {
-  for (bool click : {false, true}) {
-    Dlg first, second;
-    RunModal(first, [&](CDialog& d) {
-      if (click) Click(d, Dlg::kDisableMusiclist);
-      Click(d, IDOK);
-    });
-    RunModal(second, [&](CDialog& d) {
-      EXPECT_EQ(d.IsChecked(Dlg::kDisableMusiclist), click);
-      Click(d, IDOK);
-    });
-    EXPECT_NE(Bytes().find(click ? "DisableInternalMusiclist:1\r\n" : "DisableInternalMusiclist:0\r\n"),
-              std::string::npos);
-    ASSERT_TRUE(WriteFileBytes(File(), kRules));
+// "Disable internal musiclist" shows the setting in memory; OK stores the box's state there and in
+// Vrk.ini at once and signals the Music Extender; the list file carries no option for it.
+TEST(MusicExtender, TheMusiclistSwitchIsASettingWrittenAtOnceOnOk) {
+  InstalledTool tool;
+  Settings& settings = GlobalSettings();
+  for (int stored : {0, 1}) {
+    for (bool click : {false, true}) {
+      SCOPED_TRACE(stored * 10 + click);
+      ASSERT_TRUE(WriteFileBytes(tool.ToolFile(kBgmExFile), kRules));
+      settings.enMusicExtender_NoReplace = stored;
+      ExtensionWindow extension;
+      Dlg editor;
+      RunModal(editor, [&](CDialog& d) {
+        EXPECT_EQ(d.IsChecked(Dlg::kDisableMusiclist), stored != 0);
+        if (click) Click(d, Dlg::kDisableMusiclist);
+        Click(d, IDOK);
+      });
+      const int expected = click ? 1 - stored : stored;
+      EXPECT_EQ(settings.enMusicExtender_NoReplace, expected);
+      wchar_t value[16]{};
+      GetPrivateProfileStringW(kSettingsSection, L"enMusicExtender_NoReplace", L"", value,
+                               static_cast<DWORD>(std::size(value)), tool.IniPath().c_str());
+      EXPECT_EQ(std::wstring(value), std::to_wstring(expected));
+      EXPECT_EQ(extension.Mask(), kFlagMusicExtender);
+      EXPECT_EQ(ReadFileBytes(tool.ToolFile(kBgmExFile)).find("usiclist"), std::string::npos);
+    }
   }
 }
 
@@ -200,6 +211,8 @@ TEST_F(MusicExtenderTest, CancelLeavesTheFileByteIdentical) {
     Click(d, IDCANCEL);
   });
   EXPECT_EQ(Bytes(), kRules);
+  EXPECT_EQ(GlobalSettings().enMusicExtender_NoReplace, 0);
+  EXPECT_FALSE(FileExists(tool.IniPath()));
   EXPECT_EQ(extension.Mask(), 0x100u);
 }
 

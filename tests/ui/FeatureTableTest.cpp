@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "FeatureTable.h"
 #include "app/Settings.h"
 #include "common/Harness.h"
+#include "music/ConfBGMExDlg.h"
 #include "ui/MainDlg.h"
 
 namespace {
@@ -51,4 +54,62 @@ TEST(FeatureTable, EveryRowWithADialogShowsAnEnabledButtonThatOpensIt) {
   EXPECT_EQ(found, FeatureTable().size());
   // Nothing was written: every dialog was cancelled.
   EXPECT_FALSE(FileExists(tool.IniPath()));
+}
+
+// "Disable internal musiclist", from the main dialog's Config button: OK in the Music Extender dialog
+// writes the key to Vrk.ini at once and signals the Music Extender; the main dialog's later OK keeps it,
+// and the dialog shows it again after the file is read anew.
+TEST(FeatureTable, TheMusiclistSwitchSurvivesTheMainDialogsOk) {
+  InstalledTool tool;
+  PromptRecorder recorder;
+  ExtensionWindow extension;
+  auto iniValue = [&] {
+    wchar_t value[16]{};
+    GetPrivateProfileStringW(kSettingsSection, L"enMusicExtender_NoReplace", L"", value,
+                             static_cast<DWORD>(std::size(value)), tool.IniPath().c_str());
+    return std::wstring(value);
+  };
+  // Opens the Music Extender dialog through its Config button and lets `drive` act on it.
+  auto openMusicExtender = [](CMainDlg& main, const std::function<void(CDialog&)>& drive) {
+    for (int c = 0; c < static_cast<int>(MainCategories().size()); ++c) {
+      const auto rows = MainCategories()[c].rows;
+      for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
+        if (std::wstring_view(rows[i].key) != L"enMusicExtender") continue;
+        SelectCategory(main, c);
+        CDialog::AfterInitHook() = drive;
+        Click(main, CMainDlg::kFirstConfigId + i);
+        CDialog::AfterInitHook() = nullptr;
+        return;
+      }
+    }
+    ADD_FAILURE() << "no Music Extender row";
+  };
+  {
+    CMainDlg main(FeatureTable());
+    ASSERT_TRUE(main.Create(nullptr));
+    openMusicExtender(main, [](CDialog& music) {
+      EXPECT_FALSE(music.IsChecked(CConfBGMExDlg::kDisableMusiclist));
+      Click(music, CConfBGMExDlg::kDisableMusiclist);
+      Click(music, IDOK);
+    });
+    EXPECT_EQ(iniValue(), L"1");
+    EXPECT_EQ(extension.Mask(), kFlagMusicExtender);
+    Click(main, IDOK);
+    EXPECT_EQ(TakeQuitCode(), 1);
+    EXPECT_EQ(iniValue(), L"1");
+    EXPECT_EQ(extension.Mask(), kFlagMusicExtender | kFlagSettings);
+  }
+  Settings& settings = GlobalSettings();
+  settings.Clear();
+  settings.Load();
+  CMainDlg main(FeatureTable());
+  ASSERT_TRUE(main.Create(nullptr));
+  bool shown = false;
+  openMusicExtender(main, [&](CDialog& music) {
+    shown = music.IsChecked(CConfBGMExDlg::kDisableMusiclist);
+    Click(music, IDCANCEL);
+  });
+  EXPECT_TRUE(shown);
+  Click(main, IDCANCEL);
+  TakeQuitCode();
 }
