@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "app/ListSchemas.h"
+#include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
 #include "controls/Color.h"
@@ -81,7 +82,7 @@ constexpr auto kControls = JoinControls(
     OkCancelRow(kWidth - kMargin, kHeight - kMargin - kButtonH));
 
 bool SameType(const std::wstring& a, const wchar_t* b) {
-  return _wcsicmp(a.c_str(), b) == 0;
+  return SameTextIgnoringCase(a, b);
 }
 
 // The range text of row `i` among thresholds listed top to bottom, largest first as the bands expect.
@@ -96,12 +97,6 @@ std::wstring RangeText(const std::vector<int>& t, size_t i, bool topDown) {
     swprintf(text, std::size(text), Text(strRangeOpen), t[i], word, t[i]);
   else
     swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i], t[i - 1] - 1);
-  return text;
-}
-
-std::wstring ShownText(HWND list, int row, int column) {
-  wchar_t text[256] = {};
-  ListView_GetItemText(list, row, column, text, static_cast<int>(std::size(text)));
   return text;
 }
 
@@ -212,7 +207,7 @@ void CConfFormatDlg::UpdateRangeTexts() {
   const int count = ListView_GetItemCount(list);
   std::vector<int> thresholds;
   for (int row = 0; row < count; ++row)
-    thresholds.push_back(LeadingNumber(ShownText(list, row, kThresholdColumn)));
+    thresholds.push_back(LeadingNumber(ListViewItemText(list, row, kThresholdColumn)));
   for (int row = 0; row < count; ++row) {
     std::wstring text = RangeText(thresholds, static_cast<size_t>(row), topDown);
     ListView_SetItemText(list, row, kThresholdColumn, text.data());
@@ -226,7 +221,7 @@ void CConfFormatDlg::FitColumns() {
   for (int column = 0; column + 1 < columns; ++column) {
     int width = ListView_GetStringWidth(list, Text(kListColorColumns[column]));
     for (int row = 0; row < count; ++row)
-      width = std::max(width, ListView_GetStringWidth(list, ShownText(list, row, column).c_str()));
+      width = std::max(width, ListView_GetStringWidth(list, ListViewItemText(list, row, column).c_str()));
     // Room for the cell's margins, as the header's own width has.
     ListView_SetColumnWidth(list, column, width + 15);
   }

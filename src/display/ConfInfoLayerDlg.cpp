@@ -2,6 +2,7 @@
 
 #include <cwchar>
 
+#include "app/ExtensionNotify.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
@@ -75,7 +76,7 @@ BOOL CALLBACK TakeGameWindow(HWND window, LPARAM found) {
 }  // namespace
 
 HWND FindGameThroughExtension() {
-  HWND extension = FindWindowW(kExtensionWindowClass, Text(strProductName));
+  HWND extension = FindExtensionWindow();
   if (!extension) return nullptr;
   HWND game = reinterpret_cast<HWND>(GetWindowLongPtrW(extension, kExtensionGameSlot));
   return IsWindow(game) ? game : nullptr;
@@ -175,20 +176,14 @@ void CConfInfoLayerDlg::PlaceItems() {
 
 void CConfInfoLayerDlg::OnContextMenu(HWND, POINT screen) {
   PlaceItems();
-  MenuHandle menu(CreatePopupMenu());
-  AppendMenuW(menu.get(), MF_STRING, kResetAll, Text(strResetPosition));
-  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
-  for (size_t i = 0; i < items.size(); ++i) {
-    AppendMenuW(menu.get(), MF_STRING, kResetFirstItem + i, Text(*items[i].displayName));
-  }
+  PopupMenu menu;
+  menu.Add(kResetAll, Text(strResetPosition));
+  menu.AddSeparator();
+  for (size_t i = 0; i < items.size(); ++i) menu.Add(kResetFirstItem + i, Text(*items[i].displayName));
   // A menu asked for from the keyboard opens at the picture's corner.
-  POINT at = screen;
-  if (at.x == -1 && at.y == -1) {
-    at = {0, 0};
-    ClientToScreen(handle, &at);
-  }
+  const POINT at = ContextMenuPoint(screen, handle, {0, 0});
   const int command =
-      ShowPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD, at, handle);
+      ShowPopupMenu(menu.Get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD, at, handle);
   if (command == kResetAll) {
     if (ShowMessage(handle, Text(strResetQuestion), Text(strProductName), MB_YESNO) == IDYES) {
       for (CDraggableStaticCtrl& item : items) item.MoveTo({0, 0});

@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cwctype>
 #include <vector>
 
 #include "app/ExtensionNotify.h"
@@ -180,25 +179,14 @@ std::span<const OptionCategory> MainCategories() {
 }
 
 std::wstring FindGameProgram(const std::wstring& programFolder) {
-  const std::wstring pattern = CombinePath(programFolder, L"..\\*.exe");
-  WIN32_FIND_DATAW found{};
-  HANDLE search = FindFirstFileW(pattern.c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return {};
-  std::vector<std::wstring> names;
-  do {
-    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.emplace_back(found.cFileName);
-  } while (FindNextFileW(search, &found));
-  FindClose(search);
+  std::vector<std::wstring> names = FileNamesIn(programFolder, L"..\\*.exe");
   if (names.empty()) return {};
   // The game's own program is named after it; other programs in its folder (tools, updaters) only
   // count when it is missing.
-  auto lower = [](std::wstring text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](wchar_t c) { return std::towlower(c); });
-    return text;
-  };
   std::sort(names.begin(), names.end());
-  auto game = std::find_if(names.begin(), names.end(),
-                           [&](const std::wstring& name) { return lower(name).starts_with(L"morva"); });
+  auto game = std::find_if(names.begin(), names.end(), [](const std::wstring& name) {
+    return SameTextIgnoringCase(std::wstring_view(name).substr(0, 5), L"morva");
+  });
   return CombinePath(FolderOf(programFolder), game != names.end() ? *game : names.front());
 }
 

@@ -19,7 +19,9 @@
 //     TIMER_HANDLER(kPreviewTimer, OnPreviewTick)           // void OnPreviewTick()
 //     HSCROLL_HANDLER(kVolume, OnVolume)                    // void OnVolume()
 //     SYSCOMMAND_HANDLER(kAboutCommand, OnAbout)            // void OnAbout()
-//     MESSAGE_HANDLER(WM_DROPFILES, OnDrop)                 // LRESULT OnDrop(WPARAM, LPARAM)
+//     DROPFILES_HANDLER(OnDrop)                             // void OnDrop(HDROP)
+//     DRAWITEM_HANDLER(kSwatch, OnDrawSwatch)               // void OnDrawSwatch(const DRAWITEMSTRUCT&)
+//     MESSAGE_HANDLER(WM_APP, OnOther)                      // LRESULT OnOther(WPARAM, LPARAM)
 //     CHAIN_MSG_MAP_MEMBER(colorField)                      // a member with a map of its own
 //     CHAIN_MSG_MAP(CListEditorDlg)                         // the base class's map
 //   END_MSG_MAP()
@@ -133,6 +135,22 @@ inline POINT PointOf(LPARAM position) {
     func(reinterpret_cast<HWND>(wParam), msgmap::PointOf(lParam)); \
     lResult = 0;                                                   \
     return true;                                                   \
+  }
+
+// Files dropped from the shell: void func(HDROP); the handler finishes the drop.
+#define DROPFILES_HANDLER(func)            \
+  if (uMsg == WM_DROPFILES) {              \
+    func(reinterpret_cast<HDROP>(wParam)); \
+    lResult = 0;                           \
+    return true;                           \
+  }
+
+// An owner-drawn control of the given id to paint: void func(const DRAWITEMSTRUCT&).
+#define DRAWITEM_HANDLER(id, func)                                \
+  if (uMsg == WM_DRAWITEM && wParam == static_cast<WPARAM>(id)) { \
+    func(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));       \
+    lResult = TRUE;                                               \
+    return true;                                                  \
   }
 
 #define TIMER_HANDLER(timerId, func)                                \

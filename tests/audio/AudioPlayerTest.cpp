@@ -7,16 +7,17 @@
 #include <string>
 #include <vector>
 
+#include "app/Paths.h"
 #include "app/TextPair.h"
-#include "common/Harness.h"
-#include "common/PromptRecorder.h"
-#include "common/AudioFolder.h"
 #include "audio/AudioLibraries.h"
 #include "audio/AudioPlayer.h"
 #include "audio/DirectMusicPlayer.h"
 #include "audio/MciPlayer.h"
 #include "audio/SoundEffectPlayer.h"
 #include "audio/VstHost.h"
+#include "common/AudioFolder.h"
+#include "common/Harness.h"
+#include "common/PromptRecorder.h"
 
 namespace {
 
