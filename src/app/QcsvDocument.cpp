@@ -512,14 +512,7 @@ std::wstring JoinValues(const std::vector<std::wstring>& values) {
   std::wstring out;
   for (size_t i = 0; i < values.size(); ++i) {
     if (i) out += L',';
-    const std::wstring& value = values[i];
-    if (value.find_first_of(L",\"") == std::wstring::npos) {
-      out += value;
-      continue;
-    }
-    out += L'"';
-    for (wchar_t c : value) out += c == L'"' ? std::wstring(L"\"\"") : std::wstring(1, c);
-    out += L'"';
+    AppendField(out, values[i]);
   }
   return out;
 }
@@ -530,7 +523,7 @@ std::vector<std::wstring> SplitValues(std::wstring_view cell) {
   size_t at = 0;
   for (;;) {
     std::wstring value;
-    if (cell[at] == L'"') {
+    if (at < cell.size() && cell[at] == L'"') {
       for (++at; at < cell.size(); ++at) {
         if (cell[at] != L'"') {
           value += cell[at];

@@ -126,7 +126,7 @@ void CConfFormatDlg::OnOpened() {
 std::vector<size_t> CConfFormatDlg::RowsOfTab(size_t which) const {
   std::vector<size_t> rows;
   for (size_t row = 0; row < listFile.RowCount(); ++row) {
-    if (SameType(listFile.Cell(row, L"type"), kTabs[which].type)) rows.push_back(row);
+    if (SameType(listFile.Cell(row, strColumnType.English()), kTabs[which].type)) rows.push_back(row);
   }
   return rows;
 }
@@ -136,7 +136,7 @@ void CConfFormatDlg::SortOldFile() {
     const std::vector<size_t> positions = RowsOfTab(which);
     std::vector<QcsvDocument::Row> rows;
     for (size_t position : positions) rows.push_back(listFile.RowAt(position));
-    const auto threshold = static_cast<size_t>(listFile.ColumnIndex(L"threshold"));
+    const auto threshold = static_cast<size_t>(listFile.ColumnIndex(strColumnThreshold.English()));
     std::stable_sort(rows.begin(), rows.end(), [threshold](const auto& a, const auto& b) {
       return LeadingNumber(a[threshold]) > LeadingNumber(b[threshold]);
     });
@@ -177,7 +177,7 @@ LRESULT CConfFormatDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
   if (draw.nmcd.dwDrawStage != (CDDS_ITEMPREPAINT | CDDS_SUBITEM)) return CDRF_DODEFAULT;
   const size_t row = draw.nmcd.dwItemSpec;
   const COLORREF color = draw.iSubItem == kColorColumn && row < Rows().RowCount()
-                             ? ParseColorHex(Rows().Cell(row, L"color"), kColorNone)
+                             ? ParseColorHex(Rows().Cell(row, strColumnColor.English()), kColorNone)
                              : kColorNone;
   // Every cell sets its colours: the list keeps the last ones for the cells after it.
   draw.clrText = GetSysColor(COLOR_WINDOWTEXT);
@@ -229,16 +229,16 @@ void CConfFormatDlg::FitColumns() {
 }
 
 bool CConfFormatDlg::EditItem(RowCells& cells, bool adding) {
-  const COLORREF color =
-      adding ? ParseColorHex(kDefaultBandColor, kColorNone) : ParseColorHex(cells.Get(L"color"), kColorNone);
-  CConfFormatItemDlg item(cells.Get(L"threshold"), color);
+  const COLORREF color = adding ? ParseColorHex(kDefaultBandColor, kColorNone)
+                                : ParseColorHex(cells.Get(strColumnColor.English()), kColorNone);
+  CConfFormatItemDlg item(cells.Get(strColumnThreshold.English()), color);
   if (item.DoModal(handle) != IDOK) return false;
-  cells.Set(L"threshold", item.threshold);
+  cells.Set(strColumnThreshold.English(), item.threshold);
   // A field cleared in the palette menu leaves the band's colour as it was.
-  if (item.color != kColorNone) cells.Set(L"color", FormatColorHex(item.color));
+  if (item.color != kColorNone) cells.Set(strColumnColor.English(), FormatColorHex(item.color));
   if (adding) {
-    cells.Set(L"type", kTabs[tab].type);
-    if (item.color == kColorNone) cells.Set(L"color", kDefaultBandColor);
+    cells.Set(strColumnType.English(), kTabs[tab].type);
+    if (item.color == kColorNone) cells.Set(strColumnColor.English(), kDefaultBandColor);
   }
   return true;
 }
@@ -248,9 +248,4 @@ void CConfFormatDlg::StoreOptions() {
   listFile.SetOption(kVersionOption, kCurrentVersion);
   listFile.SetOption(kAddSpaceOption, IsChecked(kAddSpace) ? 1 : 0);
   listFile.SetOption(kTopDownOption, topDown ? 1 : 0);
-}
-
-void OpenListFormatDialog(HWND owner) {
-  CConfFormatDlg dialog;
-  dialog.DoModal(owner);
 }

@@ -28,7 +28,8 @@ constexpr TextPair strQuestNpcDirName{L"Quest NPC Direction", L"クエストNPC�
 // What each item shows while it is placed: roughly what the extension draws there.
 constexpr TextPair strFrameSample{L" 12.3 fps", L" 12.3 fps"};
 constexpr TextPair strStaminaSample{L"ST:123/123", L"ST:123/123"};
-constexpr TextPair strEtherwindSample{L"Etherwind Alert", L"エーテルの風 注意報"};
+// The alert shows its own name.
+constexpr const TextPair& strEtherwindSample = strEtherwindName;
 constexpr TextPair strQuestCountSample{L"Quest:0(0)", L"依頼残り:0(0)"};
 constexpr TextPair strQuestNpcDirSample{L"\u3000←\u3000Quest NPC Direction", L"\u3000←\u3000クエストNPC方向"};
 
@@ -91,6 +92,9 @@ HWND FindGameMainWindow() {
 PackedPosition DecodePackedPosition(int32_t value) {
   return {value / 100000000, {(value / 10000) % 10000, value % 10000}};
 }
+
+CConfInfoLayerDlg::CConfInfoLayerDlg()
+    : CConfInfoLayerDlg(CombinePath(Paths().programFolder, kInfoLayerFile)) {}
 
 CConfInfoLayerDlg::CConfInfoLayerDlg(std::wstring path)
     : CDialog(kDialog, kControls),
@@ -214,9 +218,4 @@ void CConfInfoLayerDlg::Save() {
     listFile.SetOption(key + L"_colBack", FormatColorHex(item.background));
   }
   listFile.Write(path);
-}
-
-void OpenInfoLayerDialog(HWND owner) {
-  CConfInfoLayerDlg dialog(CombinePath(Paths().programFolder, kInfoLayerFile));
-  dialog.DoModal(owner);
 }

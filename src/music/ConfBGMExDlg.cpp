@@ -251,8 +251,3 @@ LRESULT CConfBGMExDlg::OnHelp(WPARAM, LPARAM) {
     ShellOpen(handle, std::wstring(kSiteUrl) + kHelpPage);
   return TRUE;
 }
-
-void OpenMusicExtenderDialog(HWND owner) {
-  CConfBGMExDlg dialog;
-  dialog.DoModal(owner);
-}

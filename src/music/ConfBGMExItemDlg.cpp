@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cwchar>
+#include <iterator>
 #include <regex>
 #include <utility>
 
@@ -51,18 +52,19 @@ constexpr TextPair strNotSupported{L"not supported file type.", L"は、この�
 constexpr TextPair strNoTarget{L"Choose at least one replace target.",
                                L"対象ファイルを一つ以上選んでください。"};
 
-#define VRK_NUMBER(n) \
-  TextPair {          \
-    L## #n, L## #n    \
-  }
-constexpr TextPair kNumbers[] = {
-    VRK_NUMBER(1),  VRK_NUMBER(2),  VRK_NUMBER(3),  VRK_NUMBER(4),  VRK_NUMBER(5),  VRK_NUMBER(6),
-    VRK_NUMBER(7),  VRK_NUMBER(8),  VRK_NUMBER(9),  VRK_NUMBER(10), VRK_NUMBER(11), VRK_NUMBER(12),
-    VRK_NUMBER(13), VRK_NUMBER(14), VRK_NUMBER(15), VRK_NUMBER(16), VRK_NUMBER(17), VRK_NUMBER(18),
-    VRK_NUMBER(19), VRK_NUMBER(20), VRK_NUMBER(21), VRK_NUMBER(22), VRK_NUMBER(23), VRK_NUMBER(24),
-    VRK_NUMBER(25), VRK_NUMBER(26), VRK_NUMBER(27), VRK_NUMBER(28), VRK_NUMBER(29), VRK_NUMBER(30),
-};
-#undef VRK_NUMBER
+// The toggle buttons' numbers, "1" to "30", the same in both languages.
+constexpr auto kNumberTexts = [] {
+  std::array<std::array<wchar_t, 3>, 30> texts{};
+  for (int n = 1; n <= 30; ++n)
+    texts[n - 1] = {static_cast<wchar_t>(n < 10 ? L'0' + n : L'0' + n / 10),
+                    static_cast<wchar_t>(n < 10 ? 0 : L'0' + n % 10), 0};
+  return texts;
+}();
+constexpr auto kNumbers = [] {
+  std::array<TextPair, 30> pairs{};
+  for (size_t i = 0; i < pairs.size(); ++i) pairs[i] = {kNumberTexts[i].data(), kNumberTexts[i].data()};
+  return pairs;
+}();
 
 // The periods that count as daytime: Dawn, Morning and Noon.
 constexpr bool IsDaytime(int period) {
@@ -98,55 +100,43 @@ constexpr std::array<ControlDef, 3> kAuditionRow{{
     {Ctl::Button, Dlg::kStop, 366, 342, 36, 18, Layout::kButtonStyle, 0, &strStop},
 }};
 
-// One grid of toggle buttons, ids from `first`, the i-th placed at place(i) and labelled texts[i].
-template <size_t N, class Place>
-constexpr std::array<ControlDef, N> Toggles(int first, int16_t cx, const TextPair* texts, Place place) {
+// A grid of toggle buttons: ids from `first`, `count` of them, `perLine` to a row (to a column for the
+// periods), the first at (x, y), the next `dx` to the right and the next row `dy` lower, each `cx` wide.
+struct Grid {
+  int first, count, perLine;
+  int16_t x, y, dx, dy, cx;
+  bool inColumns = false;
+};
+constexpr Grid kMonthGrid{Dlg::kFirstMonth, Dlg::kMonths, 3, 420, 18, 30, 30, 24};
+constexpr Grid kDayGrid{Dlg::kFirstDay, Dlg::kDays, 5, 423, 156, 36, 30, 30};
+constexpr Grid kPeriodGrid{Dlg::kFirstPeriod, Dlg::kPeriods, 3, 522, 18, 42, 30, 36, true};
+
+template <size_t N>
+constexpr std::array<ControlDef, N> Toggles(const Grid& grid, const TextPair* texts) {
   std::array<ControlDef, N> buttons{};
-  for (size_t i = 0; i < N; ++i) {
-    const auto [x, y] = place(static_cast<int>(i));
-    buttons[i] = {Ctl::Button,
-                  static_cast<uint16_t>(first + static_cast<int>(i)),
-                  static_cast<int16_t>(x),
-                  static_cast<int16_t>(y),
-                  cx,
-                  24,
-                  kToggleStyle,
-                  0,
-                  &texts[i]};
+  for (int i = 0; i < grid.count; ++i) {
+    const int column = grid.inColumns ? i / grid.perLine : i % grid.perLine;
+    const int row = grid.inColumns ? i % grid.perLine : i / grid.perLine;
+    buttons[static_cast<size_t>(i)] = {Ctl::Button,
+                                       static_cast<uint16_t>(grid.first + i),
+                                       static_cast<int16_t>(grid.x + column * grid.dx),
+                                       static_cast<int16_t>(grid.y + row * grid.dy),
+                                       grid.cx,
+                                       24,
+                                       kToggleStyle,
+                                       0,
+                                       &texts[i]};
   }
   return buttons;
 }
 
-// Each grid follows its group box, so that the tab order runs through the grids in the order shown:
-// months in rows of three, days in rows of five, periods in columns of three.
+// Each grid follows its group box, so that the tab order runs through the grids in the order shown.
 constexpr auto kControls =
-    JoinControls(kLists, kMonthGroup,
-                 Toggles<Dlg::kMonths>(Dlg::kFirstMonth, 24, kNumbers,
-                                       [](int i) {
-                                         return std::pair{(i % 3 + 14) * 30, (i / 3) * 30 + 18};
-                                       }),
-                 kDayGroup,
-                 Toggles<Dlg::kDays>(Dlg::kFirstDay, 30, kNumbers,
-                                     [](int i) {
-                                       return std::pair{(i % 5) * 36 + 423, (i / 5) * 30 + 156};
-                                     }),
-                 kTimeGroup,
-                 Toggles<Dlg::kPeriods>(Dlg::kFirstPeriod, 36, kTimeOfDayNames.data(),
-                                        [](int i) {
-                                          return std::pair{(i / 3) * 42 + 522, (i % 3) * 30 + 18};
-                                        }),
-                 kAuditionRow, OkCancelRow(606, 342, Anchor::TopLeft));
+    JoinControls(kLists, kMonthGroup, Toggles<Dlg::kMonths>(kMonthGrid, kNumbers.data()), kDayGroup,
+                 Toggles<Dlg::kDays>(kDayGrid, kNumbers.data()), kTimeGroup,
+                 Toggles<Dlg::kPeriods>(kPeriodGrid, kTimeOfDayNames.data()), kAuditionRow,
+                 OkCancelRow(606, 342, Anchor::TopLeft));
 constexpr DialogDef kDialog{&strTitleMusicCondition, 0, 0, 612, 366, DialogStyle::kModal, 0, kCenterOnOwner};
-
-// A grid of toggle buttons: its first id, how many, how many stand in one row.
-struct Grid {
-  int first;
-  int count;
-  int perRow;
-};
-constexpr Grid kMonthGrid{Dlg::kFirstMonth, Dlg::kMonths, 3};
-constexpr Grid kDayGrid{Dlg::kFirstDay, Dlg::kDays, 5};
-constexpr Grid kPeriodGrid{Dlg::kFirstPeriod, Dlg::kPeriods, 3};
 
 const Grid* GridOf(int id) {
   for (const Grid* grid : {&kMonthGrid, &kDayGrid, &kPeriodGrid}) {
@@ -254,7 +244,6 @@ void CConfBGMExItemDlg::FillCandidates() {
   constexpr const wchar_t* kMusicKinds[] = {L".flac", L".ogg", L".mp3", L".mid"};
   std::vector<std::wstring> shortcuts[2], music[std::size(kMusicKinds)];
   const std::wstring* folders[] = {&paths.userFolder, &paths.userMusic};
-  size_t total = 0;
   for (size_t f = 0; f < std::size(folders); ++f) {
     const std::wstring& folder = *folders[f];
     for (const std::wstring& name : FileNamesIn(folder, L"*")) {
@@ -266,39 +255,16 @@ void CConfBGMExItemDlg::FillCandidates() {
       wchar_t entry[MAX_PATH * 2];
       const int length = swprintf(entry, std::size(entry), L"%ls\\%ls", folder.c_str(), name.c_str());
       kind->emplace_back(entry, static_cast<size_t>(std::max(length, 0)));
-      ++total;
     }
   }
-  HWND files = Item(kFileCandidates);
-  SendMessageW(files, WM_SETREDRAW, FALSE, 0);
-  SendMessageW(files, LB_INITSTORAGE, total, total * MAX_PATH);
-  std::wstring widest;
-  for (const auto* group : {&shortcuts[0], &shortcuts[1], &music[0], &music[1], &music[2], &music[3]}) {
-    for (const std::wstring& entry : *group) {
-      AddListBoxEntry(kFileCandidates, entry);
-      if (entry.size() > widest.size()) widest = entry;
-    }
-  }
-  // Measuring every entry would cost more than listing them: the longest one gives the scroll width,
-  // with room for a wider glyph or two.
-  HDC dc = GetDC(files);
-  HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(files, WM_GETFONT, 0, 0)));
-  SIZE size{};
-  GetTextExtentPoint32W(dc, widest.c_str(), static_cast<int>(widest.size()), &size);
-  SelectObject(dc, oldFont);
-  ReleaseDC(files, dc);
-  SendMessageW(files, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(size.cx + size.cx / 8 + 8), 0);
-  SendMessageW(files, WM_SETREDRAW, TRUE, 0);
-}
-
-std::vector<std::wstring> CConfBGMExItemDlg::FirstColumn(int listId) const {
-  std::vector<std::wstring> texts;
-  for (int row = 0; row < ListViewCount(listId); ++row) texts.push_back(ListViewText(listId, row));
-  return texts;
+  std::vector<std::wstring> entries;
+  for (auto* group : {&shortcuts[0], &shortcuts[1], &music[0], &music[1], &music[2], &music[3]})
+    std::move(group->begin(), group->end(), std::back_inserter(entries));
+  AddListBoxEntries(kFileCandidates, entries);
 }
 
 void CConfBGMExItemDlg::AddTarget(const std::wstring& key) {
-  for (const std::wstring& chosen : FirstColumn(kTargets)) {
+  for (const std::wstring& chosen : ListViewColumn(kTargets)) {
     if (chosen == key) return;
   }
   const std::wstring scene = SceneLabel(key);
@@ -398,11 +364,11 @@ void CConfBGMExItemDlg::RunGridCommand(UINT command, int id) {
         CheckButton(grid->first + i, IsDaytime(i) == (command == kCmdDaytime));
       return;
     case kCmdRow:
-      for (int i = index - index % grid->perRow; i < index - index % grid->perRow + grid->perRow; ++i)
+      for (int i = index - index % grid->perLine; i < index - index % grid->perLine + grid->perLine; ++i)
         buttons.push_back(grid->first + i);
       break;
     case kCmdColumn:
-      for (int i = index % grid->perRow; i < grid->count; i += grid->perRow)
+      for (int i = index % grid->perLine; i < grid->count; i += grid->perLine)
         buttons.push_back(grid->first + i);
       break;
     default:
@@ -449,8 +415,8 @@ void CConfBGMExItemDlg::OnOk() {
     ShowMessage(handle, Text(strNoTarget), Text(strTitleMusicCondition), MB_OK | MB_ICONWARNING);
     return;
   }
-  orgfile = JoinValues(FirstColumn(kTargets));
-  playlist = JoinValues(FirstColumn(kPlaylist));
+  orgfile = JoinValues(ListViewColumn(kTargets));
+  playlist = JoinValues(ListViewColumn(kPlaylist));
   month = PressedNumbers(*this, kMonthGrid);
   day = PressedNumbers(*this, kDayGrid);
   std::vector<std::wstring> periods;

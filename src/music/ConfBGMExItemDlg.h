@@ -36,19 +36,13 @@ class CConfBGMExItemDlg : public CDialog {
     kFirstDay = 1020,
     kFirstPeriod = 1050,
     kAuditioned = 1074,
-    kStop,
+    kStop
   };
   static constexpr int kMonths = 12;
   static constexpr int kDays = 30;
   static constexpr int kPeriods = 6;
   // Commands of the grids' menus.
-  enum : UINT {
-    kCmdAny = 100000,
-    kCmdRow,
-    kCmdColumn,
-    kCmdDaytime,
-    kCmdNighttime,
-  };
+  enum : UINT { kCmdAny = 100000, kCmdRow, kCmdColumn, kCmdDaytime, kCmdNighttime };
 
   CConfBGMExItemDlg();
   ~CConfBGMExItemDlg() override;
@@ -96,7 +90,6 @@ class CConfBGMExItemDlg : public CDialog {
   void AddTarget(const std::wstring& key);
   void AddPlayFile(const std::wstring& path);
   void RemoveSelected(int listId);
-  std::vector<std::wstring> FirstColumn(int listId) const;
   void Audition(const std::wstring& path);
   void RunGridCommand(UINT command, int id);
 

@@ -57,27 +57,27 @@ inline POINT PointOf(LPARAM position) {
 
 }  // namespace msgmap
 
+// The start of a map's function, once for both kinds of map: the map's class for the entries, and the
+// arguments an entry may leave unused.
+#define VRK_MAP_PROLOGUE(theClass) \
+  using ThisMap = theClass;        \
+  (void)sizeof(ThisMap);           \
+  (void)hWnd;                      \
+  (void)wParam;                    \
+  (void)lParam;                    \
+  (void)lResult;
+
 #define BEGIN_MSG_MAP(theClass)                                                                              \
  public:                                                                                                     \
   bool ProcessWindowMessage(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) override { \
-    using ThisMap = theClass;                                                                                \
-    (void)sizeof(ThisMap);                                                                                   \
-    (void)hWnd;                                                                                              \
-    (void)wParam;                                                                                            \
-    (void)lParam;                                                                                            \
-    (void)lResult;
+    VRK_MAP_PROLOGUE(theClass)
 
 // The map of a member object chained into its owner's map (CHAIN_MSG_MAP_MEMBER): the same entries,
 // in a class that is no window of its own.
 #define BEGIN_MEMBER_MSG_MAP(theClass)                                                              \
  public:                                                                                            \
   bool ProcessWindowMessage(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) { \
-    using ThisMap = theClass;                                                                       \
-    (void)sizeof(ThisMap);                                                                          \
-    (void)hWnd;                                                                                     \
-    (void)wParam;                                                                                   \
-    (void)lParam;                                                                                   \
-    (void)lResult;
+    VRK_MAP_PROLOGUE(theClass)
 
 #define MESSAGE_HANDLER(msg, func)      \
   if (uMsg == static_cast<UINT>(msg)) { \
@@ -175,6 +175,10 @@ inline POINT PointOf(LPARAM position) {
     lResult = 0;                                                                    \
     return true;                                                                    \
   }
+
+// In a member map: keeps the window whose messages the map is given in a CWindow member, for handlers
+// that act on that window.
+#define MAP_WINDOW(member) (member) = CWindow(hWnd);
 
 // A member object with its own ProcessWindowMessage(HWND, UINT, WPARAM, LPARAM, LRESULT&).
 #define CHAIN_MSG_MAP_MEMBER(member) \

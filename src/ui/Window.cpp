@@ -149,6 +149,29 @@ std::wstring CWindow::ListBoxText(int id, int index) const {
   return text;
 }
 
+void CWindow::AddListBoxEntries(int id, const std::vector<std::wstring>& entries) const {
+  HWND list = Item(id);
+  SendMessageW(list, WM_SETREDRAW, FALSE, 0);
+  SendMessageW(list, LB_INITSTORAGE, entries.size(), entries.size() * MAX_PATH);
+  const std::wstring* widest = nullptr;
+  for (const std::wstring& entry : entries) {
+    SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
+    if (!widest || entry.size() > widest->size()) widest = &entry;
+  }
+  // Measuring every entry would cost more than listing them: the longest one gives the scroll width,
+  // with room for a wider glyph or two.
+  SIZE size{};
+  if (widest) {
+    HDC dc = GetDC(list);
+    HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
+    GetTextExtentPoint32W(dc, widest->c_str(), static_cast<int>(widest->size()), &size);
+    SelectObject(dc, oldFont);
+    ReleaseDC(list, dc);
+  }
+  SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(size.cx + size.cx / 8 + 8), 0);
+  SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+}
+
 void CWindow::AddListViewColumn(int id, int index, std::wstring_view header, int width) const {
   std::wstring text(header);
   LVCOLUMNW column{};
@@ -178,6 +201,12 @@ void CWindow::SetListViewText(int id, int row, int column, std::wstring_view tex
 
 std::wstring CWindow::ListViewText(int id, int row, int column) const {
   return ListViewItemText(Item(id), row, column);
+}
+
+std::vector<std::wstring> CWindow::ListViewColumn(int id, int column) const {
+  std::vector<std::wstring> texts;
+  for (int row = 0; row < ListViewCount(id); ++row) texts.push_back(ListViewText(id, row, column));
+  return texts;
 }
 
 int CWindow::ListViewSelection(int id) const {

@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 // Dots per inch of the monitor a window is on (the system's setting on Windows before 10, which
 // lacks the per-window call).
@@ -56,6 +57,8 @@ class CWindow {
   void AddListBoxEntry(int id, std::wstring_view text) const;
   int ListBoxSelection(int id) const;
   std::wstring ListBoxText(int id, int index) const;
+  // Many entries at once: one redraw, and a scroll width that shows the longest entry whole.
+  void AddListBoxEntries(int id, const std::vector<std::wstring>& entries) const;
   // List views in report view: columns, rows (appended, the row's index returned), cells, the first
   // selected row (-1 when none).
   void AddListViewColumn(int id, int index, std::wstring_view header, int width) const;
@@ -63,6 +66,7 @@ class CWindow {
   int AppendListViewRow(int id, std::wstring_view first) const;
   void SetListViewText(int id, int row, int column, std::wstring_view text) const;
   std::wstring ListViewText(int id, int row, int column = 0) const;
+  std::vector<std::wstring> ListViewColumn(int id, int column = 0) const;
   int ListViewSelection(int id) const;
   void DeleteListViewRow(int id, int row) const;
   // A tooltip for each of the controls, shown while the mouse rests on it.
