@@ -17,24 +17,30 @@
 
 namespace {
 
-// The rows of the main dialog that carry a "Config" button, in the order the main dialog lists them. A
-// row whose dialog is not built yet has no function and shows its button disabled.
+// A feature dialog lives on the stack of its "Config" click.
+template <class Dialog>
+void OpenModal(HWND owner) {
+  Dialog dialog;
+  dialog.DoModal(owner);
+}
+
+// The rows of the main dialog that carry a "Config" button, in the order the main dialog lists them.
 // clang-format off
 constexpr FeatureDialog kFeatures[] = {
-    {L"enLogExtender", OpenLogExDialog},
-    {L"enLabel", OpenLabelDialog},
-    {L"enEnchantFinder", OpenEnchantFinderDialog},
-    {L"enListExtender", OpenListFormatDialog},
-    {L"enStockMK", OpenStockDialog},
-    {L"enColorizeIdentifiedItem", OpenIdentifiedItemColorDialog},
-    {L"enWeightGraph", OpenWeightGraphDialog},
-    {L"enSetInfoPos", OpenInfoLayerDialog},
-    {L"enShowSatiety", OpenSatietyFormatDialog},
-    {L"enDateFormat", OpenDateFormatDialog},
-    {L"enScreenshot", OpenScreenshotDialog},
-    {L"enQuickSearch", OpenQuickSearchDialog},
-    {L"enMusicExtender", OpenMusicExtenderDialog},
-    {L"enCustomRealDate", OpenCustomRealDateDialog},
+    {&Settings::enLogExtender, OpenModal<CConfLogExDlg>},
+    {&Settings::enLabel, OpenModal<CConfLabelDlg>},
+    {&Settings::enEnchantFinder, OpenModal<CConfEnchantFinderDlg>},
+    {&Settings::enListExtender, OpenModal<CConfFormatDlg>},
+    {&Settings::enStockMK, OpenModal<CConfStockDlg>},
+    {&Settings::enColorizeIdentifiedItem, OpenModal<CConfColorizeDlg>},
+    {&Settings::enWeightGraph, OpenModal<CConfWeightGraphDlg>},
+    {&Settings::enSetInfoPos, OpenModal<CConfInfoLayerDlg>},
+    {&Settings::enShowSatiety, OpenModal<CConfSatietyFormatDlg>},
+    {&Settings::enDateFormat, OpenModal<CConfDateFormatDlg>},
+    {&Settings::enScreenshot, OpenModal<CConfScreenshotDlg>},
+    {&Settings::enQuickSearch, OpenModal<CConfQuickSearchDlg>},
+    {&Settings::enMusicExtender, OpenModal<CConfBGMExDlg>},
+    {&Settings::enCustomRealDate, OpenModal<CConfCustomRealDate>},
 };
 // clang-format on
 

@@ -51,9 +51,11 @@ int wmain(int argc, wchar_t** argv) {
   settings.PrepareForLoad();
   settings.Load();
   settings.wstrMorva = L"C:\\Games\\Morva\\Morva.exe";
-  for (const wchar_t* key : {L"enLogExtender", L"enItemInfo", L"enLabel", L"enListExtender", L"enWeightGraph",
-                             L"enFrameCounter", L"enShowWeight", L"enShowSatiety", L"enQuickSearch"}) {
-    *settings.IntField(key) = 1;
+  for (int32_t Settings::*field :
+       {&Settings::enLogExtender, &Settings::enItemInfo, &Settings::enLabel, &Settings::enListExtender,
+        &Settings::enWeightGraph, &Settings::enFrameCounter, &Settings::enShowWeight,
+        &Settings::enShowSatiety, &Settings::enQuickSearch}) {
+    settings.*field = 1;
   }
   bool ok = true;
   for (uint32_t language : {kEnglish, kJapanese}) {

@@ -4,6 +4,8 @@
 #include <cwctype>
 #include <utility>
 
+#include "app/Paths.h"
+
 namespace {
 
 // About a second in all: long enough for the extension to finish reading the file it holds.
@@ -19,9 +21,7 @@ std::function<void(DWORD)>& RetryWait() {
 // "NAME.<process>-<counter>.tmp": a name only a save of NAME makes.
 bool IsLeftoverOf(std::wstring_view name, std::wstring_view targetName) {
   if (name.size() <= targetName.size() + 1 + std::size(kTempSuffix) - 1) return false;
-  if (CompareStringOrdinal(name.data(), static_cast<int>(targetName.size()), targetName.data(),
-                           static_cast<int>(targetName.size()), TRUE) != CSTR_EQUAL)
-    return false;
+  if (!SameTextIgnoringCase(name.substr(0, targetName.size()), targetName)) return false;
   std::wstring_view rest = name.substr(targetName.size());
   if (rest[0] != L'.' || !rest.ends_with(kTempSuffix)) return false;
   rest = rest.substr(1, rest.size() - 1 - (std::size(kTempSuffix) - 1));

@@ -7,10 +7,6 @@ namespace {
 
 HWND lastExtensionWindow = nullptr;
 
-HWND FindExtensionWindow() {
-  return FindWindowW(kExtensionWindowClass, Text(strProductName));
-}
-
 // The change mask lives at byte 8 of the window's extra memory.
 constexpr int kMaskOffset = 8;
 
@@ -23,6 +19,10 @@ void WriteMask(HWND window, uint32_t mask) {
 }
 
 }  // namespace
+
+HWND FindExtensionWindow() {
+  return FindWindowW(kExtensionWindowClass, Text(strProductName));
+}
 
 void NotifyExtension(uint32_t flag) {
   lastExtensionWindow = FindExtensionWindow();

@@ -15,5 +15,7 @@ void NotifyExtension(uint32_t flag);
 // to the window found now: the format pickers, whose order the extension's protocol keeps as it is.
 void NotifyExtensionFromLastWindow(uint32_t flag);
 
+// The running extension's window, or null when it is not running.
+HWND FindExtensionWindow();
 // The extension window found by the last notification (null when none was found).
 HWND LastExtensionWindow();

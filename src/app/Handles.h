@@ -6,8 +6,8 @@
 #include <memory>
 #include <type_traits>
 
-// Owners of the handles the tool holds (GDI objects, image lists, icons, memory device contexts, loaded
-// modules, open files), so that no code releases one by hand.
+// Owners of the handles the tool holds (GDI objects, image lists, icons, menus, memory device contexts,
+// loaded modules, open files), so that no code releases one by hand.
 namespace detail {
 struct GdiDeleter {
   void operator()(void* object) const { DeleteObject(static_cast<HGDIOBJ>(object)); }
@@ -20,6 +20,9 @@ struct IconDeleter {
 };
 struct ModuleDeleter {
   void operator()(HINSTANCE__* module) const { FreeLibrary(module); }
+};
+struct MenuDeleter {
+  void operator()(HMENU__* menu) const { DestroyMenu(menu); }
 };
 }  // namespace detail
 
@@ -60,6 +63,21 @@ using BitmapHandle = GdiObject<HBITMAP>;
 using ImageListHandle = std::unique_ptr<_IMAGELIST, detail::ImageListDeleter>;
 using IconHandle = std::unique_ptr<HICON__, detail::IconDeleter>;
 using ModuleHandle = std::unique_ptr<HINSTANCE__, detail::ModuleDeleter>;
+using MenuHandle = std::unique_ptr<HMENU__, detail::MenuDeleter>;
+
+// A pop-up menu for the span of one question.
+class PopupMenu {
+ public:
+  PopupMenu() : menu(CreatePopupMenu()) {}
+  void Add(UINT_PTR command, const wchar_t* text, UINT flags = MF_STRING) const {
+    AppendMenuW(menu.get(), flags, command, text);
+  }
+  void AddSeparator() const { AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr); }
+  HMENU Get() const { return menu.get(); }
+
+ private:
+  MenuHandle menu;
+};
 
 // An open file; invalid (INVALID_HANDLE_VALUE) when opening failed.
 class FileHandle {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Strings.h"
 #include "app/TextPair.h"
 
 // The list files of the extension, in the tool's folder.
@@ -37,7 +38,6 @@ inline constexpr TextPair strColumnDay{L"Day", L"日"};
 inline constexpr TextPair strColumnHour{L"Hour", L"時間帯"};
 inline constexpr TextPair strColumnPlaylist{L"Playlist", L"演奏ファイル"};
 inline constexpr TextPair strColumnFile{L"File", L"ファイル"};
-inline constexpr TextPair strColumnVolumeLevel{L"Volume", L"ボリューム"};
 
 // The schemas, columns in file order.
 // Log keywords (LogEx.qcsv).
@@ -56,7 +56,7 @@ inline constexpr std::array<TextPair, 3> kListColorColumns{strColumnType, strCol
 inline constexpr std::array<TextPair, 5> kBgmExColumns{strColumnOrgfile, strColumnMonth, strColumnDay,
                                                        strColumnHour, strColumnPlaylist};
 // Volumes (Volume.qcsv).
-inline constexpr std::array<TextPair, 2> kVolumeColumns{strColumnFile, strColumnVolumeLevel};
+inline constexpr std::array<TextPair, 2> kVolumeColumns{strColumnFile, strVolume};
 inline constexpr std::array<TextPair, 1> kKeywordColumns{strColumnKeyword};
 
 // The names a schema writes on the column line of its file.

@@ -89,3 +89,25 @@ bool DeriveGamePaths() {
   paths.userGraphics = CombinePath(paths.userFolder, L"graphic");
   return true;
 }
+
+bool SameTextIgnoringCase(std::wstring_view a, std::wstring_view b) {
+  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()),
+                              TRUE) == CSTR_EQUAL;
+}
+
+bool HasExtension(std::wstring_view path, std::wstring_view extension) {
+  return path.size() >= extension.size() &&
+         SameTextIgnoringCase(path.substr(path.size() - extension.size()), extension);
+}
+
+std::vector<std::wstring> FileNamesIn(std::wstring_view folder, std::wstring_view pattern) {
+  std::vector<std::wstring> names;
+  WIN32_FIND_DATAW found;
+  HANDLE search = FindFirstFileW(CombinePath(folder, pattern).c_str(), &found);
+  if (search == INVALID_HANDLE_VALUE) return names;
+  do {
+    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.emplace_back(found.cFileName);
+  } while (FindNextFileW(search, &found));
+  FindClose(search);
+  return names;
+}

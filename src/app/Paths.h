@@ -1,6 +1,7 @@
 #pragma once
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Every folder the tool uses, derived once at start-up from the program's own location: the tool's
 // folder lies directly inside the game's folder. Some parts call ANSI interfaces, hence the
@@ -40,3 +41,11 @@ std::wstring FolderOf(std::wstring_view path);
 std::wstring CombinePath(std::wstring_view folder, std::wstring_view name);
 std::string CombinePath(std::string_view folder, std::string_view name);
 std::string ToAnsi(std::wstring_view text);
+
+// Equal ignoring letter case, the way the file system compares names.
+bool SameTextIgnoringCase(std::wstring_view a, std::wstring_view b);
+// True when the path ends with the extension (given with its dot), ignoring case.
+bool HasExtension(std::wstring_view path, std::wstring_view extension);
+// The names of the files (not folders) in a folder that match a pattern such as "*.wav", in the order
+// the file system lists them; none when the folder is missing.
+std::vector<std::wstring> FileNamesIn(std::wstring_view folder, std::wstring_view pattern);

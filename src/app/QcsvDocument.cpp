@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "app/AtomicFile.h"
+#include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
 
@@ -27,11 +28,6 @@ constexpr size_t kFlushChars = size_t{1} << 22;
 QcsvDocument::WriteStep& CustomWriteStep() {
   static QcsvDocument::WriteStep step;
   return step;
-}
-
-bool EqualsNoCase(std::wstring_view a, std::wstring_view b) {
-  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()),
-                              TRUE) == CSTR_EQUAL;
 }
 
 // Bytes of the UTF-8 form the system conversion makes: a lone surrogate becomes U+FFFD (3 bytes).
@@ -299,8 +295,7 @@ bool QcsvDocument::Load(const std::wstring& filePath, HWND owner, bool tellUser)
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     keepOldFile = true;
     if (tellUser)
-      ShowMessage(owner, std::wstring(Text(strCannotOpenFile)) + L"
-" + Text(strFileName) + L" " + path, L"",
+      ShowMessage(owner, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path, L"",
                   MB_OK | MB_ICONERROR);
     return false;
   }
@@ -423,7 +418,7 @@ bool QcsvDocument::Write(const std::wstring& target, HWND owner) const {
 
 int QcsvDocument::OptionIndex(std::wstring_view name) const {
   for (size_t i = options.size(); i-- > 0;) {
-    if (EqualsNoCase(options[i].first, name)) return static_cast<int>(i);
+    if (SameTextIgnoringCase(options[i].first, name)) return static_cast<int>(i);
   }
   return -1;
 }
@@ -520,4 +515,38 @@ void QcsvDocument::EraseRow(size_t index) {
 void QcsvDocument::AppendRow(Row row) {
   if (row.size() < columns.size()) row.resize(columns.size());
   rows.push_back(std::move(row));
+}
+
+std::wstring JoinValues(const std::vector<std::wstring>& values) {
+  std::wstring out;
+  for (size_t i = 0; i < values.size(); ++i) {
+    if (i) out += L',';
+    AppendField(out, values[i]);
+  }
+  return out;
+}
+
+std::vector<std::wstring> SplitValues(std::wstring_view cell) {
+  std::vector<std::wstring> values;
+  if (cell.empty()) return values;
+  size_t at = 0;
+  for (;;) {
+    std::wstring value;
+    if (at < cell.size() && cell[at] == L'"') {
+      for (++at; at < cell.size(); ++at) {
+        if (cell[at] != L'"') {
+          value += cell[at];
+        } else if (at + 1 < cell.size() && cell[at + 1] == L'"') {
+          value += cell[++at];
+        } else {
+          ++at;
+          break;
+        }
+      }
+    }
+    while (at < cell.size() && cell[at] != L',') value += cell[at++];
+    values.push_back(std::move(value));
+    if (at >= cell.size()) return values;
+    ++at;
+  }
 }

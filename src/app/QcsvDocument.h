@@ -80,3 +80,8 @@ class QcsvDocument {
   // Position of the option named so (the last one when a file repeats it), or -1.
   int OptionIndex(std::wstring_view name) const;
 };
+
+// A cell holding several values keeps them as the list file keeps fields: joined by "," and quoted where
+// needed (a quote doubled inside), so that the extension splits them as it splits a line.
+std::wstring JoinValues(const std::vector<std::wstring>& values);
+std::vector<std::wstring> SplitValues(std::wstring_view cell);

@@ -104,13 +104,15 @@ void Settings::WriteKey(std::wstring_view name, int32_t value) const {
   WritePrivateProfileStringW(section.c_str(), std::wstring(name).c_str(), buffer, path.c_str());
 }
 
-int32_t* Settings::IntField(std::wstring_view name) {
+void Settings::WriteKey(int32_t Settings::*field) const {
+  WriteKey(KeyName(field), this->*field);
+}
+
+std::wstring_view Settings::KeyName(int32_t Settings::*field) const {
   for (const Key& key : keys) {
-    const KeyKind kind = KindOfKey(key.name);
-    if (key.name == name && (kind == KeyKind::Switch || kind == KeyKind::Signed))
-      return static_cast<int32_t*>(key.field);
+    if (static_cast<const void*>(key.field) == &(this->*field)) return key.name;
   }
-  return nullptr;
+  return {};
 }
 
 Settings& GlobalSettings() {

@@ -12,6 +12,7 @@ inline constexpr uint32_t kFlagLogExtractor = 0x002;
 inline constexpr uint32_t kFlagMusicExtender = 0x004;
 inline constexpr uint32_t kFlagLabel = 0x010;
 inline constexpr uint32_t kFlagEnchantFinder = 0x020;
+// The list format editor and the stock picker share one bit: the extension reloads both on it.
 inline constexpr uint32_t kFlagListFormat = 0x040;
 inline constexpr uint32_t kFlagStock = 0x040;
 inline constexpr uint32_t kFlagSatietyFormat = 0x080;
@@ -160,9 +161,10 @@ class Settings {
 
   // Writes one integer key straight to the file, for dialogs that change only a few keys.
   void WriteKey(std::wstring_view name, int32_t value) const;
-
-  // The field bound to a key name, or null.
-  int32_t* IntField(std::wstring_view name);
+  // The same for the key of a field, with the field's value.
+  void WriteKey(int32_t Settings::*field) const;
+  // The key name of a field of the record.
+  std::wstring_view KeyName(int32_t Settings::*field) const;
 };
 
 Settings& GlobalSettings();

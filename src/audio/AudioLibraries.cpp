@@ -249,13 +249,3 @@ std::wstring_view Ggs4ResultName(int code) {
   if (code < 0 || code >= static_cast<int>(kGgs4ResultNames.size())) return {};
   return kGgs4ResultNames[static_cast<size_t>(code)];
 }
-
-bool SameTextIgnoringCase(std::wstring_view a, std::wstring_view b) {
-  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()),
-                              TRUE) == CSTR_EQUAL;
-}
-
-bool HasExtension(std::wstring_view path, std::wstring_view extension) {
-  return path.size() >= extension.size() &&
-         SameTextIgnoringCase(path.substr(path.size() - extension.size()), extension);
-}

@@ -180,8 +180,3 @@ std::wstring LibraryMissingText(const wchar_t* fileName);
 std::wstring_view BassErrorName(int code);
 // GuruGuruSMF4's name of a result code; empty for an unknown code.
 std::wstring_view Ggs4ResultName(int code);
-
-// Equal ignoring letter case, the way the file system compares names.
-bool SameTextIgnoringCase(std::wstring_view a, std::wstring_view b);
-// True when the path ends with the extension (given with its dot), ignoring case.
-bool HasExtension(std::wstring_view path, std::wstring_view extension);

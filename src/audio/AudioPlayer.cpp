@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "app/Paths.h"
 #include "audio/DirectMusicPlayer.h"
 #include "audio/MciPlayer.h"
 #include "audio/NullPlayer.h"

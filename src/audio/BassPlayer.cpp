@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "app/Paths.h"
 #include "audio/VstHost.h"
 
 namespace {

@@ -3,6 +3,7 @@
 #include <cwchar>
 #include <iterator>
 
+#include "app/Paths.h"
 #include "app/Strings.h"
 #include "ui/Window.h"
 
@@ -33,9 +34,7 @@ int HexDigit(wchar_t c) {
 }  // namespace
 
 COLORREF ParseColorHex(std::wstring_view text, COLORREF fallback) {
-  if (CompareStringOrdinal(text.data(), static_cast<int>(text.size()), L"Nothing", -1, TRUE) == CSTR_EQUAL) {
-    return fallback;
-  }
+  if (SameTextIgnoringCase(text, L"Nothing")) return fallback;
   if (text.empty()) return fallback;
   if (text.front() == L'#') text.remove_prefix(1);
   if (text.size() != 6) return fallback;

@@ -20,48 +20,40 @@ ColorSlots MakeColorSlots(const COLORREF* extras) {
 
 namespace {
 
-constexpr UINT kText = MF_STRING;
 constexpr UINT kColumnStart = MF_STRING | MF_MENUBARBREAK;
 constexpr UINT kDisabledColumnStart = MF_STRING | MF_MENUBARBREAK | MF_GRAYED;
 
-void AddItem(HMENU menu, UINT flags, int command, const wchar_t* text) {
-  AppendMenuW(menu, flags, static_cast<UINT_PTR>(command), text);
-}
-
-void AddSeparator(HMENU menu) {
-  AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-}
-
-void AddPaletteRun(HMENU menu, int first, int last) {
-  for (int slot = first; slot <= last; ++slot) AddItem(menu, kText, slot, Text(kPalette[slot].name));
+void AddPaletteRun(const PopupMenu& menu, int first, int last) {
+  for (int slot = first; slot <= last; ++slot)
+    menu.Add(static_cast<UINT_PTR>(slot), Text(kPalette[slot].name));
 }
 
 }  // namespace
 
 ColorMenu::ColorMenu(COLORREF current, bool allowNone, const COLORREF* extras)
-    : current(current), slots(MakeColorSlots(extras)), menu(CreatePopupMenu()) {
-  AddItem(menu, kText, 0, Text(strCurrentSetting));
-  AddSeparator(menu);
+    : current(current), slots(MakeColorSlots(extras)) {
+  menu.Add(0, Text(strCurrentSetting));
+  menu.AddSeparator();
   AddPaletteRun(menu, 1, 8);
 
-  AddItem(menu, kColumnStart, kCommandCustom, Text(strCustom));
-  AddSeparator(menu);
+  menu.Add(kCommandCustom, Text(strCustom), kColumnStart);
+  menu.AddSeparator();
   AddPaletteRun(menu, 10, 17);
 
   if (allowNone) {
-    AddItem(menu, kColumnStart, kCommandShowNothing, Text(strShowNothing));
+    menu.Add(kCommandShowNothing, Text(strShowNothing), kColumnStart);
   } else {
-    AddItem(menu, kDisabledColumnStart, 0, L"");
+    menu.Add(0, L"", kDisabledColumnStart);
   }
-  AddSeparator(menu);
+  menu.AddSeparator();
   AddPaletteRun(menu, 19, 26);
 
   // The last slot is gathered but never offered: one column holds eight extras.
   if (slots[kFirstExtraSlot] != 0) {
-    AddItem(menu, kDisabledColumnStart, 0, L"");
-    AddSeparator(menu);
+    menu.Add(0, L"", kDisabledColumnStart);
+    menu.AddSeparator();
     for (int slot = kFirstExtraSlot; slot < kColorSlotCount - 1; ++slot) {
-      if (slots[slot] != 0) AddItem(menu, kText, slot, FormatColorRgb(slots[slot]).c_str());
+      if (slots[slot] != 0) menu.Add(static_cast<UINT_PTR>(slot), FormatColorRgb(slots[slot]).c_str());
     }
   }
   AddSwatches();
@@ -79,7 +71,7 @@ void ColorMenu::AddSwatches() {
                        RGB(0, 0, 0));
     }
     // Commands without an item (9, 18, 27, unused extras) are simply not found.
-    SetMenuItemBitmaps(menu, command, MF_BYCOMMAND, bitmap, nullptr);
+    SetMenuItemBitmaps(menu.Get(), static_cast<UINT>(command), MF_BYCOMMAND, bitmap, nullptr);
   }
   ReleaseDC(nullptr, screen);
 }
@@ -92,10 +84,6 @@ POINT ColorMenuPosition(POINT cursor) {
     cursor.x = std::clamp(cursor.x, info.rcWork.left, info.rcWork.right - 1);
   }
   return cursor;
-}
-
-ColorMenu::~ColorMenu() {
-  DestroyMenu(menu);
 }
 
 COLORREF ColorMenu::ColorFor(int command) const {

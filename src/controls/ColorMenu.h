@@ -24,11 +24,8 @@ ColorSlots MakeColorSlots(const COLORREF* extras);
 class ColorMenu {
  public:
   ColorMenu(COLORREF current, bool allowNone, const COLORREF* extras);
-  ~ColorMenu();
-  ColorMenu(const ColorMenu&) = delete;
-  ColorMenu& operator=(const ColorMenu&) = delete;
 
-  HMENU Handle() const { return menu; }
+  HMENU Handle() const { return menu.Get(); }
   const ColorSlots& Slots() const { return slots; }
   // The colour a command stands for; kCommandCustom has none of its own and gives the current colour.
   COLORREF ColorFor(int command) const;
@@ -38,8 +35,9 @@ class ColorMenu {
 
   COLORREF current;
   ColorSlots slots;
-  HMENU menu;
+  // The swatches outlive the menu that shows them.
   std::array<BitmapHandle, kColorSlotCount> swatches;
+  PopupMenu menu;
 };
 
 // Where the menu opens for a cursor position: the position itself, except that a cursor beyond every

@@ -159,20 +159,7 @@ LVHITTESTINFO CDraggableListViewCtrl::HitTest(POINT at) const {
 }
 
 std::wstring CDraggableListViewCtrl::ItemText(int item, int column) const {
-  std::wstring text(256, L'\0');
-  for (;;) {
-    LVITEMW request{};
-    request.iSubItem = column;
-    request.pszText = text.data();
-    request.cchTextMax = static_cast<int>(text.size());
-    int length =
-        static_cast<int>(SendMessageW(handle, LVM_GETITEMTEXTW, item, reinterpret_cast<LPARAM>(&request)));
-    if (length < static_cast<int>(text.size()) - 1) {
-      text.resize(length);
-      return text;
-    }
-    text.resize(text.size() * 2);
-  }
+  return ListViewItemText(handle, item, column);
 }
 
 void CDraggableListViewCtrl::ToggleCheck(int item) {

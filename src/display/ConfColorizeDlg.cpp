@@ -9,11 +9,14 @@ namespace {
 constexpr TextPair strColor{L"Color", L"色"};
 
 using Dlg = CConfColorizeDlg;
-constexpr DialogDef kDialog{&strTitleIdentifiedColor, 0, 0, 216, 60, DialogStyle::kModal, 0, kCenterOnOwner};
+constexpr DialogDef kDialog{
+    &strTitleIdentifiedColor, 0, 0, Layout::kColorDialogW, 60, DialogStyle::kModal, 0, kCenterOnOwner};
 constexpr auto kControls =
     JoinControls(ColorFieldRow(Dlg::kLabel, 6, 6, &strColor), OkCancelRow(211, 36, Anchor::TopLeft));
 
 }  // namespace
+
+CConfColorizeDlg::CConfColorizeDlg() : CConfColorizeDlg(CombinePath(Paths().programFolder, kListColorFile)) {}
 
 CConfColorizeDlg::CConfColorizeDlg(std::wstring path)
     : CDialog(kDialog, kControls), path(std::move(path)), field(kEdit, kSwatch, kSelect) {}
@@ -32,9 +35,4 @@ void CConfColorizeDlg::OnOk() {
   listFile.SetOption(kIdentifiedItemColorOption, FormatColorHex(field.color));
   listFile.Write(path, handle);
   EndDialog(IDOK);
-}
-
-void OpenIdentifiedItemColorDialog(HWND owner) {
-  CConfColorizeDlg dialog(CombinePath(Paths().programFolder, kListColorFile));
-  dialog.DoModal(owner);
 }

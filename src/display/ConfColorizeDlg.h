@@ -15,6 +15,8 @@ class CConfColorizeDlg : public CDialog {
  public:
   enum : uint16_t { kLabel = 1000, kEdit, kSwatch, kSelect };
 
+  // On ListColor.qcsv in the tool's folder, as the main dialog opens it.
+  CConfColorizeDlg();
   explicit CConfColorizeDlg(std::wstring path);
 
   BEGIN_MSG_MAP(CConfColorizeDlg)
@@ -31,7 +33,3 @@ class CConfColorizeDlg : public CDialog {
   QcsvDocument listFile;
   ColorField field;
 };
-
-// Opens the dialog on ListColor.qcsv in the tool's folder: the main dialog's "Config" button of the
-// identified-item colour switch.
-void OpenIdentifiedItemColorDialog(HWND owner);

@@ -45,12 +45,7 @@ void CConfCustomRealDate::OnOk() {
   Settings& settings = GlobalSettings();
   settings.iCustomRealDate_Month = _wtoi(GetItemText(kMonth).c_str());
   settings.iCustomRealDate_Day = _wtoi(GetItemText(kDay).c_str());
-  settings.WriteKey(L"iCustomRealDate_Month", settings.iCustomRealDate_Month);
-  settings.WriteKey(L"iCustomRealDate_Day", settings.iCustomRealDate_Day);
+  settings.WriteKey(&Settings::iCustomRealDate_Month);
+  settings.WriteKey(&Settings::iCustomRealDate_Day);
   EndDialog(IDOK);
-}
-
-void OpenCustomRealDateDialog(HWND owner) {
-  CConfCustomRealDate dialog;
-  dialog.DoModal(owner);
 }

@@ -17,5 +17,3 @@ class CConfCustomRealDate : public CDialog {
   bool OnInitDialog() override;
   void OnOk();
 };
-
-void OpenCustomRealDateDialog(HWND owner);

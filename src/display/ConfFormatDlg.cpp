@@ -7,6 +7,7 @@
 #include <iterator>
 
 #include "app/ListSchemas.h"
+#include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
 #include "controls/Color.h"
@@ -86,7 +87,7 @@ constexpr auto kControls = JoinControls(
     OkCancelRow(kWidth - kMargin, kOkY));
 
 bool SameType(const std::wstring& a, const wchar_t* b) {
-  return _wcsicmp(a.c_str(), b) == 0;
+  return SameTextIgnoringCase(a, b);
 }
 
 // The range text of row `i` among thresholds listed top to bottom, largest first as the bands expect.
@@ -101,12 +102,6 @@ std::wstring RangeText(const std::vector<int>& t, size_t i, bool topDown) {
     swprintf(text, std::size(text), Text(strRangeOpen), t[i], word, t[i]);
   else
     swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i], t[i - 1] - 1);
-  return text;
-}
-
-std::wstring ShownText(HWND list, int row, int column) {
-  wchar_t text[256] = {};
-  ListView_GetItemText(list, row, column, text, static_cast<int>(std::size(text)));
   return text;
 }
 
@@ -136,7 +131,7 @@ void CConfFormatDlg::OnOpened() {
 std::vector<size_t> CConfFormatDlg::RowsOfTab(size_t which) const {
   std::vector<size_t> rows;
   for (size_t row = 0; row < listFile.RowCount(); ++row) {
-    if (SameType(listFile.Cell(row, L"type"), kTabs[which].type)) rows.push_back(row);
+    if (SameType(listFile.Cell(row, strColumnType.English()), kTabs[which].type)) rows.push_back(row);
   }
   return rows;
 }
@@ -146,7 +141,7 @@ void CConfFormatDlg::SortOldFile() {
     const std::vector<size_t> positions = RowsOfTab(which);
     std::vector<QcsvDocument::Row> rows;
     for (size_t position : positions) rows.push_back(listFile.RowAt(position));
-    const auto threshold = static_cast<size_t>(listFile.ColumnIndex(L"threshold"));
+    const auto threshold = static_cast<size_t>(listFile.ColumnIndex(strColumnThreshold.English()));
     std::stable_sort(rows.begin(), rows.end(), [threshold](const auto& a, const auto& b) {
       return LeadingNumber(a[threshold]) > LeadingNumber(b[threshold]);
     });
@@ -187,7 +182,7 @@ LRESULT CConfFormatDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
   if (draw.nmcd.dwDrawStage != (CDDS_ITEMPREPAINT | CDDS_SUBITEM)) return CDRF_DODEFAULT;
   const size_t row = draw.nmcd.dwItemSpec;
   const COLORREF color = draw.iSubItem == kColorColumn && row < Rows().RowCount()
-                             ? ParseColorHex(Rows().Cell(row, L"color"), kColorNone)
+                             ? ParseColorHex(Rows().Cell(row, strColumnColor.English()), kColorNone)
                              : kColorNone;
   // Every cell sets its colours: the list keeps the last ones for the cells after it.
   draw.clrText = GetSysColor(COLOR_WINDOWTEXT);
@@ -217,7 +212,7 @@ void CConfFormatDlg::UpdateRangeTexts() {
   const int count = ListView_GetItemCount(list);
   std::vector<int> thresholds;
   for (int row = 0; row < count; ++row)
-    thresholds.push_back(LeadingNumber(ShownText(list, row, kThresholdColumn)));
+    thresholds.push_back(LeadingNumber(ListViewItemText(list, row, kThresholdColumn)));
   for (int row = 0; row < count; ++row) {
     std::wstring text = RangeText(thresholds, static_cast<size_t>(row), topDown);
     ListView_SetItemText(list, row, kThresholdColumn, text.data());
@@ -231,7 +226,7 @@ void CConfFormatDlg::FitColumns() {
   for (int column = 0; column + 1 < columns; ++column) {
     int width = ListView_GetStringWidth(list, Text(kListColorColumns[column]));
     for (int row = 0; row < count; ++row)
-      width = std::max(width, ListView_GetStringWidth(list, ShownText(list, row, column).c_str()));
+      width = std::max(width, ListView_GetStringWidth(list, ListViewItemText(list, row, column).c_str()));
     // Room for the cell's margins, as the header's own width has.
     ListView_SetColumnWidth(list, column, width + ToDpi(list, 15));
   }
@@ -239,16 +234,16 @@ void CConfFormatDlg::FitColumns() {
 }
 
 bool CConfFormatDlg::EditItem(RowCells& cells, bool adding) {
-  const COLORREF color =
-      adding ? ParseColorHex(kDefaultBandColor, kColorNone) : ParseColorHex(cells.Get(L"color"), kColorNone);
-  CConfFormatItemDlg item(cells.Get(L"threshold"), color);
+  const COLORREF color = adding ? ParseColorHex(kDefaultBandColor, kColorNone)
+                                : ParseColorHex(cells.Get(strColumnColor.English()), kColorNone);
+  CConfFormatItemDlg item(cells.Get(strColumnThreshold.English()), color);
   if (item.DoModal(handle) != IDOK) return false;
-  cells.Set(L"threshold", item.threshold);
+  cells.Set(strColumnThreshold.English(), item.threshold);
   // A field cleared in the palette menu leaves the band's colour as it was.
-  if (item.color != kColorNone) cells.Set(L"color", FormatColorHex(item.color));
+  if (item.color != kColorNone) cells.Set(strColumnColor.English(), FormatColorHex(item.color));
   if (adding) {
-    cells.Set(L"type", kTabs[tab].type);
-    if (item.color == kColorNone) cells.Set(L"color", kDefaultBandColor);
+    cells.Set(strColumnType.English(), kTabs[tab].type);
+    if (item.color == kColorNone) cells.Set(strColumnColor.English(), kDefaultBandColor);
   }
   return true;
 }
@@ -258,9 +253,4 @@ void CConfFormatDlg::StoreOptions() {
   listFile.SetOption(kVersionOption, kCurrentVersion);
   listFile.SetOption(kAddSpaceOption, IsChecked(kAddSpace) ? 1 : 0);
   listFile.SetOption(kTopDownOption, topDown ? 1 : 0);
-}
-
-void OpenListFormatDialog(HWND owner) {
-  CConfFormatDlg dialog;
-  dialog.DoModal(owner);
 }

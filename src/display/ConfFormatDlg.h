@@ -49,6 +49,3 @@ class CConfFormatDlg : public CListEditorDlg {
   size_t tab = 0;
   bool topDown = false;
 };
-
-// The "Config" button of the list format row of the main dialog.
-void OpenListFormatDialog(HWND owner);

@@ -2,6 +2,7 @@
 
 #include <cwchar>
 
+#include "app/ExtensionNotify.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
@@ -27,7 +28,8 @@ constexpr TextPair strQuestNpcDirName{L"Quest NPC Direction", L"クエストNPC�
 // What each item shows while it is placed: roughly what the extension draws there.
 constexpr TextPair strFrameSample{L" 12.3 fps", L" 12.3 fps"};
 constexpr TextPair strStaminaSample{L"ST:123/123", L"ST:123/123"};
-constexpr TextPair strEtherwindSample{L"Etherwind Alert", L"エーテルの風 注意報"};
+// The alert shows its own name.
+constexpr const TextPair& strEtherwindSample = strEtherwindName;
 constexpr TextPair strQuestCountSample{L"Quest:0(0)", L"依頼残り:0(0)"};
 constexpr TextPair strQuestNpcDirSample{L"\u3000←\u3000Quest NPC Direction", L"\u3000←\u3000クエストNPC方向"};
 
@@ -75,7 +77,7 @@ BOOL CALLBACK TakeGameWindow(HWND window, LPARAM found) {
 }  // namespace
 
 HWND FindGameThroughExtension() {
-  HWND extension = FindWindowW(kExtensionWindowClass, Text(strProductName));
+  HWND extension = FindExtensionWindow();
   if (!extension) return nullptr;
   HWND game = reinterpret_cast<HWND>(GetWindowLongPtrW(extension, kExtensionGameSlot));
   return IsWindow(game) ? game : nullptr;
@@ -90,6 +92,9 @@ HWND FindGameMainWindow() {
 PackedPosition DecodePackedPosition(int32_t value) {
   return {value / 100000000, {(value / 10000) % 10000, value % 10000}};
 }
+
+CConfInfoLayerDlg::CConfInfoLayerDlg()
+    : CConfInfoLayerDlg(CombinePath(Paths().programFolder, kInfoLayerFile)) {}
 
 CConfInfoLayerDlg::CConfInfoLayerDlg(std::wstring path)
     : CDialog(kDialog, kControls),
@@ -175,20 +180,14 @@ void CConfInfoLayerDlg::PlaceItems() {
 
 void CConfInfoLayerDlg::OnContextMenu(HWND, POINT screen) {
   PlaceItems();
-  MenuHandle menu(CreatePopupMenu());
-  AppendMenuW(menu.get(), MF_STRING, kResetAll, Text(strResetPosition));
-  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
-  for (size_t i = 0; i < items.size(); ++i) {
-    AppendMenuW(menu.get(), MF_STRING, kResetFirstItem + i, Text(*items[i].displayName));
-  }
+  PopupMenu menu;
+  menu.Add(kResetAll, Text(strResetPosition));
+  menu.AddSeparator();
+  for (size_t i = 0; i < items.size(); ++i) menu.Add(kResetFirstItem + i, Text(*items[i].displayName));
   // A menu asked for from the keyboard opens at the picture's corner.
-  POINT at = screen;
-  if (at.x == -1 && at.y == -1) {
-    at = {0, 0};
-    ClientToScreen(handle, &at);
-  }
+  const POINT at = ContextMenuPoint(screen, handle, {0, 0});
   const int command =
-      ShowPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD, at, handle);
+      ShowPopupMenu(menu.Get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD, at, handle);
   if (command == kResetAll) {
     if (ShowMessage(handle, Text(strResetQuestion), Text(strProductName), MB_YESNO) == IDYES) {
       for (CDraggableStaticCtrl& item : items) item.MoveTo({0, 0});
@@ -219,9 +218,4 @@ void CConfInfoLayerDlg::Save() {
     listFile.SetOption(key + L"_colBack", FormatColorHex(item.background));
   }
   listFile.Write(path, handle);
-}
-
-void OpenInfoLayerDialog(HWND owner) {
-  CConfInfoLayerDlg dialog(CombinePath(Paths().programFolder, kInfoLayerFile));
-  dialog.DoModal(owner);
 }

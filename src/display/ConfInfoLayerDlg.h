@@ -38,6 +38,8 @@ class CConfInfoLayerDlg : public CDialog {
   // Commands of the dialog's menu: reset all, then one per item in item order.
   enum : int { kResetAll = 1, kResetFirstItem = 2 };
 
+  // On InfoLayer.qcsv in the tool's folder, as the main dialog opens it.
+  CConfInfoLayerDlg();
   explicit CConfInfoLayerDlg(std::wstring path);
 
   BEGIN_MSG_MAP(CConfInfoLayerDlg)
@@ -68,7 +70,3 @@ class CConfInfoLayerDlg : public CDialog {
   BitmapHandle picture;
   FontHandle gameFont;
 };
-
-// Opens the editor on InfoLayer.qcsv in the tool's folder: the main dialog's "Config" button of the
-// information positions.
-void OpenInfoLayerDialog(HWND owner);

@@ -148,8 +148,3 @@ void CConfScreenshotDlg::OnOk() {
   settings.iJpegQuality = TrackPos(kQuality);
   EndDialog(IDOK);
 }
-
-void OpenScreenshotDialog(HWND owner) {
-  CConfScreenshotDlg dialog;
-  dialog.DoModal(owner);
-}

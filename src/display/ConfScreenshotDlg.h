@@ -47,5 +47,3 @@ class CConfScreenshotDlg : public CDialog {
   // Set while the dialog itself writes the quality edit, whose change then is no typing.
   bool settingQuality = false;
 };
-
-void OpenScreenshotDialog(HWND owner);

@@ -1,7 +1,5 @@
 #include "display/ConfStockDlg.h"
 
-#include "app/ExtensionNotify.h"
-#include "app/Settings.h"
 #include "app/Strings.h"
 
 namespace {
@@ -73,31 +71,9 @@ constexpr auto kControls = JoinControls(
     }},
     OkCancelRow(kWidth - kMargin, kButtonsY, Anchor::TopLeft));
 
-constexpr int kTypeCount = 3;
+// No choice stores Type 1.
+constexpr RadioSetting kSetting{&Settings::iStockMK, Dlg::kType1, 3, 1, kFlagStock};
 
 }  // namespace
 
-CConfStockDlg::CConfStockDlg() : CDialog(kDialog, kControls) {}
-
-bool CConfStockDlg::OnInitDialog() {
-  const int type = GlobalSettings().iStockMK;
-  if (type >= 1 && type <= kTypeCount) CheckButton(kType1 + type - 1, true);
-  return true;
-}
-
-void CConfStockDlg::OnOk() {
-  int type = 1;
-  for (int i = kTypeCount; i >= 1; --i) {
-    if (IsChecked(kType1 + i - 1)) type = i;
-  }
-  Settings& settings = GlobalSettings();
-  settings.iStockMK = type;
-  settings.WriteKey(L"iStockMK", type);
-  NotifyExtensionFromLastWindow(kFlagStock);
-  EndDialog(IDOK);
-}
-
-void OpenStockDialog(HWND owner) {
-  CConfStockDlg dialog;
-  dialog.DoModal(owner);
-}
+CConfStockDlg::CConfStockDlg() : CRadioSettingDlg(kDialog, kControls, kSetting) {}

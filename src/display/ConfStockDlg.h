@@ -1,9 +1,9 @@
 #pragma once
-#include "ui/Dialog.h"
+#include "display/RadioSettingDlg.h"
 
 // Chooses how the extension shortens large stock numbers (Type 1 to Type 3), each type shown with its
 // samples and description beside the plain numbers. OK writes iStockMK at once and tells the extension.
-class CConfStockDlg : public CDialog {
+class CConfStockDlg : public CRadioSettingDlg {
  public:
   enum : uint16_t {
     kType1 = 1000,
@@ -20,14 +20,4 @@ class CConfStockDlg : public CDialog {
   };
 
   CConfStockDlg();
-
-  BEGIN_MSG_MAP(CConfStockDlg)
-    COMMAND_ID_HANDLER(IDOK, OnOk)
-  END_MSG_MAP()
-
- private:
-  bool OnInitDialog() override;
-  void OnOk();
 };
-
-void OpenStockDialog(HWND owner);

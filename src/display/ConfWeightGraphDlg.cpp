@@ -71,15 +71,10 @@ void CConfWeightGraphDlg::OnOk() {
   settings.iWeightGraphColor_Gain = typed(kGainEdit);
   settings.iWeightGraphColor_Current = typed(kCurrentEdit);
   settings.iWeightGraphColor_Lose = typed(kLoseEdit);
-  settings.WriteKey(L"iWeightGraphPosition_Right", settings.iWeightGraphPosition_Right);
-  settings.WriteKey(L"iWeightGraphColor_Gain", settings.iWeightGraphColor_Gain);
-  settings.WriteKey(L"iWeightGraphColor_Current", settings.iWeightGraphColor_Current);
-  settings.WriteKey(L"iWeightGraphColor_Lose", settings.iWeightGraphColor_Lose);
+  settings.WriteKey(&Settings::iWeightGraphPosition_Right);
+  settings.WriteKey(&Settings::iWeightGraphColor_Gain);
+  settings.WriteKey(&Settings::iWeightGraphColor_Current);
+  settings.WriteKey(&Settings::iWeightGraphColor_Lose);
   NotifyExtensionFromLastWindow(kFlagWeightGraph);
   EndDialog(IDOK);
-}
-
-void OpenWeightGraphDialog(HWND owner) {
-  CConfWeightGraphDlg dialog;
-  dialog.DoModal(owner);
 }

@@ -41,5 +41,3 @@ class CConfWeightGraphDlg : public CDialog {
   ColorField currentField;
   ColorField loseField;
 };
-
-void OpenWeightGraphDialog(HWND owner);

@@ -114,21 +114,21 @@ void CDraggableStaticCtrl::EndDrag() {
 
 void CDraggableStaticCtrl::OnContextMenu(HWND, POINT screen) {
   if (anchor == 0) anchor = kAnchorTopLeft;
-  MenuHandle menu(CreatePopupMenu());
-  AppendMenuW(menu.get(), MF_STRING | MF_GRAYED, 0, Text(strAnchor));
-  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
+  PopupMenu menu;
+  menu.Add(0, Text(strAnchor), MF_STRING | MF_GRAYED);
+  menu.AddSeparator();
   for (int32_t corner = kAnchorTopLeft; corner <= kAnchorBottomRight; ++corner) {
-    AppendMenuW(menu.get(), MF_STRING | (corner == anchor ? MF_CHECKED : MF_UNCHECKED),
-                static_cast<UINT_PTR>(corner), Text(kAnchorNames[corner - 1]));
+    menu.Add(static_cast<UINT_PTR>(corner), Text(kAnchorNames[corner - 1]),
+             MF_STRING | (corner == anchor ? MF_CHECKED : MF_UNCHECKED));
   }
-  AppendMenuW(menu.get(), MF_SEPARATOR, 0, nullptr);
-  AppendMenuW(menu.get(), MF_STRING, kSelectColor, Text(strSelectColor));
+  menu.AddSeparator();
+  menu.Add(kSelectColor, Text(strSelectColor));
 
   // A menu asked for from the keyboard opens at the item.
-  const POINT at = screen.x == -1 && screen.y == -1 ? OnScreen({0, 0}) : screen;
+  const POINT at = ContextMenuPoint(screen, handle, {0, 0});
   const HWND dialog = GetParent(handle);
   const int command =
-      ShowPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD, at, dialog);
+      ShowPopupMenu(menu.Get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RIGHTBUTTON | TPM_RETURNCMD, at, dialog);
   if (command >= kAnchorTopLeft && command <= kAnchorBottomRight) {
     anchor = command;
   } else if (command == kSelectColor) {

@@ -19,11 +19,6 @@ inline constexpr int32_t kAnchorBottomRight = 4;
 // pixel: the mirror is its own inverse. The item's own size never enters.
 POINT AnchoredOffset(int32_t anchor, POINT point, SIZE area);
 
-struct MenuDeleter {
-  void operator()(HMENU__* menu) const { DestroyMenu(menu); }
-};
-using MenuHandle = std::unique_ptr<HMENU__, MenuDeleter>;
-
 // One information item over the game's picture: a static text the user drags (4-pixel steps, every
 // pixel while Alt is held), anchors to a corner and colours from its right-click menu. It shows its
 // sample text in the text colour with a one-pixel edge in the edge colour, on the picture behind it.

@@ -8,7 +8,8 @@ constexpr TextPair strTextColor{L"Text Color", L"文字の色"};
 constexpr TextPair strEdgeColor{L"Edge Color", L"縁の色"};
 
 using Dlg = CSelectEdgedTextColor;
-constexpr DialogDef kDialog{&strTitleEdgedTextColor, 0, 0, 216, 78, DialogStyle::kModal, 0, kCenterOnOwner};
+constexpr DialogDef kDialog{&strTitleEdgedTextColor, 0, 0, Layout::kColorDialogW, 78, DialogStyle::kModal, 0,
+                            kCenterOnOwner};
 constexpr auto kControls =
     JoinControls(ColorFieldRow(Dlg::kTextLabel, 6, 6, &strTextColor),
                  ColorFieldRow(Dlg::kEdgeLabel, 6, 24, &strEdgeColor), OkCancelRow(211, 54, Anchor::TopLeft));

@@ -31,7 +31,8 @@ CConfEnchantFinderDlg::CConfEnchantFinderDlg() : CListEditorDlg(kDialog, kContro
 void CConfEnchantFinderDlg::OnOpened() {
   ShowDataFileNote(handle, LoadEnchantTable());
   listView.cellText = [this](size_t row, int column) {
-    const std::wstring cell = Rows().Cell(row, column == kColorColumn ? L"color" : L"enchant");
+    const std::wstring cell =
+        Rows().Cell(row, column == kColorColumn ? strColumnColor.English() : strColumnEnchant.English());
     return column == kColorColumn ? cell : EnchantmentName(cell);
   };
 }
@@ -44,11 +45,12 @@ void CConfEnchantFinderDlg::OnRowsChanged() {
 }
 
 bool CConfEnchantFinderDlg::EditItem(RowCells& cells, bool adding) {
-  CConfEnchantFinderItemDlg item(cells.Get(L"enchant"),
-                                 ParseColorHex(adding ? L"#000000" : cells.Get(L"color"), kColorNone));
+  CConfEnchantFinderItemDlg item(
+      cells.Get(strColumnEnchant.English()),
+      ParseColorHex(adding ? L"#000000" : cells.Get(strColumnColor.English()), kColorNone));
   if (item.DoModal(handle) != IDOK || item.enchant.empty()) return false;
-  cells.Set(L"enchant", item.enchant);
-  cells.Set(L"color", FormatColorHex(item.color));
+  cells.Set(strColumnEnchant.English(), item.enchant);
+  cells.Set(strColumnColor.English(), FormatColorHex(item.color));
   return true;
 }
 
@@ -59,14 +61,9 @@ LRESULT CConfEnchantFinderDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
   if (draw.nmcd.dwDrawStage != (CDDS_ITEMPREPAINT | CDDS_SUBITEM)) return CDRF_DODEFAULT;
   const auto row = static_cast<size_t>(draw.nmcd.dwItemSpec);
   const COLORREF color = draw.iSubItem == kColorColumn && row < Rows().RowCount()
-                             ? ParseColorHex(Rows().Cell(row, L"color"), kColorNone)
+                             ? ParseColorHex(Rows().Cell(row, strColumnColor.English()), kColorNone)
                              : kColorNone;
   draw.clrTextBk = color == kColorNone ? GetSysColor(COLOR_WINDOW) : color;
   draw.clrText = color == kColorNone ? GetSysColor(COLOR_WINDOWTEXT) : ContrastText(color);
   return CDRF_NEWFONT;
-}
-
-void OpenEnchantFinderDialog(HWND owner) {
-  CConfEnchantFinderDlg dialog;
-  dialog.DoModal(owner);
 }

@@ -22,6 +22,3 @@ class CConfEnchantFinderDlg : public CListEditorDlg {
  private:
   LRESULT OnDraw(NMLVCUSTOMDRAW& draw);
 };
-
-// The main dialog's "Config" button of "Enable 'Enchant Finder'".
-void OpenEnchantFinderDialog(HWND owner);

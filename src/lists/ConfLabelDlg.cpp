@@ -20,17 +20,14 @@ constexpr auto kControls = JoinControls(EditorButtons(Dlg::kAdd, &strAdd), Edito
 CConfLabelDlg::CConfLabelDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
 
 bool CConfLabelDlg::EditItem(RowCells& cells, bool adding) {
-  CConfLabelItemDlg item(cells.Get(L"keyword"), cells.IsOn(L"regex"), cells.IsOn(L"exact"),
-                         ParseColorHex(adding ? L"#000000" : cells.Get(L"color"), kColorNone));
+  CConfLabelItemDlg item(
+      cells.Get(strColumnKeyword.English()), cells.IsOn(strColumnRegex.English()),
+      cells.IsOn(strColumnExact.English()),
+      ParseColorHex(adding ? L"#000000" : cells.Get(strColumnColor.English()), kColorNone));
   if (item.DoModal(handle) != IDOK || (adding && item.keyword.empty())) return false;
-  cells.Set(L"keyword", item.keyword);
-  cells.SetOn(L"regex", item.regex);
-  cells.SetOn(L"exact", item.exact);
-  cells.Set(L"color", FormatColorHex(item.color));
+  cells.Set(strColumnKeyword.English(), item.keyword);
+  cells.SetOn(strColumnRegex.English(), item.regex);
+  cells.SetOn(strColumnExact.English(), item.exact);
+  cells.Set(strColumnColor.English(), FormatColorHex(item.color));
   return true;
-}
-
-void OpenLabelDialog(HWND owner) {
-  CConfLabelDlg dialog;
-  dialog.DoModal(owner);
 }

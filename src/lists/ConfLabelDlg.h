@@ -16,6 +16,3 @@ class CConfLabelDlg : public CListEditorDlg {
  protected:
   bool EditItem(RowCells& cells, bool adding) override;
 };
-
-// The main dialog's "Config" button of "Enable 'Label'".
-void OpenLabelDialog(HWND owner);

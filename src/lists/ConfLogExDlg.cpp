@@ -64,7 +64,6 @@ constexpr auto kControls = JoinControls(
 
 constexpr ListEditorDef kEditor{kLogExFile, kLogExColumns, kFlagLogExtractor, Dlg::kList,
                                 Dlg::kAdd,  Dlg::kEdit,    Dlg::kDelete};
-constexpr const wchar_t* kColorCell = strColumnColor.English();
 
 // An option's number; a missing one, or one that is no number, gives the fallback.
 int NumberOption(const QcsvDocument& file, const wchar_t* name, int fallback) {
@@ -138,7 +137,7 @@ bool CConfLogExDlg::EditItem(RowCells& cells, bool adding) {
     item.talk = cells.IsOn(strColumnTalk.English());
     item.sound = cells.Get(strColumnSound.English());
     item.volume = _wtoi(cells.Get(strColumnVolume.English()).c_str());
-    item.color = cells.Get(kColorCell);
+    item.color = cells.Get(strColumnColor.English());
   }
   if (item.DoModal(handle) != IDOK) return false;
   if (adding && item.keyword.empty()) return false;
@@ -148,7 +147,7 @@ bool CConfLogExDlg::EditItem(RowCells& cells, bool adding) {
   cells.SetOn(strColumnTalk.English(), item.talk);
   cells.Set(strColumnSound.English(), item.sound);
   cells.Set(strColumnVolume.English(), std::to_wstring(item.volume));
-  cells.Set(kColorCell, item.color);
+  cells.Set(strColumnColor.English(), item.color);
   return true;
 }
 
@@ -195,7 +194,8 @@ LRESULT CConfLogExDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
     case CDDS_ITEMPREPAINT | CDDS_SUBITEM:
       // The rule's colour as the log window shows it; all else stays plain.
       if (draw.iSubItem == kColorColumn && draw.nmcd.dwItemSpec < Rows().RowCount()) {
-        const COLORREF color = ParseColorHex(Rows().Cell(draw.nmcd.dwItemSpec, kColorCell), kColorNone);
+        const COLORREF color =
+            ParseColorHex(Rows().Cell(draw.nmcd.dwItemSpec, strColumnColor.English()), kColorNone);
         draw.clrText = color == kColorNone ? GetSysColor(COLOR_WINDOWTEXT) : color;
         draw.clrTextBk = bkColor & 0xFFFFFF;
       } else {
@@ -214,9 +214,4 @@ void CConfLogExDlg::OnHelp() {
   if (ShowMessage(handle, question, Text(strTitleMusicExtender), MB_YESNO | MB_ICONQUESTION) == IDYES) {
     ShellOpen(handle, LogExHelpUrl());
   }
-}
-
-void OpenLogExDialog(HWND owner) {
-  CConfLogExDlg dialog;
-  dialog.DoModal(owner);
 }

@@ -79,7 +79,3 @@ class CConfLogExDlg : public CListEditorDlg {
   bool fontItalic = false;
   COLORREF bkColor = kColorNone;
 };
-
-// Opens the editor on LogEx.qcsv in the tool's folder: the main dialog's "Config" button of the Log
-// Extractor switch.
-void OpenLogExDialog(HWND owner);

@@ -62,21 +62,9 @@ constexpr auto kControls =
                                              kRowH, kButtonStyle, 0, &strAudition}}},
                  kColorRow, OkCancelRow(kRight, kOkY, Anchor::TopLeft));
 
-struct MenuDeleter {
-  void operator()(HMENU menu) const { DestroyMenu(menu); }
-};
-using MenuHandle = std::unique_ptr<std::remove_pointer_t<HMENU>, MenuDeleter>;
-
 // The ".wav" files of a folder by name, in alphabetical order.
 std::vector<std::wstring> WaveFiles(const std::wstring& folder) {
-  std::vector<std::wstring> names;
-  WIN32_FIND_DATAW found;
-  HANDLE search = FindFirstFileW(CombinePath(folder, L"*.wav").c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return names;
-  do {
-    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.emplace_back(found.cFileName);
-  } while (FindNextFileW(search, &found));
-  FindClose(search);
+  std::vector<std::wstring> names = FileNamesIn(folder, L"*.wav");
   std::sort(names.begin(), names.end(),
             [](const std::wstring& a, const std::wstring& b) { return lstrcmpiW(a.c_str(), b.c_str()) < 0; });
   return names;
@@ -118,12 +106,12 @@ void CConfLogExItemDlg::OnVolume() {
 
 void CConfLogExItemDlg::OnSoundSelect() {
   const std::vector<std::wstring> names = WaveFiles(Paths().gameSounds);
-  MenuHandle menu(CreatePopupMenu());
-  if (names.empty()) AppendMenuW(menu.get(), MF_STRING | MF_GRAYED, 1, Text(strNoItems));
-  for (size_t i = 0; i < names.size(); ++i) AppendMenuW(menu.get(), MF_STRING, i + 1, names[i].c_str());
+  PopupMenu menu;
+  if (names.empty()) menu.Add(1, Text(strNoItems), MF_STRING | MF_GRAYED);
+  for (size_t i = 0; i < names.size(); ++i) menu.Add(i + 1, names[i].c_str());
   POINT cursor{};
   GetCursorPos(&cursor);
-  const int command = ShowPopupMenu(menu.get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RETURNCMD, cursor, handle);
+  const int command = ShowPopupMenu(menu.Get(), TPM_LEFTALIGN | TPM_TOPALIGN | TPM_RETURNCMD, cursor, handle);
   if (command < 1 || static_cast<size_t>(command) > names.size()) return;
   SetItemText(kSound, names[static_cast<size_t>(command) - 1]);
 }

@@ -39,18 +39,13 @@ void CConfQuickSearchDlg::StoreOptions() {
 }
 
 bool CConfQuickSearchDlg::EditItem(RowCells& cells, bool adding) {
-  CConfQuickSearchItemDlg item(cells.Get(L"keyword"));
+  CConfQuickSearchItemDlg item(cells.Get(strColumnKeyword.English()));
   if (item.DoModal(handle) != IDOK || (adding && item.keyword.empty())) return false;
-  cells.Set(L"keyword", item.keyword);
+  cells.Set(strColumnKeyword.English(), item.keyword);
   return true;
 }
 
 void CConfQuickSearchDlg::OnFlashColors() {
   CConfQuickSearchFlashDlg flash(flashColors);
   if (flash.DoModal(handle) == IDOK) flashColors = flash.colors;
-}
-
-void OpenQuickSearchDialog(HWND owner) {
-  CConfQuickSearchDlg dialog;
-  dialog.DoModal(owner);
 }

@@ -26,6 +26,3 @@ class CConfQuickSearchDlg : public CListEditorDlg {
 
   std::array<COLORREF, 3> flashColors{};
 };
-
-// The main dialog's "Config" button of "Enable 'Quick Search'".
-void OpenQuickSearchDialog(HWND owner);

@@ -103,7 +103,7 @@ void CConfBGMExDlg::OnSaved() {
   // Only once the list is saved: a failed save leaves the dialog open, and Cancel must still change nothing.
   Settings& settings = GlobalSettings();
   settings.enMusicExtender_NoReplace = IsChecked(kDisableMusiclist) ? 1 : 0;
-  settings.WriteKey(L"enMusicExtender_NoReplace", settings.enMusicExtender_NoReplace);
+  settings.WriteKey(&Settings::enMusicExtender_NoReplace);
 }
 
 void CConfBGMExDlg::OnRowsChanged() {
@@ -239,21 +239,17 @@ LRESULT CConfBGMExDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
 void CConfBGMExDlg::OnContextMenu(HWND window, POINT screen) {
   const int row = CurrentRow();
   if (window != listView.Handle() || row < 0) return;
-  if (screen.x == -1 && screen.y == -1) {
-    RECT rect{};
-    ListView_GetItemRect(window, row, &rect, LVIR_LABEL);
-    screen = {rect.left, rect.bottom};
-    ClientToScreen(window, &screen);
-  }
-  HMENU menu = CreatePopupMenu();
-  AppendMenuW(menu, MF_STRING, kEdit, Text(strEditItem));
-  AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-  AppendMenuW(menu, MF_STRING, kAddCondition, Text(strAddCondition));
-  AppendMenuW(menu, MF_STRING, kAddCommentMenu, Text(strAddCommentItem));
-  AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
-  AppendMenuW(menu, MF_STRING, kDelete, Text(strDeleteItem));
-  const int command = ShowPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_NONOTIFY, screen, handle);
-  DestroyMenu(menu);
+  RECT rect{};
+  ListView_GetItemRect(window, row, &rect, LVIR_LABEL);
+  PopupMenu menu;
+  menu.Add(kEdit, Text(strEditItem));
+  menu.AddSeparator();
+  menu.Add(kAddCondition, Text(strAddCondition));
+  menu.Add(kAddCommentMenu, Text(strAddCommentItem));
+  menu.AddSeparator();
+  menu.Add(kDelete, Text(strDeleteItem));
+  const int command = ShowPopupMenu(menu.Get(), TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_NONOTIFY,
+                                    ContextMenuPoint(screen, window, {rect.left, rect.bottom}), handle);
   if (command) Send(WM_COMMAND, MAKEWPARAM(command, 0), 0);
 }
 
@@ -262,9 +258,4 @@ LRESULT CConfBGMExDlg::OnHelp(WPARAM, LPARAM) {
       IDYES)
     ShellOpen(handle, std::wstring(kSiteUrl) + kHelpPage);
   return TRUE;
-}
-
-void OpenMusicExtenderDialog(HWND owner) {
-  CConfBGMExDlg dialog;
-  dialog.DoModal(owner);
 }

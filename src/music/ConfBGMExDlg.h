@@ -67,6 +67,3 @@ class CConfBGMExDlg : public CListEditorDlg {
   std::wstring soundFont;
   bool columnsSized = false;
 };
-
-// Opens the dialog on BGMEx.qcsv in the tool's folder: the "Config" button of the Music Extender switch.
-void OpenMusicExtenderDialog(HWND owner);

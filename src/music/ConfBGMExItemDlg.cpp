@@ -5,12 +5,16 @@
 
 #include <array>
 #include <cwchar>
+#include <iterator>
 #include <regex>
+#include <utility>
 
+#include "app/ExtensionNotify.h"
 #include "app/GameDataFile.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
+#include "app/QcsvDocument.h"
 #include "app/Strings.h"
 #include "audio/AudioLibraries.h"
 #include "music/SceneTable.h"
@@ -50,18 +54,19 @@ constexpr TextPair strNotSupported{L"not supported file type.", L"は、この�
 constexpr TextPair strNoTarget{L"Choose at least one replace target.",
                                L"対象ファイルを一つ以上選んでください。"};
 
-#define VRK_NUMBER(n) \
-  TextPair {          \
-    L## #n, L## #n    \
-  }
-constexpr TextPair kNumbers[] = {
-    VRK_NUMBER(1),  VRK_NUMBER(2),  VRK_NUMBER(3),  VRK_NUMBER(4),  VRK_NUMBER(5),  VRK_NUMBER(6),
-    VRK_NUMBER(7),  VRK_NUMBER(8),  VRK_NUMBER(9),  VRK_NUMBER(10), VRK_NUMBER(11), VRK_NUMBER(12),
-    VRK_NUMBER(13), VRK_NUMBER(14), VRK_NUMBER(15), VRK_NUMBER(16), VRK_NUMBER(17), VRK_NUMBER(18),
-    VRK_NUMBER(19), VRK_NUMBER(20), VRK_NUMBER(21), VRK_NUMBER(22), VRK_NUMBER(23), VRK_NUMBER(24),
-    VRK_NUMBER(25), VRK_NUMBER(26), VRK_NUMBER(27), VRK_NUMBER(28), VRK_NUMBER(29), VRK_NUMBER(30),
-};
-#undef VRK_NUMBER
+// The toggle buttons' numbers, "1" to "30", the same in both languages.
+constexpr auto kNumberTexts = [] {
+  std::array<std::array<wchar_t, 3>, 30> texts{};
+  for (int n = 1; n <= 30; ++n)
+    texts[n - 1] = {static_cast<wchar_t>(n < 10 ? L'0' + n : L'0' + n / 10),
+                    static_cast<wchar_t>(n < 10 ? 0 : L'0' + n % 10), 0};
+  return texts;
+}();
+constexpr auto kNumbers = [] {
+  std::array<TextPair, 30> pairs{};
+  for (size_t i = 0; i < pairs.size(); ++i) pairs[i] = {kNumberTexts[i].data(), kNumberTexts[i].data()};
+  return pairs;
+}();
 
 // The periods that count as daytime: Dawn, Morning and Noon.
 constexpr bool IsDaytime(int period) {
@@ -73,7 +78,7 @@ constexpr DWORD kCandidateStyle =
     LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | WS_VSCROLL | WS_HSCROLL | WS_BORDER | WS_TABSTOP;
 constexpr DWORD kChosenStyle = LVS_REPORT | LVS_SHOWSELALWAYS | LVS_SINGLESEL | WS_BORDER | WS_TABSTOP;
 
-constexpr std::array<ControlDef, 18> kLists{{
+constexpr std::array<ControlDef, 10> kLists{{
     {Ctl::Static, 0xFFFF, 6, 6, 60, 8, SS_LEFT, 0, &strReplaceTarget},
     {Ctl::ListBox, Dlg::kTargetCandidates, 6, 18, 246, 72, kCandidateStyle | LBS_USETABSTOPS, 0, kNoText},
     {Ctl::Button, Dlg::kRemoveTarget, 66, 96, 60, 18, Layout::kButtonStyle, 0, &strUp},
@@ -84,128 +89,62 @@ constexpr std::array<ControlDef, 18> kLists{{
     {Ctl::Button, Dlg::kRemoveFile, 270, 96, 60, 18, Layout::kButtonStyle, 0, &strUp},
     {Ctl::Button, Dlg::kAddFile, 336, 96, 60, 18, Layout::kButtonStyle, 0, &strDown},
     {Ctl::ListView, Dlg::kPlaylist, 264, 120, 138, 216, kChosenStyle | LVS_NOCOLUMNHEADER, 0, kNoText},
-    {Ctl::Button, 0xFFFF, 414, 6, 96, 132, BS_GROUPBOX, 0, &strMonthGroup},
-    {Ctl::Button, 0xFFFF, 414, 144, 192, 192, BS_GROUPBOX, 0, &strDayGroup},
-    {Ctl::Button, 0xFFFF, 516, 6, 90, 102, BS_GROUPBOX, 0, &strTimeGroup},
+}};
+constexpr std::array<ControlDef, 1> kMonthGroup{
+    {{Ctl::Button, 0xFFFF, 414, 6, 96, 132, BS_GROUPBOX, 0, &strMonthGroup}}};
+constexpr std::array<ControlDef, 1> kDayGroup{
+    {{Ctl::Button, 0xFFFF, 414, 144, 192, 192, BS_GROUPBOX, 0, &strDayGroup}}};
+constexpr std::array<ControlDef, 1> kTimeGroup{
+    {{Ctl::Button, 0xFFFF, 516, 6, 90, 102, BS_GROUPBOX, 0, &strTimeGroup}}};
+constexpr std::array<ControlDef, 3> kAuditionRow{{
     {Ctl::Static, 0xFFFF, 6, 342, 36, 18, SS_LEFT | SS_CENTERIMAGE, 0, &strAudition},
     {Ctl::Static, Dlg::kAuditioned, 48, 342, 312, 18, SS_LEFT | SS_CENTERIMAGE | SS_PATHELLIPSIS, 0, kNoText},
     {Ctl::Button, Dlg::kStop, 366, 342, 36, 18, Layout::kButtonStyle, 0, &strStop},
-    {Ctl::Button, IDOK, 480, 342, 60, 18, BS_DEFPUSHBUTTON | WS_TABSTOP, 0, &strOk},
-    {Ctl::Button, IDCANCEL, 546, 342, 60, 18, Layout::kButtonStyle, 0, &strCancel},
 }};
 
-// The toggle buttons: months in rows of three, days in rows of five, periods in columns of three.
-constexpr std::array<ControlDef, Dlg::kMonths + Dlg::kDays + Dlg::kPeriods> ToggleButtons() {
-  std::array<ControlDef, Dlg::kMonths + Dlg::kDays + Dlg::kPeriods> buttons{};
-  size_t at = 0;
-  for (int i = 0; i < Dlg::kMonths; ++i) {
-    buttons[at++] = {Ctl::Button,
-                     static_cast<uint16_t>(Dlg::kFirstMonth + i),
-                     static_cast<int16_t>((i % 3 + 14) * 30),
-                     static_cast<int16_t>((i / 3) * 30 + 18),
-                     24,
-                     24,
-                     kToggleStyle,
-                     0,
-                     &kNumbers[i]};
-  }
-  for (int i = 0; i < Dlg::kDays; ++i) {
-    buttons[at++] = {Ctl::Button,
-                     static_cast<uint16_t>(Dlg::kFirstDay + i),
-                     static_cast<int16_t>((i % 5) * 36 + 423),
-                     static_cast<int16_t>((i / 5) * 30 + 156),
-                     30,
-                     24,
-                     kToggleStyle,
-                     0,
-                     &kNumbers[i]};
-  }
-  for (int i = 0; i < Dlg::kPeriods; ++i) {
-    buttons[at++] = {Ctl::Button,
-                     static_cast<uint16_t>(Dlg::kFirstPeriod + i),
-                     static_cast<int16_t>((i / 3) * 42 + 522),
-                     static_cast<int16_t>((i % 3) * 30 + 18),
-                     36,
-                     24,
-                     kToggleStyle,
-                     0,
-                     &kTimeOfDayNames[i]};
+// A grid of toggle buttons: ids from `first`, `count` of them, `perLine` to a row (to a column for the
+// periods), the first at (x, y), the next `dx` to the right and the next row `dy` lower, each `cx` wide.
+struct Grid {
+  int first, count, perLine;
+  int16_t x, y, dx, dy, cx;
+  bool inColumns = false;
+};
+constexpr Grid kMonthGrid{Dlg::kFirstMonth, Dlg::kMonths, 3, 420, 18, 30, 30, 24};
+constexpr Grid kDayGrid{Dlg::kFirstDay, Dlg::kDays, 5, 423, 156, 36, 30, 30};
+constexpr Grid kPeriodGrid{Dlg::kFirstPeriod, Dlg::kPeriods, 3, 522, 18, 42, 30, 36, true};
+
+template <size_t N>
+constexpr std::array<ControlDef, N> Toggles(const Grid& grid, const TextPair* texts) {
+  std::array<ControlDef, N> buttons{};
+  for (int i = 0; i < grid.count; ++i) {
+    const int column = grid.inColumns ? i / grid.perLine : i % grid.perLine;
+    const int row = grid.inColumns ? i % grid.perLine : i / grid.perLine;
+    buttons[static_cast<size_t>(i)] = {Ctl::Button,
+                                       static_cast<uint16_t>(grid.first + i),
+                                       static_cast<int16_t>(grid.x + column * grid.dx),
+                                       static_cast<int16_t>(grid.y + row * grid.dy),
+                                       grid.cx,
+                                       24,
+                                       kToggleStyle,
+                                       0,
+                                       &texts[i]};
   }
   return buttons;
 }
 
-constexpr auto kControls = JoinControls(kLists, ToggleButtons());
+// Each grid follows its group box, so that the tab order runs through the grids in the order shown.
+constexpr auto kControls =
+    JoinControls(kLists, kMonthGroup, Toggles<Dlg::kMonths>(kMonthGrid, kNumbers.data()), kDayGroup,
+                 Toggles<Dlg::kDays>(kDayGrid, kNumbers.data()), kTimeGroup,
+                 Toggles<Dlg::kPeriods>(kPeriodGrid, kTimeOfDayNames.data()), kAuditionRow,
+                 OkCancelRow(606, 342, Anchor::TopLeft));
 constexpr DialogDef kDialog{&strTitleMusicCondition, 0, 0, 612, 366, DialogStyle::kModal, 0, kCenterOnOwner};
-
-// A grid of toggle buttons: its first id, how many, how many stand in one row.
-struct Grid {
-  int first;
-  int count;
-  int perRow;
-};
-constexpr Grid kMonthGrid{Dlg::kFirstMonth, Dlg::kMonths, 3};
-constexpr Grid kDayGrid{Dlg::kFirstDay, Dlg::kDays, 5};
-constexpr Grid kPeriodGrid{Dlg::kFirstPeriod, Dlg::kPeriods, 3};
 
 const Grid* GridOf(int id) {
   for (const Grid* grid : {&kMonthGrid, &kDayGrid, &kPeriodGrid}) {
     if (id >= grid->first && id < grid->first + grid->count) return grid;
   }
   return nullptr;
-}
-
-// A pop-up menu for the span of one question.
-class PopupMenu {
- public:
-  PopupMenu() : menu(CreatePopupMenu()) {}
-  ~PopupMenu() { DestroyMenu(menu); }
-  PopupMenu(const PopupMenu&) = delete;
-  PopupMenu& operator=(const PopupMenu&) = delete;
-  void Add(UINT command, const TextPair& text) const { AppendMenuW(menu, MF_STRING, command, Text(text)); }
-  void Separator() const { AppendMenuW(menu, MF_SEPARATOR, 0, nullptr); }
-  HMENU Get() const { return menu; }
-
- private:
-  HMENU menu;
-};
-
-std::wstring ListBoxText(HWND list, int index) {
-  const LRESULT length = SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0);
-  if (length <= 0) return {};
-  std::wstring text(static_cast<size_t>(length) + 1, L'\0');
-  text.resize(static_cast<size_t>(
-      SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()))));
-  return text;
-}
-
-std::wstring ListViewText(HWND list, int row, int column = 0) {
-  wchar_t text[MAX_PATH * 2] = L"";
-  ListView_GetItemText(list, row, column, text, static_cast<int>(std::size(text)));
-  return text;
-}
-
-void AppendListViewRow(HWND list, const std::wstring& first, const std::wstring& second = {}) {
-  LVITEMW item{};
-  item.mask = LVIF_TEXT;
-  item.iItem = ListView_GetItemCount(list);
-  item.pszText = const_cast<wchar_t*>(first.c_str());
-  const int row = ListView_InsertItem(list, &item);
-  if (!second.empty()) ListView_SetItemText(list, row, 1, const_cast<wchar_t*>(second.c_str()));
-}
-
-// `width` in pixels at 96 DPI.
-void AddColumn(HWND list, int index, const TextPair& header, int width) {
-  LVCOLUMNW column{};
-  column.mask = LVCF_TEXT | LVCF_WIDTH;
-  column.cx = ToDpi(list, width);
-  column.pszText = const_cast<wchar_t*>(Text(header));
-  ListView_InsertColumn(list, index, &column);
-}
-
-std::vector<std::wstring> ListViewColumn(HWND list) {
-  std::vector<std::wstring> texts;
-  for (int row = 0; row < ListView_GetItemCount(list); ++row) texts.push_back(ListViewText(list, row));
-  return texts;
 }
 
 // Presses the buttons of a grid whose numbers (1 upward) the cell lists.
@@ -234,47 +173,6 @@ int PeriodIndex(std::wstring_view name) {
 
 }  // namespace
 
-std::wstring JoinValues(const std::vector<std::wstring>& values) {
-  std::wstring out;
-  for (size_t i = 0; i < values.size(); ++i) {
-    if (i) out += L',';
-    const std::wstring& value = values[i];
-    if (value.find_first_of(L",\"") == std::wstring::npos) {
-      out += value;
-      continue;
-    }
-    out += L'"';
-    for (wchar_t c : value) out += c == L'"' ? std::wstring(L"\"\"") : std::wstring(1, c);
-    out += L'"';
-  }
-  return out;
-}
-
-std::vector<std::wstring> SplitValues(std::wstring_view cell) {
-  std::vector<std::wstring> values;
-  if (cell.empty()) return values;
-  size_t at = 0;
-  for (;;) {
-    std::wstring value;
-    if (cell[at] == L'"') {
-      for (++at; at < cell.size(); ++at) {
-        if (cell[at] != L'"') {
-          value += cell[at];
-        } else if (at + 1 < cell.size() && cell[at + 1] == L'"') {
-          value += cell[++at];
-        } else {
-          ++at;
-          break;
-        }
-      }
-    }
-    while (at < cell.size() && cell[at] != L',') value += cell[at++];
-    values.push_back(std::move(value));
-    if (at >= cell.size()) return values;
-    ++at;
-  }
-}
-
 std::wstring PeriodLabel(std::wstring_view stored) {
   const int index = PeriodIndex(stored);
   return index >= 0 ? Text(kTimeOfDayNames[static_cast<size_t>(index)]) : std::wstring(stored);
@@ -289,13 +187,11 @@ bool CConfBGMExItemDlg::OnInitDialog() {
   CreatePlayer();
 
   if (SceneTable().empty()) ShowDataFileNote(handle, RebuildSceneTable());
-  HWND targets = Item(kTargets);
-  ListView_SetExtendedListViewStyle(targets, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
-  AddColumn(targets, 0, strColumnFile, 200);
-  AddColumn(targets, 1, strScene, 200);
-  HWND playlistView = Item(kPlaylist);
-  ListView_SetExtendedListViewStyle(playlistView, LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
-  AddColumn(playlistView, 0, strColumnPlaylist, 600);
+  ListView_SetExtendedListViewStyle(Item(kTargets), LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
+  AddListViewColumn(kTargets, 0, Text(strColumnFile), 200);
+  AddListViewColumn(kTargets, 1, Text(strScene), 200);
+  ListView_SetExtendedListViewStyle(Item(kPlaylist), LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
+  AddListViewColumn(kPlaylist, 0, Text(strColumnPlaylist), 600);
 
   FillCandidates();
 
@@ -305,21 +201,14 @@ bool CConfBGMExItemDlg::OnInitDialog() {
   PressNumbers(*this, kDayGrid, day);
   for (const std::wstring& name : SplitValues(hour)) {
     const int index = PeriodIndex(name);
-    if (index >= 0) SetPressed(kFirstPeriod + index, true);
+    if (index >= 0) CheckButton(kFirstPeriod + index, true);
   }
 
   // Which arrow does what is not obvious from the arrows alone.
-  HWND tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP, 0, 0, 0, 0,
-                              handle, nullptr, nullptr, nullptr);
-  for (int id : {kAddTarget, kAddFile, kRemoveTarget, kRemoveFile}) {
-    TTTOOLINFOW tool{};
-    tool.cbSize = sizeof(tool);
-    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    tool.hwnd = handle;
-    tool.uId = reinterpret_cast<UINT_PTR>(Item(id));
-    tool.lpszText = const_cast<wchar_t*>(Text(id == kAddTarget || id == kAddFile ? strAddTip : strRemoveTip));
-    SendMessageW(tips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  }
+  AddTooltips({{kAddTarget, Text(strAddTip)},
+               {kAddFile, Text(strAddTip)},
+               {kRemoveTarget, Text(strRemoveTip)},
+               {kRemoveFile, Text(strRemoveTip)}});
   return true;
 }
 
@@ -336,102 +225,81 @@ void CConfBGMExItemDlg::CreatePlayer() {
     ShowMessage(handle, Text(strNoGgs4), L"", MB_OK);
   }
   if (!player) player = std::make_unique<CAudioPlayer>(kMidiNone, handle);
+  // A VST host reports to this dialog, which receives the players' notifications, and to the running
+  // extension's window (0 when the game is not running), so that it can reach the extension without a search.
+  player->SetHostWindows(handle, FindExtensionWindow());
   if (!soundFont.empty()) player->SetSoundFont(soundFont);
 }
 
 void CConfBGMExItemDlg::FillCandidates() {
-  HWND targets = Item(kTargetCandidates);
   const int tabStop = 120;
-  SendMessageW(targets, LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabStop));
+  SendMessageW(Item(kTargetCandidates), LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabStop));
   for (const auto& [key, label] : SceneTable()) {
     targetKeys.push_back(key);
-    const std::wstring text = key + L"\t" + label;
-    SendMessageW(targets, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
+    AddListBoxEntry(kTargetCandidates, key + L"\t" + label);
   }
 
   // Shortcuts the player keeps in the game's user folder and its music folder (to music anywhere else),
-  // then the music files in the user music folder itself, by kind. One pass over each folder sorts the
+  // then the music files in the user music folder itself, by kind. One listing of each folder sorts the
   // names into the kinds: a search per pattern would read the music folder five times.
   const AppPaths& paths = Paths();
   constexpr const wchar_t* kMusicKinds[] = {L".flac", L".ogg", L".mp3", L".mid"};
   std::vector<std::wstring> shortcuts[2], music[std::size(kMusicKinds)];
   const std::wstring* folders[] = {&paths.userFolder, &paths.userMusic};
-  size_t total = 0;
   for (size_t f = 0; f < std::size(folders); ++f) {
     const std::wstring& folder = *folders[f];
-    WIN32_FIND_DATAW found;
-    HANDLE search = FindFirstFileW(CombinePath(folder, L"*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) continue;
-    do {
-      if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
-      std::vector<std::wstring>* kind = HasExtension(found.cFileName, L".lnk") ? &shortcuts[f] : nullptr;
+    for (const std::wstring& name : FileNamesIn(folder, L"*")) {
+      std::vector<std::wstring>* kind = HasExtension(name, L".lnk") ? &shortcuts[f] : nullptr;
       for (size_t k = 0; !kind && f == 1 && k < std::size(kMusicKinds); ++k) {
-        if (HasExtension(found.cFileName, kMusicKinds[k])) kind = &music[k];
+        if (HasExtension(name, kMusicKinds[k])) kind = &music[k];
       }
       if (!kind) continue;
       wchar_t entry[MAX_PATH * 2];
-      const int length = swprintf(entry, std::size(entry), L"%ls\\%ls", folder.c_str(), found.cFileName);
+      const int length = swprintf(entry, std::size(entry), L"%ls\\%ls", folder.c_str(), name.c_str());
       kind->emplace_back(entry, static_cast<size_t>(std::max(length, 0)));
-      ++total;
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
-  }
-  HWND files = Item(kFileCandidates);
-  SendMessageW(files, WM_SETREDRAW, FALSE, 0);
-  SendMessageW(files, LB_INITSTORAGE, total, total * MAX_PATH);
-  std::wstring widest;
-  for (const auto* group : {&shortcuts[0], &shortcuts[1], &music[0], &music[1], &music[2], &music[3]}) {
-    for (const std::wstring& entry : *group) {
-      SendMessageW(files, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
-      if (entry.size() > widest.size()) widest = entry;
     }
   }
-  // Measuring every entry would cost more than listing them: the longest one gives the scroll width,
-  // with room for a wider glyph or two.
-  HDC dc = GetDC(files);
-  HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(files, WM_GETFONT, 0, 0)));
-  SIZE size{};
-  GetTextExtentPoint32W(dc, widest.c_str(), static_cast<int>(widest.size()), &size);
-  SelectObject(dc, oldFont);
-  ReleaseDC(files, dc);
-  SendMessageW(files, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(size.cx + size.cx / 8 + 8), 0);
-  SendMessageW(files, WM_SETREDRAW, TRUE, 0);
+  std::vector<std::wstring> entries;
+  for (auto* group : {&shortcuts[0], &shortcuts[1], &music[0], &music[1], &music[2], &music[3]})
+    std::move(group->begin(), group->end(), std::back_inserter(entries));
+  AddListBoxEntries(kFileCandidates, entries);
 }
 
 void CConfBGMExItemDlg::AddTarget(const std::wstring& key) {
-  HWND targets = Item(kTargets);
-  for (const std::wstring& chosen : ListViewColumn(targets)) {
+  for (const std::wstring& chosen : ListViewColumn(kTargets)) {
     if (chosen == key) return;
   }
-  AppendListViewRow(targets, key, SceneLabel(key));
+  const std::wstring scene = SceneLabel(key);
+  const int row = AppendListViewRow(kTargets, key);
+  if (!scene.empty()) SetListViewText(kTargets, row, 1, scene);
 }
 
 void CConfBGMExItemDlg::AddPlayFile(const std::wstring& path) {
-  AppendListViewRow(Item(kPlaylist), path);
+  AppendListViewRow(kPlaylist, path);
+}
+
+void CConfBGMExItemDlg::RemoveSelected(int listId) {
+  const int selected = ListViewSelection(listId);
+  if (selected >= 0) DeleteListViewRow(listId, selected);
 }
 
 void CConfBGMExItemDlg::OnAddTarget() {
-  const LRESULT selected = SendMessageW(Item(kTargetCandidates), LB_GETCURSEL, 0, 0);
+  const int selected = ListBoxSelection(kTargetCandidates);
   if (selected >= 0 && static_cast<size_t>(selected) < targetKeys.size())
     AddTarget(targetKeys[static_cast<size_t>(selected)]);
 }
 
 void CConfBGMExItemDlg::OnRemoveTarget() {
-  HWND targets = Item(kTargets);
-  const int selected = ListView_GetNextItem(targets, -1, LVNI_SELECTED);
-  if (selected >= 0) ListView_DeleteItem(targets, selected);
+  RemoveSelected(kTargets);
 }
 
 void CConfBGMExItemDlg::OnAddFile() {
-  HWND files = Item(kFileCandidates);
-  const LRESULT selected = SendMessageW(files, LB_GETCURSEL, 0, 0);
-  if (selected >= 0) AddPlayFile(ListBoxText(files, static_cast<int>(selected)));
+  const int selected = ListBoxSelection(kFileCandidates);
+  if (selected >= 0) AddPlayFile(ListBoxText(kFileCandidates, selected));
 }
 
 void CConfBGMExItemDlg::OnRemoveFile() {
-  HWND playlistView = Item(kPlaylist);
-  const int selected = ListView_GetNextItem(playlistView, -1, LVNI_SELECTED);
-  if (selected >= 0) ListView_DeleteItem(playlistView, selected);
+  RemoveSelected(kPlaylist);
 }
 
 void CConfBGMExItemDlg::OnStop() {
@@ -440,15 +308,14 @@ void CConfBGMExItemDlg::OnStop() {
 }
 
 void CConfBGMExItemDlg::OnFileCandidate() {
-  HWND files = Item(kFileCandidates);
-  const LRESULT selected = SendMessageW(files, LB_GETCURSEL, 0, 0);
-  if (selected >= 0) Audition(ListBoxText(files, static_cast<int>(selected)));
+  const int selected = ListBoxSelection(kFileCandidates);
+  if (selected >= 0) Audition(ListBoxText(kFileCandidates, selected));
 }
 
 LRESULT CConfBGMExItemDlg::OnPlaylistChanged(NMLISTVIEW& change) {
   const bool selectedNow = (change.uChanged & LVIF_STATE) && (change.uNewState & LVIS_SELECTED) &&
                            !(change.uOldState & LVIS_SELECTED);
-  if (selectedNow && change.iItem >= 0) Audition(ListViewText(Item(kPlaylist), change.iItem));
+  if (selectedNow && change.iItem >= 0) Audition(ListViewText(kPlaylist, change.iItem));
   return 0;
 }
 
@@ -468,21 +335,19 @@ void CConfBGMExItemDlg::OnContextMenu(HWND window, POINT screen) {
   if (!grid) return;
   PopupMenu menu;
   if (grid == &kPeriodGrid) {
-    menu.Add(kCmdAny, strAnyPeriod);
-    menu.Add(kCmdDaytime, strSelectDaytime);
-    menu.Add(kCmdNighttime, strSelectNighttime);
+    menu.Add(kCmdAny, Text(strAnyPeriod));
+    menu.Add(kCmdDaytime, Text(strSelectDaytime));
+    menu.Add(kCmdNighttime, Text(strSelectNighttime));
   } else {
-    menu.Add(kCmdAny, grid == &kMonthGrid ? strAnyMonth : strAnyDay);
-    menu.Add(kCmdRow, strSelectRow);
-    menu.Add(kCmdColumn, strSelectColumn);
+    menu.Add(kCmdAny, Text(grid == &kMonthGrid ? strAnyMonth : strAnyDay));
+    menu.Add(kCmdRow, Text(strSelectRow));
+    menu.Add(kCmdColumn, Text(strSelectColumn));
   }
-  if (screen.x == -1 && screen.y == -1) {
-    RECT rect{};
-    GetWindowRect(window, &rect);
-    screen = {rect.left, rect.bottom};
-  }
-  const int command =
-      ShowPopupMenu(menu.Get(), TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_NONOTIFY, screen, handle);
+  // From the keyboard, the menu opens below the button.
+  RECT button{};
+  GetClientRect(window, &button);
+  const int command = ShowPopupMenu(menu.Get(), TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_NONOTIFY,
+                                    ContextMenuPoint(screen, window, {0, button.bottom}), handle);
   if (command) RunGridCommand(static_cast<UINT>(command), id);
 }
 
@@ -493,19 +358,19 @@ void CConfBGMExItemDlg::RunGridCommand(UINT command, int id) {
   std::vector<int> buttons;
   switch (command) {
     case kCmdAny:
-      for (int i = 0; i < grid->count; ++i) SetPressed(grid->first + i, false);
+      for (int i = 0; i < grid->count; ++i) CheckButton(grid->first + i, false);
       return;
     case kCmdDaytime:
     case kCmdNighttime:
       for (int i = 0; i < grid->count; ++i)
-        SetPressed(grid->first + i, IsDaytime(i) == (command == kCmdDaytime));
+        CheckButton(grid->first + i, IsDaytime(i) == (command == kCmdDaytime));
       return;
     case kCmdRow:
-      for (int i = index - index % grid->perRow; i < index - index % grid->perRow + grid->perRow; ++i)
+      for (int i = index - index % grid->perLine; i < index - index % grid->perLine + grid->perLine; ++i)
         buttons.push_back(grid->first + i);
       break;
     case kCmdColumn:
-      for (int i = index % grid->perRow; i < grid->count; i += grid->perRow)
+      for (int i = index % grid->perLine; i < grid->count; i += grid->perLine)
         buttons.push_back(grid->first + i);
       break;
     default:
@@ -513,12 +378,11 @@ void CConfBGMExItemDlg::RunGridCommand(UINT command, int id) {
   }
   // A line already wholly pressed is released; otherwise all of it is pressed.
   bool allPressed = true;
-  for (int button : buttons) allPressed = allPressed && Pressed(button);
-  for (int button : buttons) SetPressed(button, !allPressed);
+  for (int button : buttons) allPressed = allPressed && IsChecked(button);
+  for (int button : buttons) CheckButton(button, !allPressed);
 }
 
-LRESULT CConfBGMExItemDlg::OnDropFiles(WPARAM wParam, LPARAM) {
-  HDROP drop = reinterpret_cast<HDROP>(wParam);
+void CConfBGMExItemDlg::OnDropFiles(HDROP drop) {
   static const std::wregex kSupported(L"((\\.flac)|(\\.ogg)|(\\.mp3)|(\\.wav)|(\\.mid))$");
   std::vector<std::wstring> refused;
   const UINT count = DragQueryFileW(drop, 0xFFFFFFFF, nullptr, 0);
@@ -533,7 +397,7 @@ LRESULT CConfBGMExItemDlg::OnDropFiles(WPARAM wParam, LPARAM) {
     }
   }
   DragFinish(drop);
-  if (refused.empty()) return 0;
+  if (refused.empty()) return;
   constexpr size_t kListed = 10;
   std::wstring text;
   for (size_t i = 0; i < refused.size() && i < kListed; ++i) text += L"\"" + refused[i] + L"\"\r\n";
@@ -546,23 +410,21 @@ LRESULT CConfBGMExItemDlg::OnDropFiles(WPARAM wParam, LPARAM) {
   }
   text += Text(strNotSupported);
   ShowMessage(handle, text, Text(strTitleMusicCondition), MB_OK | MB_ICONWARNING);
-  return 0;
 }
 
 void CConfBGMExItemDlg::OnOk() {
-  HWND targets = Item(kTargets);
-  if (ListView_GetItemCount(targets) == 0) {
+  if (ListViewCount(kTargets) == 0) {
     ShowMessage(handle, Text(strNoTarget), Text(strTitleMusicCondition), MB_OK | MB_ICONWARNING);
     return;
   }
-  orgfile = JoinValues(ListViewColumn(targets));
-  playlist = JoinValues(ListViewColumn(Item(kPlaylist)));
+  orgfile = JoinValues(ListViewColumn(kTargets));
+  playlist = JoinValues(ListViewColumn(kPlaylist));
   month = PressedNumbers(*this, kMonthGrid);
   day = PressedNumbers(*this, kDayGrid);
   std::vector<std::wstring> periods;
   for (int i = 0; i < kPeriods; ++i) {
     // The file keeps the English names, which the extension reads whatever the tool's language.
-    if (Pressed(kFirstPeriod + i)) periods.emplace_back(kTimeOfDayNames[static_cast<size_t>(i)].English());
+    if (IsChecked(kFirstPeriod + i)) periods.emplace_back(kTimeOfDayNames[static_cast<size_t>(i)].English());
   }
   hour = JoinValues(periods);
   EndDialog(IDOK);

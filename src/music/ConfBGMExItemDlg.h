@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <memory>
 #include <string>
 #include <string_view>
@@ -8,11 +10,6 @@
 
 #include "audio/AudioPlayer.h"
 #include "ui/Dialog.h"
-
-// A cell holding several values (targets, months, periods, playlist files) keeps them as the list file
-// keeps fields: joined by "," and quoted where needed, so the extension splits them as it splits a line.
-std::wstring JoinValues(const std::vector<std::wstring>& values);
-std::vector<std::wstring> SplitValues(std::wstring_view cell);
 
 // The name a stored period of the day shows in the current language; an unknown name as it stands.
 std::wstring PeriodLabel(std::wstring_view stored);
@@ -39,19 +36,13 @@ class CConfBGMExItemDlg : public CDialog {
     kFirstDay = 1020,
     kFirstPeriod = 1050,
     kAuditioned = 1074,
-    kStop,
+    kStop
   };
   static constexpr int kMonths = 12;
   static constexpr int kDays = 30;
   static constexpr int kPeriods = 6;
   // Commands of the grids' menus.
-  enum : UINT {
-    kCmdAny = 100000,
-    kCmdRow,
-    kCmdColumn,
-    kCmdDaytime,
-    kCmdNighttime,
-  };
+  enum : UINT { kCmdAny = 100000, kCmdRow, kCmdColumn, kCmdDaytime, kCmdNighttime };
 
   CConfBGMExItemDlg();
   ~CConfBGMExItemDlg() override;
@@ -76,7 +67,7 @@ class CConfBGMExItemDlg : public CDialog {
     COMMAND_HANDLER(kTargetCandidates, LBN_DBLCLK, OnAddTarget)
     NOTIFY_HANDLER(kPlaylist, LVN_ITEMCHANGED, OnPlaylistChanged)
     CONTEXTMENU_HANDLER(OnContextMenu)
-    MESSAGE_HANDLER(WM_DROPFILES, OnDropFiles)
+    DROPFILES_HANDLER(OnDropFiles)
   END_MSG_MAP()
 
  protected:
@@ -94,14 +85,13 @@ class CConfBGMExItemDlg : public CDialog {
   void OnFileCandidate();
   LRESULT OnPlaylistChanged(NMLISTVIEW& change);
   void OnContextMenu(HWND window, POINT screen);
-  LRESULT OnDropFiles(WPARAM drop, LPARAM);
+  void OnDropFiles(HDROP drop);
 
   void AddTarget(const std::wstring& key);
   void AddPlayFile(const std::wstring& path);
+  void RemoveSelected(int listId);
   void Audition(const std::wstring& path);
   void RunGridCommand(UINT command, int id);
-  void SetPressed(int id, bool pressed) { CheckButton(id, pressed); }
-  bool Pressed(int id) const { return IsChecked(id); }
 
   std::unique_ptr<CAudioPlayer> player;
   std::vector<std::wstring> targetKeys;  // behind the target candidates, by index

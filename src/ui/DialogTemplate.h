@@ -115,6 +115,8 @@ inline constexpr int16_t kColorSwatchX = 55;
 inline constexpr int16_t kColorSelectX = 108;
 // Width of a whole colour row after its label.
 inline constexpr int16_t kColorFieldW = kColorLabelGap + kColorSelectX + kColorPartW;
+// Width of the colour dialogs, whose rows are colour fields alone.
+inline constexpr int16_t kColorDialogW = 216;
 inline constexpr DWORD kEditStyle = WS_BORDER | ES_AUTOHSCROLL | WS_TABSTOP;
 inline constexpr DWORD kButtonStyle = BS_PUSHBUTTON | WS_TABSTOP;
 inline constexpr DWORD kCheckStyle = BS_AUTOCHECKBOX | WS_TABSTOP;

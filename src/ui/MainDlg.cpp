@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cwctype>
 #include <vector>
 
 #include "app/ExtensionNotify.h"
@@ -19,73 +18,79 @@
 namespace {
 
 constexpr OptionRow kInfoWindowRows[] = {
-    {{L"Enable 'Log Extractor'", L"「ログ抽出」を有効にする"}, L"enLogExtender"},
-    {{L"Enable 'Full Log' Window", L"「全ログ」ウィンドウを有効にする"}, L"enLogExtender_FullLog"},
-    {{L"Enable 'Item Information'", L"「アイテム情報」を有効にする"}, L"enItemInfo"},
-    {{L"Enable 'Pet Information'", L"「ペット情報」を有効にする"}, L"enPetInfo"},
-    {{L"Show treasure map to external window", L"宝の地図を外部ウィンドウに表示する"}, L"enTreasureMap"},
+    {{L"Enable 'Log Extractor'", L"「ログ抽出」を有効にする"}, &Settings::enLogExtender},
+    {{L"Enable 'Full Log' Window", L"「全ログ」ウィンドウを有効にする"}, &Settings::enLogExtender_FullLog},
+    {{L"Enable 'Item Information'", L"「アイテム情報」を有効にする"}, &Settings::enItemInfo},
+    {{L"Enable 'Pet Information'", L"「ペット情報」を有効にする"}, &Settings::enPetInfo},
+    {{L"Show treasure map to external window", L"宝の地図を外部ウィンドウに表示する"},
+     &Settings::enTreasureMap},
 };
 
 constexpr OptionRow kItemMagicRows[] = {
-    {{L"Enable 'Label'", L"「ラベル」を有効にする"}, L"enLabel"},
-    {{L"Enable 'Enchant Finder'", L"「エンチャントファインダー」を有効にする"}, L"enEnchantFinder"},
-    {{L"Format item/skill/magic list", L"アイテム・スキル・魔法の一覧を整形する"}, L"enListExtender"},
-    {{L"Use kilo/mega on large magic stock", L"多い魔法ストックをk/Mで表示する"}, L"enStockMK"},
-    {{L"Change color of identified item", L"鑑定済みアイテムの色を変える"}, L"enColorizeIdentifiedItem"},
-    {{L"Enable 'Weight Graph'", L"「重量グラフ」を有効にする"}, L"enWeightGraph"},
-    {{L"Show amounts of gp in piggy bank", L"貯金箱の中のgpを表示する"}, L"enShowPiggyBank"},
-    {{L"Show remaining time of food", L"食べ物の残り時間を表示する"}, L"enShowFoodRemainingTime"},
+    {{L"Enable 'Label'", L"「ラベル」を有効にする"}, &Settings::enLabel},
+    {{L"Enable 'Enchant Finder'", L"「エンチャントファインダー」を有効にする"}, &Settings::enEnchantFinder},
+    {{L"Format item/skill/magic list", L"アイテム・スキル・魔法の一覧を整形する"}, &Settings::enListExtender},
+    {{L"Use kilo/mega on large magic stock", L"多い魔法ストックをk/Mで表示する"}, &Settings::enStockMK},
+    {{L"Change color of identified item", L"鑑定済みアイテムの色を変える"},
+     &Settings::enColorizeIdentifiedItem},
+    {{L"Enable 'Weight Graph'", L"「重量グラフ」を有効にする"}, &Settings::enWeightGraph},
+    {{L"Show amounts of gp in piggy bank", L"貯金箱の中のgpを表示する"}, &Settings::enShowPiggyBank},
+    {{L"Show remaining time of food", L"食べ物の残り時間を表示する"}, &Settings::enShowFoodRemainingTime},
     {{L"Display \"(Quest)\" on items required by requests", L"依頼で必要なアイテムに\"(Quest)\"と表示する"},
-     L"enShowQuestItem"},
+     &Settings::enShowQuestItem},
 };
 
 constexpr OptionRow kMisc1Rows[] = {
-    {{L"Show count of remaining quests", L"残りの依頼数を表示する"}, L"enQuestCounter"},
-    {{L"Show the direction of the nearest quest NPC", L"最寄りの依頼NPCの方向を表示する"}, L"enQuestNpcDir"},
-    {{L"Show score of quest", L"依頼のスコアを表示する"}, L"enQuestStatus"},
-    {{L"Show framerate", L"フレームレートを表示する"}, L"enFrameCounter"},
-    {{L"Show etherwind alert", L"エーテルの風の警報を表示する"}, L"enEtherwindAlert"},
-    {{L"Config position of additional information", L"追加情報の表示位置を設定する"}, L"enSetInfoPos"},
-    {{L"Show when restock at shop", L"店の品物が入れ替わる時期を表示する"}, L"enShowRestock"},
-    {{L"Use separator(comma) every 3 columns in gp/pp", L"gp/ppを3桁ごとにカンマで区切る"}, L"enUseComma"},
+    {{L"Show count of remaining quests", L"残りの依頼数を表示する"}, &Settings::enQuestCounter},
+    {{L"Show the direction of the nearest quest NPC", L"最寄りの依頼NPCの方向を表示する"},
+     &Settings::enQuestNpcDir},
+    {{L"Show score of quest", L"依頼のスコアを表示する"}, &Settings::enQuestStatus},
+    {{L"Show framerate", L"フレームレートを表示する"}, &Settings::enFrameCounter},
+    {{L"Show etherwind alert", L"エーテルの風の警報を表示する"}, &Settings::enEtherwindAlert},
+    {{L"Config position of additional information", L"追加情報の表示位置を設定する"},
+     &Settings::enSetInfoPos},
+    {{L"Show when restock at shop", L"店の品物が入れ替わる時期を表示する"}, &Settings::enShowRestock},
+    {{L"Use separator(comma) every 3 columns in gp/pp", L"gp/ppを3桁ごとにカンマで区切る"},
+     &Settings::enUseComma},
 };
 
 constexpr OptionRow kMisc2Rows[] = {
     {{L"Show inventory weight by % when you carry 50.0% or more",
       L"所持重量が50.0%以上のとき重量を%で表示する"},
-     L"enShowWeight"},
-    {{L"Show sleepiness", L"眠気を表示する"}, L"enShowSleepiness"},
-    {{L"Show wet status", L"濡れ状態を表示する"}, L"enShowWet"},
-    {{L"Show satiety", L"満腹度を表示する"}, L"enShowSatiety"},
-    {{L"Show stamina", L"スタミナを表示する"}, L"enShowStamina"},
-    {{L"Change date format", L"日付の表示形式を変える"}, L"enDateFormat"},
+     &Settings::enShowWeight},
+    {{L"Show sleepiness", L"眠気を表示する"}, &Settings::enShowSleepiness},
+    {{L"Show wet status", L"濡れ状態を表示する"}, &Settings::enShowWet},
+    {{L"Show satiety", L"満腹度を表示する"}, &Settings::enShowSatiety},
+    {{L"Show stamina", L"スタミナを表示する"}, &Settings::enShowStamina},
+    {{L"Change date format", L"日付の表示形式を変える"}, &Settings::enDateFormat},
     {{L"Show additional info during character creation", L"キャラクター作成中に追加情報を表示する"},
-     L"enCharacterCreateHelper"},
+     &Settings::enCharacterCreateHelper},
     {{L"Enable Casino glitch fix (for Morva v1.22)", L"カジノの不具合修正を有効にする（Morva v1.22用）"},
-     L"enCasinoFix"},
+     &Settings::enCasinoFix},
     {{L"Hide 'No Party' (for Tessel and its variants) ", L"「No Party」を隠す（Tesselとその派生版用）"},
-     L"enHideNoParty"},
+     &Settings::enHideNoParty},
 };
 
 constexpr OptionRow kInterfaceRows[] = {
-    {{L"Enable 'Equipment memory/restore'", L"「装備の記憶・復元」を有効にする"}, L"enEquipSet"},
-    {{L"Enable 'Screenshot'", L"「スクリーンショット」を有効にする"}, L"enScreenshot"},
-    {{L"Enable 'Quick Search'", L"「クイックサーチ」を有効にする"}, L"enQuickSearch"},
+    {{L"Enable 'Equipment memory/restore'", L"「装備の記憶・復元」を有効にする"}, &Settings::enEquipSet},
+    {{L"Enable 'Screenshot'", L"「スクリーンショット」を有効にする"}, &Settings::enScreenshot},
+    {{L"Enable 'Quick Search'", L"「クイックサーチ」を有効にする"}, &Settings::enQuickSearch},
     {{L"Restore window placement once Morva is launched", L"Morvaの起動時にウィンドウの配置を復元する"},
-     L"enRestoreWindowPlacement"},
-    {{L"Turn off NumLock once Morva is launched", L"Morvaの起動時にNumLockをオフにする"}, L"enNumlockOff"},
+     &Settings::enRestoreWindowPlacement},
+    {{L"Turn off NumLock once Morva is launched", L"Morvaの起動時にNumLockをオフにする"},
+     &Settings::enNumlockOff},
 };
 
 constexpr OptionRow kMusicRows[] = {
-    {{L"Enable 'BGM Extender'", L"「BGM拡張」を有効にする"}, L"enMusicExtender"},
+    {{L"Enable 'BGM Extender'", L"「BGM拡張」を有効にする"}, &Settings::enMusicExtender},
     {{L"When play the same music, keep playing.", L"同じ曲に切り替わるときは演奏を続ける"},
-     L"enMusicExtender_SupressRestart"},
+     &Settings::enMusicExtender_SupressRestart},
 };
 
 constexpr OptionRow kDebugRows[] = {
-    {{L"Disable compression of the savegame file", L"セーブファイルを圧縮しない"}, L"enNoZip"},
+    {{L"Disable compression of the savegame file", L"セーブファイルを圧縮しない"}, &Settings::enNoZip},
     {{L"Do not trigger events with real dates (MMA)", L"リアルの日付でイベントを起こさない（MMA）"},
-     L"enCustomRealDate"},
+     &Settings::enCustomRealDate},
 };
 
 constexpr OptionCategory kCategories[] = {
@@ -107,16 +112,16 @@ constexpr TextPair strGameNotFound{
     L"可能性が"
     L"あります。詳しくは説明書を確認してください。"};
 
-// Layout in dialog units.
-constexpr int kMargin = 7;
+// Layout in dialog units; the main dialog keeps its own margin and row pitch, apart from the other dialogs'.
+constexpr int kMainMargin = 7;
 constexpr int kListWidth = 96;
-constexpr int kRowsLeft = kMargin + kListWidth + 6;
-constexpr int kRowPitch = 16;
+constexpr int kRowsLeft = kMainMargin + kListWidth + 6;
+constexpr int kOptionPitch = 16;
 constexpr int kRowHeight = 12;
 constexpr int kConfigWidth = 40;
-constexpr int kConfigLeft = 354 - kMargin - kConfigWidth;
+constexpr int kConfigLeft = 354 - kMainMargin - kConfigWidth;
 constexpr int kCheckWidthWithButton = kConfigLeft - 4 - kRowsLeft;
-constexpr int kCheckWidth = 354 - kMargin - kRowsLeft;
+constexpr int kCheckWidth = 354 - kMainMargin - kRowsLeft;
 constexpr int kBottomRow = 194;
 constexpr int kGameRow = 174;
 constexpr int kButtonWidth = 50;
@@ -124,28 +129,24 @@ constexpr int kButtonHeight = 15;
 
 constexpr DialogDef kDialog{&strConfigTitle, 0, 0, 354, 216, DialogStyle::kMain};
 constexpr ControlDef kControls[] = {
-    {Ctl::ListView, CMainDlg::kCategoryListId, kMargin, kMargin, kListWidth, 160,
+    {Ctl::ListView, CMainDlg::kCategoryListId, kMainMargin, kMainMargin, kListWidth, 160,
      LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOCOLUMNHEADER | LVS_SHAREIMAGELISTS | WS_TABSTOP,
      WS_EX_CLIENTEDGE, kNoText},
-    {Ctl::Static, CMainDlg::kGameLabelId, kMargin, kGameRow + 2, 64, 10, SS_LEFT, 0, &strGameLocation},
-    {Ctl::Edit, CMainDlg::kGameLocationId, kMargin + 66, kGameRow, 216, 13,
+    {Ctl::Static, CMainDlg::kGameLabelId, kMainMargin, kGameRow + 2, 64, 10, SS_LEFT, 0, &strGameLocation},
+    {Ctl::Edit, CMainDlg::kGameLocationId, kMainMargin + 66, kGameRow, 216, 13,
      WS_BORDER | ES_AUTOHSCROLL | WS_TABSTOP, 0, kNoText},
-    {Ctl::Button, CMainDlg::kSearchGameId, 354 - kMargin - 58, kGameRow - 1, 58, kButtonHeight, WS_TABSTOP, 0,
-     &strSearchGame},
-    {Ctl::ComboBox, CMainDlg::kLanguageId, kMargin, kBottomRow + 1, 64, 60,
+    {Ctl::Button, CMainDlg::kSearchGameId, 354 - kMainMargin - 58, kGameRow - 1, 58, kButtonHeight,
+     WS_TABSTOP, 0, &strSearchGame},
+    {Ctl::ComboBox, CMainDlg::kLanguageId, kMainMargin, kBottomRow + 1, 64, 60,
      CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0, kNoText},
-    {Ctl::Static, CMainDlg::kDateId, kMargin + 70, kBottomRow + 3, 100, 10, SS_LEFT, 0, kNoText},
-    {Ctl::Button, IDOK, 354 - kMargin - 2 * kButtonWidth - 6, kBottomRow, kButtonWidth, kButtonHeight,
+    {Ctl::Static, CMainDlg::kDateId, kMainMargin + 70, kBottomRow + 3, 100, 10, SS_LEFT, 0, kNoText},
+    {Ctl::Button, IDOK, 354 - kMainMargin - 2 * kButtonWidth - 6, kBottomRow, kButtonWidth, kButtonHeight,
      BS_DEFPUSHBUTTON | WS_TABSTOP, 0, &strOk},
-    {Ctl::Button, IDCANCEL, 354 - kMargin - kButtonWidth, kBottomRow, kButtonWidth, kButtonHeight, WS_TABSTOP,
-     0, &strCancel},
+    {Ctl::Button, IDCANCEL, 354 - kMainMargin - kButtonWidth, kBottomRow, kButtonWidth, kButtonHeight,
+     WS_TABSTOP, 0, &strCancel},
 };
 
 constexpr COLORREF kIconMask = RGB(255, 0, 255);
-
-int32_t* FieldOf(const OptionRow& row) {
-  return GlobalSettings().IntField(row.key);
-}
 
 // A round mark per category in its colour, drawn for the screen's resolution. The marks are drawn
 // side by side in one bitmap, which the image list cuts into its images in one call.
@@ -180,25 +181,14 @@ std::span<const OptionCategory> MainCategories() {
 }
 
 std::wstring FindGameProgram(const std::wstring& programFolder) {
-  const std::wstring pattern = CombinePath(programFolder, L"..\\*.exe");
-  WIN32_FIND_DATAW found{};
-  HANDLE search = FindFirstFileW(pattern.c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return {};
-  std::vector<std::wstring> names;
-  do {
-    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.emplace_back(found.cFileName);
-  } while (FindNextFileW(search, &found));
-  FindClose(search);
+  std::vector<std::wstring> names = FileNamesIn(programFolder, L"..\\*.exe");
   if (names.empty()) return {};
   // The game's own program is named after it; other programs in its folder (tools, updaters) only
   // count when it is missing.
-  auto lower = [](std::wstring text) {
-    std::transform(text.begin(), text.end(), text.begin(), [](wchar_t c) { return std::towlower(c); });
-    return text;
-  };
   std::sort(names.begin(), names.end());
-  auto game = std::find_if(names.begin(), names.end(),
-                           [&](const std::wstring& name) { return lower(name).starts_with(L"morva"); });
+  auto game = std::find_if(names.begin(), names.end(), [](const std::wstring& name) {
+    return SameTextIgnoringCase(std::wstring_view(name).substr(0, 5), L"morva");
+  });
   return CombinePath(FolderOf(programFolder), game != names.end() ? *game : names.front());
 }
 
@@ -294,7 +284,7 @@ void CMainDlg::StoreShownRows() {
   if (shownCategory < 0) return;
   const auto rows = kCategories[shownCategory].rows;
   for (size_t i = 0; i < rows.size(); ++i) {
-    if (int32_t* field = FieldOf(rows[i])) *field = IsChecked(kFirstCheckId + static_cast<int>(i)) ? 1 : 0;
+    GlobalSettings().*rows[i].field = IsChecked(kFirstCheckId + static_cast<int>(i)) ? 1 : 0;
   }
 }
 
@@ -317,9 +307,9 @@ void CMainDlg::CreateRows() {
   const auto rows = kCategories[shownCategory].rows;
   for (size_t i = 0; i < rows.size(); ++i) {
     const OptionRow& row = rows[i];
-    const FeatureDialog* feature = FindFeatureDialog(features, row.key);
+    const FeatureDialog* feature = FindFeatureDialog(features, row.field);
     const int id = kFirstCheckId + static_cast<int>(i);
-    const int top = kMargin + static_cast<int>(i) * kRowPitch;
+    const int top = kMainMargin + static_cast<int>(i) * kOptionPitch;
     RECT place =
         DialogUnitsToPixels(kRowsLeft, top + 1, feature ? kCheckWidthWithButton : kCheckWidth, kRowHeight);
     HWND check =
@@ -327,19 +317,17 @@ void CMainDlg::CreateRows() {
                         place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
                         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, nullptr);
     SendMessageW(check, WM_SETFONT, font, FALSE);
-    const int32_t* field = FieldOf(row);
-    SendMessageW(check, BM_SETCHECK, field && *field != 0 ? BST_CHECKED : BST_UNCHECKED, 0);
+    SendMessageW(check, BM_SETCHECK, GlobalSettings().*row.field != 0 ? BST_CHECKED : BST_UNCHECKED, 0);
     SetWindowPos(check, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = check;
     if (!feature) continue;
 
     const int buttonId = kFirstConfigId + static_cast<int>(i);
     place = DialogUnitsToPixels(kConfigLeft, top, kConfigWidth, kRowHeight + 2);
-    const DWORD disabled = feature->open ? 0 : WS_DISABLED;
-    HWND button = CreateWindowExW(0, L"Button", Text(strConfig),
-                                  WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON | disabled, place.left,
-                                  place.top, place.right - place.left, place.bottom - place.top, handle,
-                                  reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
+    HWND button =
+        CreateWindowExW(0, L"Button", Text(strConfig), WS_CHILD | WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON,
+                        place.left, place.top, place.right - place.left, place.bottom - place.top, handle,
+                        reinterpret_cast<HMENU>(static_cast<INT_PTR>(buttonId)), module, nullptr);
     SendMessageW(button, WM_SETFONT, font, FALSE);
     SetWindowPos(button, previous, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     previous = button;
@@ -351,8 +339,7 @@ void CMainDlg::OnConfig(int id) {
   const auto rows = kCategories[shownCategory].rows;
   const size_t index = static_cast<size_t>(id - kFirstConfigId);
   if (index >= rows.size()) return;
-  const FeatureDialog* feature = FindFeatureDialog(features, rows[index].key);
-  if (feature && feature->open) feature->open(handle);
+  if (const FeatureDialog* feature = FindFeatureDialog(features, rows[index].field)) feature->open(handle);
 }
 
 void CMainDlg::OnLanguage() {

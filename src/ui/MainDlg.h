@@ -2,6 +2,7 @@
 #include <span>
 #include <string>
 
+#include "app/Settings.h"
 #include "app/TextPair.h"
 #include "ui/Dialog.h"
 #include "ui/FeatureDialogs.h"
@@ -10,7 +11,7 @@
 // has a dialog for its key.
 struct OptionRow {
   TextPair label;
-  const wchar_t* key;  // the settings key the check box edits
+  int32_t Settings::*field;  // the switch the check box edits
 };
 
 struct OptionCategory {

@@ -19,7 +19,9 @@
 //     TIMER_HANDLER(kPreviewTimer, OnPreviewTick)           // void OnPreviewTick()
 //     HSCROLL_HANDLER(kVolume, OnVolume)                    // void OnVolume()
 //     SYSCOMMAND_HANDLER(kAboutCommand, OnAbout)            // void OnAbout()
-//     MESSAGE_HANDLER(WM_DROPFILES, OnDrop)                 // LRESULT OnDrop(WPARAM, LPARAM)
+//     DROPFILES_HANDLER(OnDrop)                             // void OnDrop(HDROP)
+//     DRAWITEM_HANDLER(kSwatch, OnDrawSwatch)               // void OnDrawSwatch(const DRAWITEMSTRUCT&)
+//     MESSAGE_HANDLER(WM_APP, OnOther)                      // LRESULT OnOther(WPARAM, LPARAM)
 //     CHAIN_MSG_MAP_MEMBER(colorField)                      // a member with a map of its own
 //     CHAIN_MSG_MAP(CListEditorDlg)                         // the base class's map
 //   END_MSG_MAP()
@@ -55,27 +57,27 @@ inline POINT PointOf(LPARAM position) {
 
 }  // namespace msgmap
 
+// The start of a map's function, once for both kinds of map: the map's class for the entries, and the
+// arguments an entry may leave unused.
+#define VRK_MAP_PROLOGUE(theClass) \
+  using ThisMap = theClass;        \
+  (void)sizeof(ThisMap);           \
+  (void)hWnd;                      \
+  (void)wParam;                    \
+  (void)lParam;                    \
+  (void)lResult;
+
 #define BEGIN_MSG_MAP(theClass)                                                                              \
  public:                                                                                                     \
   bool ProcessWindowMessage(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) override { \
-    using ThisMap = theClass;                                                                                \
-    (void)sizeof(ThisMap);                                                                                   \
-    (void)hWnd;                                                                                              \
-    (void)wParam;                                                                                            \
-    (void)lParam;                                                                                            \
-    (void)lResult;
+    VRK_MAP_PROLOGUE(theClass)
 
 // The map of a member object chained into its owner's map (CHAIN_MSG_MAP_MEMBER): the same entries,
 // in a class that is no window of its own.
 #define BEGIN_MEMBER_MSG_MAP(theClass)                                                              \
  public:                                                                                            \
   bool ProcessWindowMessage(HWND hWnd, UINT uMsg, WPARAM wParam, LPARAM lParam, LRESULT& lResult) { \
-    using ThisMap = theClass;                                                                       \
-    (void)sizeof(ThisMap);                                                                          \
-    (void)hWnd;                                                                                     \
-    (void)wParam;                                                                                   \
-    (void)lParam;                                                                                   \
-    (void)lResult;
+    VRK_MAP_PROLOGUE(theClass)
 
 #define MESSAGE_HANDLER(msg, func)      \
   if (uMsg == static_cast<UINT>(msg)) { \
@@ -135,6 +137,22 @@ inline POINT PointOf(LPARAM position) {
     return true;                                                   \
   }
 
+// Files dropped from the shell: void func(HDROP); the handler finishes the drop.
+#define DROPFILES_HANDLER(func)            \
+  if (uMsg == WM_DROPFILES) {              \
+    func(reinterpret_cast<HDROP>(wParam)); \
+    lResult = 0;                           \
+    return true;                           \
+  }
+
+// An owner-drawn control of the given id to paint: void func(const DRAWITEMSTRUCT&).
+#define DRAWITEM_HANDLER(id, func)                                \
+  if (uMsg == WM_DRAWITEM && wParam == static_cast<WPARAM>(id)) { \
+    func(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));       \
+    lResult = TRUE;                                               \
+    return true;                                                  \
+  }
+
 #define TIMER_HANDLER(timerId, func)                                \
   if (uMsg == WM_TIMER && wParam == static_cast<WPARAM>(timerId)) { \
     func();                                                         \
@@ -157,6 +175,10 @@ inline POINT PointOf(LPARAM position) {
     lResult = 0;                                                                    \
     return true;                                                                    \
   }
+
+// In a member map: keeps the window whose messages the map is given in a CWindow member, for handlers
+// that act on that window.
+#define MAP_WINDOW(member) (member) = CWindow(hWnd);
 
 // A member object with its own ProcessWindowMessage(HWND, UINT, WPARAM, LPARAM, LRESULT&).
 #define CHAIN_MSG_MAP_MEMBER(member) \

@@ -1,9 +1,11 @@
 #pragma once
 #include <windows.h>
 
+#include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 // Dots per inch of the monitor a window is on (the system's setting on Windows before 10, which
 // lacks the per-window call).
@@ -16,6 +18,13 @@ int FromDpi(HWND window, int pixels);
 
 // The work area of the monitor the window's owner is on (its own monitor when it has no owner).
 RECT OwnerWorkArea(HWND window);
+
+// The text of a list view's cell, however long.
+std::wstring ListViewItemText(HWND list, int row, int column);
+
+// Where a context menu opens: at the mouse, or when asked for from the keyboard (WM_CONTEXTMENU at
+// -1, -1) at a point given in the window's client coordinates.
+POINT ContextMenuPoint(POINT screen, HWND window, POINT keyboardAt);
 
 // A borrowed window handle with the few calls the dialogs repeat. It owns nothing: copying it is
 // free and destroying it leaves the window alone.
@@ -52,6 +61,24 @@ class CWindow {
   void AddComboItem(int id, std::wstring_view text) const;
   int ComboSelection(int id) const;
   void SetComboSelection(int id, int index) const;
+  // List boxes: entries, the selected entry (-1 when none) and an entry's text.
+  void AddListBoxEntry(int id, std::wstring_view text) const;
+  int ListBoxSelection(int id) const;
+  std::wstring ListBoxText(int id, int index) const;
+  // Many entries at once: one redraw, and a scroll width that shows the longest entry whole.
+  void AddListBoxEntries(int id, const std::vector<std::wstring>& entries) const;
+  // List views in report view: columns (widths in pixels at 96 DPI), rows (appended, the row's index
+  // returned), cells, the first selected row (-1 when none).
+  void AddListViewColumn(int id, int index, std::wstring_view header, int width) const;
+  int ListViewCount(int id) const;
+  int AppendListViewRow(int id, std::wstring_view first) const;
+  void SetListViewText(int id, int row, int column, std::wstring_view text) const;
+  std::wstring ListViewText(int id, int row, int column = 0) const;
+  std::vector<std::wstring> ListViewColumn(int id, int column = 0) const;
+  int ListViewSelection(int id) const;
+  void DeleteListViewRow(int id, int row) const;
+  // A tooltip for each of the controls, shown while the mouse rests on it.
+  void AddTooltips(std::initializer_list<std::pair<int, std::wstring_view>> tips) const;
 
   // Rectangle of a child in this window's client coordinates.
   RECT ItemRect(int id) const;

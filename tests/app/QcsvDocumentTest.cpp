@@ -284,3 +284,34 @@ TEST(QcsvReader, DecodesEveryPlaneExactly) {
   ASSERT_EQ(back.RowCount(), 1u);
   EXPECT_TRUE(back.RowAt(0)[0] == text);
 }
+
+// A cell of several values is joined as the writer joins the fields of a line and split back to the same
+// values; the splitter also takes what a hand-edited cell may hold.
+TEST(QcsvValues, JoinAndSplitFollowTheFieldQuoting) {
+  using Values = std::vector<std::wstring>;
+  struct Case {
+    Values values;
+    const wchar_t* cell;
+  };
+  const Case both[] = {
+      {{}, L""},
+      {{L"harbor_town.mid"}, L"harbor_town.mid"},
+      {{L"1", L"3", L"12"}, L"1,3,12"},
+      {{L"C:\\m\\b,c.mid", L"x"}, L"\"C:\\m\\b,c.mid\",x"},
+      {{L"say \"hi\""}, L"\"say \"\"hi\"\"\""},
+      {{L"", L"b"}, L",b"},
+      {{L"a", L""}, L"a,"},
+      {{L"夜明け", L"Night"}, L"夜明け,Night"},
+  };
+  for (const Case& c : both) {
+    SCOPED_TRACE(Utf8(c.cell));
+    EXPECT_EQ(JoinValues(c.values), c.cell);
+    EXPECT_EQ(SplitValues(c.cell), c.values);
+  }
+  const Case splitOnly[] = {
+      {{L"abcd", L"e"}, L"\"ab\"cd,e"},
+      {{L"open, still"}, L"\"open, still"},
+      {{L"", L""}, L","},
+  };
+  for (const Case& c : splitOnly) EXPECT_EQ(SplitValues(c.cell), c.values) << Utf8(c.cell);
+}

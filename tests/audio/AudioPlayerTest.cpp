@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "app/Paths.h"
 #include "app/TextPair.h"
 #include "audio/AudioLibraries.h"
 #include "audio/AudioPlayer.h"

@@ -46,18 +46,6 @@ class StandInHost {
   HWND window;
 };
 
-std::string PeHeader(uint32_t peOffset, const char* signature, uint16_t machine, size_t size = 512) {
-  std::string bytes(size, '\0');
-  bytes[0] = 'M';
-  bytes[1] = 'Z';
-  memcpy(&bytes[60], &peOffset, 4);
-  if (peOffset + 6 <= size) {
-    memcpy(&bytes[peOffset], signature, 4);
-    memcpy(&bytes[peOffset + 4], &machine, 2);
-  }
-  return bytes;
-}
-
 }  // namespace
 
 TEST(VstHost, BitnessComesFromTheMachineOfThePeHeader) {
@@ -123,12 +111,8 @@ TEST(VstHost, InstrumentRestartsTheHostAndMidiFilesGoThroughIt) {
   std::wstring smf = folder.MakeFile(L"b.SMF");
   std::wstring midi = folder.MakeFile(L"c.Midi");
   std::wstring ogg = folder.MakeFile(L"d.ogg");
-  std::wstring base = folder.File(L"");
-  base.pop_back();
-  ASSERT_TRUE(CopyFileW((StandInFolder() + L"VrkVstHost64.exe").c_str(),
-                        folder.File(L"VrkVstHost64.exe").c_str(), FALSE));
-  ASSERT_TRUE(CreateDirectoryW(folder.File(L"vst64").c_str(), nullptr));
-  HANDLE started = CreateEventW(nullptr, TRUE, FALSE, L"VrkVstHostStandInStarted");
+  StandInVstHostProgram program(folder);
+  const std::wstring base = program.Base();
   OwnerWindow extender;
   CAudioPlayer player(kMidiBass, nullptr);
   player.SetHostWindows(host.window, extender.Get());
@@ -139,13 +123,9 @@ TEST(VstHost, InstrumentRestartsTheHostAndMidiFilesGoThroughIt) {
   EXPECT_EQ(received, (CommandList{{7, L""}, {5, synth}}));
   EXPECT_TRUE(folder.MidiCalls().empty());
   // The stand-in host reports the command line it got and the folder it runs in.
-  ASSERT_EQ(WaitForSingleObject(started, 20000), WAIT_OBJECT_0);
-  CloseHandle(started);
-  std::string report = ReadFileBytes(folder.File(L"vst64\\started.txt"));
-  EXPECT_EQ(std::wstring(reinterpret_cast<const wchar_t*>(report.data()), report.size() / sizeof(wchar_t)),
-            base + L"\\VrkVstHost64.exe v=3 pid=" + std::to_wstring(GetCurrentProcessId()) + L" hwndpf=" +
-                std::to_wstring(reinterpret_cast<uintptr_t>(host.window)) + L" hwndee=" + extender.Number() +
-                L"\n" + base + L"\\vst64");
+  EXPECT_EQ(program.Report(), base + L"\\VrkVstHost64.exe v=3 pid=" + std::to_wstring(GetCurrentProcessId()) +
+                                  L" hwndpf=" + std::to_wstring(reinterpret_cast<uintptr_t>(host.window)) +
+                                  L" hwndee=" + extender.Number() + L"\n" + base + L"\\vst64");
 
   received.clear();
   folder.ClearCalls();

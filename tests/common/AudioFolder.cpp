@@ -1,5 +1,7 @@
 #include "common/AudioFolder.h"
 
+#include <cstring>
+
 #include "audio/AudioLibraries.h"
 
 std::wstring StandInFolder() {
@@ -71,4 +73,41 @@ std::vector<std::wstring> CallsTo(const std::vector<std::wstring>& calls, std::w
       matching.push_back(call);
   }
   return matching;
+}
+
+std::string PeHeader(uint32_t peOffset, const char* signature, uint16_t machine, size_t size) {
+  std::string bytes(size, '\0');
+  bytes[0] = 'M';
+  bytes[1] = 'Z';
+  memcpy(&bytes[60], &peOffset, 4);
+  if (peOffset + 6 <= size) {
+    memcpy(&bytes[peOffset], signature, 4);
+    memcpy(&bytes[peOffset + 4], &machine, 2);
+  }
+  return bytes;
+}
+
+StandInVstHostProgram::StandInVstHostProgram(const AudioFolder& folder)
+    : folder(folder), started(CreateEventW(nullptr, TRUE, FALSE, L"VrkVstHostStandInStarted")) {
+  CopyFileW((StandInFolder() + L"VrkVstHost64.exe").c_str(), folder.File(L"VrkVstHost64.exe").c_str(), FALSE);
+  CreateDirectoryW(folder.File(L"vst64").c_str(), nullptr);
+}
+
+StandInVstHostProgram::~StandInVstHostProgram() {
+  CloseHandle(started);
+}
+
+std::wstring StandInVstHostProgram::Base() const {
+  std::wstring base = folder.File(L"");
+  base.pop_back();
+  return base;
+}
+
+std::wstring StandInVstHostProgram::Report() const {
+  if (WaitForSingleObject(started, 20000) != WAIT_OBJECT_0) return L"(the host did not start)";
+  ResetEvent(started);
+  const std::wstring path = folder.File(L"vst64\\started.txt");
+  const std::string report = ReadFileBytes(path);
+  DeleteFileW(path.c_str());
+  return std::wstring(reinterpret_cast<const wchar_t*>(report.data()), report.size() / sizeof(wchar_t));
 }

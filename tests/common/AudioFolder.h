@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 #include <vector>
@@ -93,6 +94,29 @@ Lines Patterns(const Player& player) {
 
 // Lines of the log that start with the given function name.
 std::vector<std::wstring> CallsTo(const std::vector<std::wstring>& calls, std::wstring_view function);
+
+// The first bytes of a DLL: the DOS header pointing at `peOffset`, where the signature and the machine
+// field stand.
+std::string PeHeader(uint32_t peOffset, const char* signature, uint16_t machine, size_t size = 512);
+
+// The stand-in VST host installed in an audio folder as VrkVstHost64.exe, with its working folder vst64.
+// Started, it writes the command line it was given and the folder it runs in and signals; Report waits
+// for that and gives "<command line>\n<folder>", ready for the next start.
+class StandInVstHostProgram {
+ public:
+  explicit StandInVstHostProgram(const AudioFolder& folder);
+  ~StandInVstHostProgram();
+  StandInVstHostProgram(const StandInVstHostProgram&) = delete;
+  StandInVstHostProgram& operator=(const StandInVstHostProgram&) = delete;
+
+  // The folder the host is installed in, without a closing backslash.
+  std::wstring Base() const;
+  std::wstring Report() const;
+
+ private:
+  const AudioFolder& folder;
+  HANDLE started;
+};
 
 // A hidden window to own the players.
 class OwnerWindow {

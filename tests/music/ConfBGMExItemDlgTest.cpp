@@ -4,14 +4,16 @@
 #include <gtest/gtest.h>
 #include <shlobj.h>
 
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "app/Strings.h"
+#include "audio/VstHost.h"
+#include "common/AudioFolder.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
-#include "common/AudioFolder.h"
 #include "music/ConfBGMExItemDlg.h"
 #include "music/SceneTable.h"
 
@@ -308,4 +310,57 @@ TEST_F(ConditionEditorTest, TextsFitInBothLanguages) {
       Click(d, IDCANCEL);
     });
   }
+}
+
+// Tab runs from the playlist through the months, the days and the periods, each grid in its own order,
+// then to STOP, OK and Cancel.
+TEST_F(ConditionEditorTest, TabRunsThroughTheGridsInOrderBeforeOkAndCancel) {
+  std::vector<int> expected;
+  for (int id = Dlg::kFirstMonth; id < Dlg::kFirstMonth + Dlg::kMonths; ++id) expected.push_back(id);
+  for (int id = Dlg::kFirstDay; id < Dlg::kFirstDay + Dlg::kDays; ++id) expected.push_back(id);
+  for (int id = Dlg::kFirstPeriod; id < Dlg::kFirstPeriod + Dlg::kPeriods; ++id) expected.push_back(id);
+  expected.insert(expected.end(), {Dlg::kStop, IDOK, IDCANCEL, Dlg::kTargetCandidates});
+  RunModal(editor, [&](CDialog& d) {
+    std::vector<int> order;
+    HWND at = d.Item(Dlg::kPlaylist);
+    for (size_t i = 0; i < expected.size(); ++i) {
+      at = GetNextDlgTabItem(d.Handle(), at, FALSE);
+      order.push_back(GetDlgCtrlID(at));
+    }
+    EXPECT_EQ(order, expected);
+    // Each grid's buttons follow their group box: the box stands just before the grid's first button.
+    for (int first : {Dlg::kFirstMonth, Dlg::kFirstDay, Dlg::kFirstPeriod}) {
+      HWND box = GetWindow(d.Item(first), GW_HWNDPREV);
+      EXPECT_EQ(GetWindowLongW(box, GWL_STYLE) & BS_TYPEMASK, BS_GROUPBOX) << first;
+    }
+    Click(d, IDCANCEL);
+  });
+}
+
+// A VST instrument as the SoundFont starts the host with this dialog, which gets the players'
+// notifications, and the running extension's window, 0 when the game does not run.
+TEST_F(ConditionEditorTest, AVstInstrumentStartsTheHostWithTheDialogAndTheExtensionWindow) {
+  AudioFolder folder = AllLibraries();
+  StandInVstHostProgram program(folder);
+  editor.soundFont = folder.File(L"Synth.dll");
+  ASSERT_TRUE(WriteFileBytes(editor.soundFont, PeHeader(0x80, "PE\0\0", 0x8664)));
+  SetVstHostStartWait(0);
+  for (bool running : {true, false}) {
+    std::unique_ptr<ExtensionWindow> extension = running ? std::make_unique<ExtensionWindow>() : nullptr;
+    const std::wstring extensionNumber =
+        running ? std::to_wstring(reinterpret_cast<uintptr_t>(extension->Handle())) : L"0";
+    Dlg shown;
+    shown.soundFont = editor.soundFont;
+    HWND dialog = nullptr;
+    RunModal(shown, [&](CDialog& d) {
+      dialog = d.Handle();
+      Click(d, IDCANCEL);
+    });
+    EXPECT_EQ(program.Report(), program.Base() + L"\\VrkVstHost64.exe v=3 pid=" +
+                                    std::to_wstring(GetCurrentProcessId()) + L" hwndpf=" +
+                                    std::to_wstring(reinterpret_cast<uintptr_t>(dialog)) + L" hwndee=" +
+                                    extensionNumber + L"\n" + program.Base() + L"\\vst64")
+        << running;
+  }
+  SetVstHostStartWait(kVstHostStartWait);
 }

@@ -133,18 +133,15 @@ TEST_F(MainDlgTest, OkWritesEveryFieldAndTheLanguageAndTellsTheExtension) {
   EXPECT_EQ(extension.Mask(), 0x101u);
 }
 
-TEST_F(MainDlgTest, ConfigButtonsOpenTheirDialogsAndAreDisabledWithoutOne) {
-  // enLabel, enEnchantFinder and enListExtender have settings dialogs; only the first is built here.
-  std::vector<FeatureDialog> partial = CountingFeatures(FeatureTable(), nullptr);
-  for (FeatureDialog& feature : partial) {
-    if (std::wstring_view(feature.key) == L"enLabel") feature.open = RecordOpening;
-  }
+// A row has a "Config" button exactly when the table it is given names its switch.
+TEST_F(MainDlgTest, ConfigButtonsFollowTheTableAndOpenTheirDialogs) {
+  // enLabel, enEnchantFinder and enListExtender have settings dialogs; only the first is in this table.
+  const FeatureDialog labelOnly[] = {{&Settings::enLabel, RecordOpening}};
   openedBy.clear();
-  CMainDlg dialog(partial);
+  CMainDlg dialog(labelOnly);
   ASSERT_TRUE(dialog.Create(nullptr));
   SelectCategory(dialog, 1);
-  for (int i = 0; i < 3; ++i)
-    EXPECT_EQ(IsWindowEnabled(dialog.Item(CMainDlg::kFirstConfigId + i)) != FALSE, i == 0) << i;
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(dialog.Item(CMainDlg::kFirstConfigId + i) != nullptr, i == 0) << i;
   dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kFirstConfigId, BN_CLICKED));
   dialog.Send(WM_COMMAND, MAKEWPARAM(CMainDlg::kFirstConfigId + 1, BN_CLICKED));
   EXPECT_EQ(openedBy, std::vector<HWND>{dialog.Handle()});
@@ -184,9 +181,9 @@ TEST_F(MainDlgTest, EveryCategoryShowsItsRowsAndEveryTextFitsInBothLanguages) {
       const auto& rows = MainCategories()[c].rows;
       EXPECT_EQ(dialog.Item(CMainDlg::kFirstCheckId + static_cast<int>(rows.size())), nullptr);
       for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
-        SCOPED_TRACE(Utf8(rows[i].key));
-        keys.insert(rows[i].key);
-        EXPECT_NE(GlobalSettings().IntField(rows[i].key), nullptr);
+        const std::wstring key(GlobalSettings().KeyName(rows[i].field));
+        SCOPED_TRACE(Utf8(key));
+        keys.insert(key);
         EXPECT_EQ(dialog.GetItemText(CMainDlg::kFirstCheckId + i), rows[i].label[language]);
         ExpectTextFits(dialog.Item(CMainDlg::kFirstCheckId + i));
         if (HWND button = dialog.Item(CMainDlg::kFirstConfigId + i)) ExpectTextFits(button);
