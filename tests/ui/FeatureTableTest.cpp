@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <string>
-#include <string_view>
 
 #include "FeatureTable.h"
 #include "app/Settings.h"
@@ -73,7 +72,7 @@ TEST(FeatureTable, TheMusiclistSwitchSurvivesTheMainDialogsOk) {
     for (int c = 0; c < static_cast<int>(MainCategories().size()); ++c) {
       const auto rows = MainCategories()[c].rows;
       for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
-        if (std::wstring_view(rows[i].key) != L"enMusicExtender") continue;
+        if (rows[i].field != &Settings::enMusicExtender) continue;
         SelectCategory(main, c);
         CDialog::AfterInitHook() = drive;
         Click(main, CMainDlg::kFirstConfigId + i);
