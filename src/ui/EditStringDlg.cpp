@@ -34,7 +34,3 @@ void CEditStringDlg::OnOk() {
   text = buffer;
   EndDialog(IDOK);
 }
-
-void CEditStringDlg::OnCancel() {
-  EndDialog(IDCANCEL);
-}

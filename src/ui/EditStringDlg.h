@@ -19,7 +19,6 @@ class CEditStringDlg : public CDialog {
 
   BEGIN_MSG_MAP(CEditStringDlg)
     COMMAND_ID_HANDLER(IDOK, OnOk)
-    COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
   END_MSG_MAP()
 
  protected:
@@ -27,5 +26,4 @@ class CEditStringDlg : public CDialog {
 
  private:
   void OnOk();
-  void OnCancel();
 };
