@@ -100,7 +100,7 @@ bool Resolve(HMODULE module, const char* name, Pointer& entry) {
   return entry != nullptr;
 }
 
-#define VRK_RESOLVE_ENTRY(name, result, params) all = Resolve(module.Get(), #name, api.name) && all;
+#define VRK_RESOLVE_ENTRY(name, result, params) all = Resolve(module, #name, api.name) && all;
 
 bool LoadLibraryFile(LoadedModule& module, const wchar_t* fileName) {
   // Without a folder the bare name would be looked up along the search path: never load that way.
@@ -108,20 +108,26 @@ bool LoadLibraryFile(LoadedModule& module, const wchar_t* fileName) {
   return !folder.empty() && module.Load(folder + fileName);
 }
 
-bool LoadBassApi(LoadedModule& module, BassApi& api) {
-  if (!LoadLibraryFile(module, kBassFileName)) return false;
+bool ResolveBass(HMODULE module, BassApi& api) {
   bool all = true;
   VRK_BASS_FUNCTIONS(VRK_RESOLVE_ENTRY)
-  if (!all) module.Reset();
   return all;
 }
 
-bool LoadBassMidiApi(LoadedModule& module, BassMidiApi& api) {
-  if (!LoadLibraryFile(module, kBassMidiFileName)) return false;
+bool ResolveBassMidi(HMODULE module, BassMidiApi& api) {
   bool all = true;
   VRK_BASSMIDI_FUNCTIONS(VRK_RESOLVE_ENTRY)
-  if (!all) module.Reset();
   return all;
+}
+
+// A library that lacks one of its entry points is freed again: a loaded module always has its whole table.
+template <typename Api>
+bool LoadWholeApi(LoadedModule& module, const wchar_t* fileName, Api& api,
+                  bool (*resolveAll)(HMODULE, Api&)) {
+  if (!LoadLibraryFile(module, fileName)) return false;
+  if (resolveAll(module.Get(), api)) return true;
+  module.Reset();
+  return false;
 }
 
 struct BassSession {
@@ -176,9 +182,10 @@ void AcquireBass(HWND owner) {
   if (session.useCount == 0) {
     session.bass = {};
     session.midi = {};
-    if (LoadBassApi(session.bassModule, session.bass)) {
+    if (LoadWholeApi(session.bassModule, kBassFileName, session.bass, ResolveBass)) {
       // bassmidi.dll needs BASS loaded first.
-      if (!LoadBassMidiApi(session.midiModule, session.midi)) session.midi = {};
+      if (!LoadWholeApi(session.midiModule, kBassMidiFileName, session.midi, ResolveBassMidi))
+        session.midi = {};
       session.bass.BASS_Init(-1, 48000, 0, owner, nullptr);
     } else {
       session.bass = {};
