@@ -4,6 +4,7 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "controls/Color.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ bool CListEditorDlg::OnInitDialog() {
       text.replace(at, 2, path);
     ShowMessage(handle, text, Text(strProductName), MB_OK | MB_ICONWARNING);
   }
+  for (auto& [name, color] : colorOptions) *color = ParseColorHex(listFile.OptionOr(name, L""), kColorNone);
   OnOpened();
   listView.setListFile(shown);
   listView.SetupColumns(editor.columns);
@@ -107,6 +109,7 @@ void CListEditorDlg::OnDelete() {
 
 void CListEditorDlg::OnOk() {
   if (editor.sizeBeforeOptions) SaveSize(listFile);
+  for (const auto& [name, color] : colorOptions) listFile.SetOption(name, FormatColorHex(*color));
   StoreOptions();
   if (!editor.sizeBeforeOptions) SaveSize(listFile);
   // The writer has told the player why; everything they did stays here to try again or cancel.

@@ -5,6 +5,8 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "app/QcsvDocument.h"
 #include "controls/DraggableListViewCtrl.h"
@@ -55,8 +57,9 @@ struct ListEditorDef {
 // sets its change flag. Cancel writes nothing. A failed write leaves the dialog open with every change.
 //
 // An editor supplies its definition and control table, the item dialog (EditItem), and, where it has
-// them, extra options (OnOpened, StoreOptions), its own cell texts (listView.cellText) and reactions to
-// changed rows (OnRowsChanged). Its message map chains this one: CHAIN_MSG_MAP(CListEditorDlg).
+// them, extra options (BindColorOption, or OnOpened and StoreOptions), its own cell texts (listView.cellText)
+// and reactions to changed rows (OnRowsChanged). Its message map chains this one:
+// CHAIN_MSG_MAP(CListEditorDlg).
 class CListEditorDlg : public CSizingDialog {
  public:
   CListEditorDlg(const DialogDef& dialog, std::span<const ControlDef> controls, const ListEditorDef& editor);
@@ -89,6 +92,10 @@ class CListEditorDlg : public CSizingDialog {
   // After the rows shown were filled, added, edited, deleted or moved.
   virtual void OnRowsChanged() {}
 
+  // Keeps `color` in an option of the list file ("#RRGGBB", empty for none): read after the file was
+  // read, written on OK before StoreOptions. Call from the constructor.
+  void BindColorOption(const wchar_t* name, COLORREF& color) { colorOptions.emplace_back(name, &color); }
+
   // Shows and edits `rows` instead of the list file itself (a part of it that the editor merges back
   // in StoreOptions). Call from OnOpened.
   void BindRows(QcsvDocument& rows) { shown = &rows; }
@@ -120,4 +127,5 @@ class CListEditorDlg : public CSizingDialog {
   void EditRow(int row);
 
   QcsvDocument* shown = &listFile;
+  std::vector<std::pair<const wchar_t*, COLORREF*>> colorOptions;
 };

@@ -19,23 +19,14 @@ constexpr auto kControls = JoinControls(
                                 Layout::kButtonW, Layout::kButtonH, Layout::kButtonStyle, 0, &strBkColor}}},
     EditorList(Dlg::kList), OkCancelRow(kEditorWidth - Layout::kMargin, kEditorOkY));
 
-// The third colour has always been read under this spelling and written under "BkColor3"; option names
-// match without regard to case, so both name one option.
-constexpr const wchar_t* kReadKeys[] = {L"BkColor1", L"BkColor2", L"BkCOlor3"};
-constexpr const wchar_t* kWriteKeys[] = {L"BkColor1", L"BkColor2", L"BkColor3"};
+// Older files spell the third "BkCOlor3"; option names match without regard to case, and OK writes
+// this spelling.
+constexpr const wchar_t* kFlashColorKeys[] = {L"BkColor1", L"BkColor2", L"BkColor3"};
 
 }  // namespace
 
-CConfQuickSearchDlg::CConfQuickSearchDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
-
-void CConfQuickSearchDlg::OnOpened() {
-  for (size_t i = 0; i < flashColors.size(); ++i)
-    flashColors[i] = ParseColorHex(listFile.OptionOr(kReadKeys[i], L""), kColorNone);
-}
-
-void CConfQuickSearchDlg::StoreOptions() {
-  for (size_t i = 0; i < flashColors.size(); ++i)
-    listFile.SetOption(kWriteKeys[i], FormatColorHex(flashColors[i]));
+CConfQuickSearchDlg::CConfQuickSearchDlg() : CListEditorDlg(kDialog, kControls, kEditor) {
+  for (size_t i = 0; i < flashColors.size(); ++i) BindColorOption(kFlashColorKeys[i], flashColors[i]);
 }
 
 bool CConfQuickSearchDlg::EditItem(RowCells& cells, bool adding) {

@@ -18,8 +18,6 @@ class CConfQuickSearchDlg : public CListEditorDlg {
 
  protected:
   bool EditItem(RowCells& cells, bool adding) override;
-  void OnOpened() override;
-  void StoreOptions() override;
 
  private:
   void OnFlashColors();
