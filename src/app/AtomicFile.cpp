@@ -77,8 +77,14 @@ AtomicFile::AtomicFile(std::wstring targetPath) : target(std::move(targetPath)) 
       tempPath = std::move(path);
       return;
     }
-    if (GetLastError() != ERROR_FILE_EXISTS) return;
+    if (GetLastError() != ERROR_FILE_EXISTS) break;
   }
+  Fail("create the temporary file");
+}
+
+bool AtomicFile::Fail(const char* step) {
+  failure = {step, GetLastError()};
+  return false;
 }
 
 AtomicFile::~AtomicFile() {
@@ -104,16 +110,17 @@ bool AtomicFile::Close() {
 }
 
 bool AtomicFile::CopyTarget() {
-  if (!Opened() || !Close()) return false;
+  if (!Opened()) return false;
+  if (!Close()) return Fail("close the temporary file");
   // A read-only target gives a read-only copy, on which the profile calls then fail as on the target.
   for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
     if (attempt > 0) WaitBeforeRetry();
     if (CopyFileW(target.c_str(), tempPath.c_str(), FALSE)) return true;
     const DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return true;
-    if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION) return false;
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION) break;
   }
-  return false;
+  return Fail("copy the file");
 }
 
 bool AtomicFile::Commit() {
@@ -122,17 +129,21 @@ bool AtomicFile::Commit() {
     // Written by path: open it again only to put it on the disk.
     handle =
         CreateFileW(tempPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) return false;
+    if (handle == INVALID_HANDLE_VALUE) return Fail("open the temporary file again");
   }
-  bool flushed = FlushFileBuffers(handle) != FALSE;
-  if (!Close() || !flushed) return false;
+  if (!FlushFileBuffers(handle)) {
+    Fail("flush the temporary file");
+    Close();
+    return false;
+  }
+  if (!Close()) return Fail("close the temporary file");
   for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
     if (attempt > 0) WaitBeforeRetry();
     committed = MoveFileExW(tempPath.c_str(), target.c_str(),
                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
     if (committed) return true;
     DWORD error = GetLastError();
-    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return false;
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) break;
   }
-  return false;
+  return Fail("rename over the file");
 }

@@ -17,7 +17,16 @@ class AtomicFile {
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
 
+  // The step that failed last and the system's error code then, so that a report can name them.
+  struct Failure {
+    const char* step = nullptr;
+    DWORD error = 0;
+  };
+
   bool Opened() const { return !tempPath.empty(); }
+  const Failure& LastFailure() const { return failure; }
+  // Records a failed step of a caller that writes the file by path (the profile calls).
+  bool Fail(const char* step);
   HANDLE Handle() const { return handle; }
   const std::wstring& TempPath() const { return tempPath; }
   bool Write(std::string_view bytes);
@@ -40,4 +49,5 @@ class AtomicFile {
   std::wstring tempPath;
   HANDLE handle = INVALID_HANDLE_VALUE;
   bool committed = false;
+  Failure failure;
 };
