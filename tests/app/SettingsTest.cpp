@@ -146,6 +146,41 @@ TEST(Settings, SaveWaitsForAFileHeldByAnotherProgram) {
   }
 }
 
+// A key that a hand edit repeats, in another case or in a second copy of the section, is written once
+// with the value the store loaded; the other lines stay as they stand.
+TEST(Settings, RepeatedKeyIsWrittenOnce) {
+  const struct {
+    const char* name;
+    std::string file;
+    const char* value;  // enLabel as loaded and saved
+  } cases[] = {
+      {"twice", Ini("enLabel=1\r\nmyOwnKey=x\r\nenLabel=0\r\n"), "1"},
+      {"in another case", Ini("ENLABEL=0\r\nmyOwnKey=x\r\n enLabel = 1\r\n"), "0"},
+      {"only in a second copy of the section",
+       Ini("myOwnKey=x\r\n") + "[Other]\r\nenLabel=1\r\n" + Ini("enLabel=1\r\n"), "0"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    TempDir dir;
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), c.file));
+    LoadedSettings loaded(dir);
+    ASSERT_TRUE(loaded.settings.Save());
+    std::istringstream lines(ReadFileBytes(dir.File(L"Vrk.ini")));
+    int named = 0;
+    std::string section;
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with("[")) section = line;
+      if (section == "[MorvaExtender_v5]\r" &&
+          _strnicmp(line.c_str() + line.find_first_not_of(' '), "enLabel", 7) == 0) {
+        ++named;
+        EXPECT_EQ(line, std::string("enLabel=") + c.value + "\r");
+      }
+    }
+    EXPECT_EQ(named, 1);
+    EXPECT_NE(ReadFileBytes(dir.File(L"Vrk.ini")).find("myOwnKey=x\r\n"), std::string::npos);
+  }
+}
+
 TEST(Settings, KindFollowsTheFirstCharacterOnly) {
   TempDir dir;
   // Extra keys registered with other first letters: "t" reads as text, "n" as a switch, "u" as
