@@ -133,6 +133,39 @@ TEST_F(MainDlgTest, OkWritesEveryFieldAndTheLanguageAndTellsTheExtension) {
   EXPECT_EQ(extension.Mask(), 0x101u);
 }
 
+// A save that cannot replace Vrk.ini (here a read-only file; a virus scanner holding it fails the same
+// way) is said in the dialog's language, owned by the dialog, and leaves the file, the extension and
+// the dialog with every choice as they were; OK once the file is free saves and ends.
+TEST_F(MainDlgTest, OkThatCannotSaveSaysSoAndKeepsEverything) {
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    ASSERT_TRUE(WriteFileBytes(tool.IniPath(), "[MorvaExtender_v5]\r\nenLabel=0\r\n"));
+    SetFileAttributesW(tool.IniPath().c_str(), FILE_ATTRIBUTE_READONLY);
+    ExtensionWindow extension;
+    PromptRecorder prompts;
+    CMainDlg dialog(features);
+    ASSERT_TRUE(dialog.Create(nullptr));
+    SelectCategory(dialog, 0);
+    Click(dialog, CMainDlg::kFirstCheckId);
+    Click(dialog, IDOK);
+    ASSERT_EQ(prompts.asked.size(), 1u);
+    EXPECT_EQ(prompts.asked[0].owner, dialog.Handle());
+    EXPECT_NE(prompts.asked[0].text.find(language == kEnglish ? L"could not be saved to \"" + tool.IniPath()
+                                                              : L"設定を「" + tool.IniPath()),
+              std::wstring::npos);
+    EXPECT_EQ(TakeQuitCode(), -1);
+    EXPECT_EQ(ReadFileBytes(tool.IniPath()), "[MorvaExtender_v5]\r\nenLabel=0\r\n");
+    EXPECT_EQ(extension.Mask(), 0u);
+    EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId));
+
+    SetFileAttributesW(tool.IniPath().c_str(), FILE_ATTRIBUTE_NORMAL);
+    Click(dialog, IDOK);
+    EXPECT_EQ(TakeQuitCode(), 1);
+    EXPECT_EQ(prompts.asked.size(), 1u);
+    EXPECT_EQ(extension.Mask(), kFlagSettings);
+  }
+}
+
 TEST_F(MainDlgTest, ConfigButtonsOpenTheirDialogsAndAreDisabledWithoutOne) {
   // enLabel, enEnchantFinder and enListExtender have settings dialogs; only the first is built here.
   std::vector<FeatureDialog> partial = CountingFeatures(FeatureTable(), nullptr);
