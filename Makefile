@@ -48,12 +48,10 @@ torture: setup $(X64)/build.ninja
 
 # A million mutated list files through the reader, built with the run-time checks; 2,000 hostile files
 # for each list editor, opened and confirmed in process; 10,000 hostile Vrk.ini files loaded and saved.
-# Failures join the corpora. The editors and the settings save in a folder in memory.
+# Failures join the corpora.
 fuzz: setup $(X64)/build.ninja
 	cmake --build $(X64) -j$(JOBS) --target fuzz editor_fuzz settings_fuzz
-	scripts/wine-run $(X64)/tools/fuzz/fuzz.exe 1000000
-	VRK_FUZZ_FOLDER='Z:\dev\shm\' xvfb-run -a -s "-screen 0 1280x1024x24" scripts/wine-run $(X64)/tools/fuzz/editor_fuzz.exe 2000
-	VRK_FUZZ_FOLDER='Z:\dev\shm\' scripts/wine-run $(X64)/tools/fuzz/settings_fuzz.exe 10000
+	scripts/run-fuzz $(X64)
 
 screenshots: setup $(X64)/build.ninja
 	cmake --build $(X64) -j$(JOBS)

@@ -49,9 +49,14 @@ std::wstring ProfileText(const std::wstring& path) {
   return text;
 }
 
+// Blanks as the profile functions see them: white space, and Ctrl-Z, an old end of file.
+bool IsBlank(wchar_t c) {
+  return std::iswspace(c) || c == 0x1A;
+}
+
 std::wstring_view Trimmed(std::wstring_view text) {
-  while (!text.empty() && std::iswspace(text.front())) text.remove_prefix(1);
-  while (!text.empty() && std::iswspace(text.back())) text.remove_suffix(1);
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
   return text;
 }
 
@@ -83,7 +88,8 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
     if (line.empty()) continue;
     const size_t close = line.rfind(L']');
     if (line.front() == L'[' && close != std::wstring_view::npos) {
-      copy = SameName(Trimmed(line.substr(1, close - 1)), section) ? ++copies : 0;
+      std::wstring_view name = Trimmed(line.substr(1, close - 1));
+      copy = SameName(name.substr(0, name.find(L'\0')), section) ? ++copies : 0;
       continue;
     }
     if (copy == 0) continue;
@@ -200,7 +206,7 @@ bool Settings::Save(AtomicFile::Failure* failure) const {
     if (found == stored.end()) return false;
     const StoredKey& entry = found->second;
     // The write drops the value's leading blanks, and compares the rest with what the file holds.
-    while (!value.empty() && std::iswspace(value.front())) value.remove_prefix(1);
+    while (!value.empty() && IsBlank(value.front())) value.remove_prefix(1);
     return entry.count == 1 && !entry.outsideFirstCopy && entry.hasValue && entry.value == value;
   };
   for (const Key& key : keys) {

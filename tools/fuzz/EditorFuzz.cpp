@@ -422,8 +422,16 @@ void RunEditor(const Editor& editor, const std::wstring& path, bool editRow, boo
     // A file that could not be written leaves the editor open with everything; it is cancelled.
     PostMessageW(opened.Handle(), WM_COMMAND, IDCANCEL, 0);
   };
+  bool opened = false;
+  auto drive = hook;
+  hook = [&](CDialog& dialog) {
+    opened = opened || &dialog == main;
+    drive(dialog);
+  };
   main->DoModal(nullptr);
   hook = nullptr;
+  // An editor that cannot open (no display for Wine's server) would pass every file untouched.
+  if (!opened) Stop("not-opened", &counts.crashes);
 }
 
 Outcome Try(const Editor& editor, const std::wstring& path, std::string_view bytes, bool editRow) {

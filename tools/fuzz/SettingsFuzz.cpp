@@ -13,6 +13,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cwctype>
 #include <random>
 #include <string>
 #include <vector>
@@ -111,11 +112,15 @@ std::wstring Lower(std::wstring text) {
   return text;
 }
 
+// Blanks as the profile functions see them: white space, and Ctrl-Z, an old end of file.
+bool IsBlank(wchar_t c) {
+  return std::iswspace(c) || c == 0x1A;
+}
+
 std::wstring Trim(std::wstring_view text) {
-  const size_t first = text.find_first_not_of(L" \t\v\f");
-  if (first == std::wstring_view::npos) return {};
-  const size_t last = text.find_last_not_of(L" \t\v\f");
-  return std::wstring(text.substr(first, last - first + 1));
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return std::wstring(text);
 }
 
 std::vector<Entry> Entries(std::string_view bytes) {
@@ -125,10 +130,19 @@ std::vector<Entry> Entries(std::string_view bytes) {
       text += static_cast<wchar_t>(static_cast<unsigned char>(bytes[i]) |
                                    static_cast<unsigned char>(bytes[i + 1]) << 8);
   } else {
-    text.resize(bytes.size());
-    text.resize(
-        static_cast<size_t>(MultiByteToWideChar(CP_ACP, 0, bytes.data(), static_cast<int>(bytes.size()),
-                                                text.data(), static_cast<int>(text.size()))));
+    // Decoded, and encoded and decoded once more: bytes the code page does not map come back as the
+    // profile functions write them.
+    std::string ansi(bytes);
+    for (int pass = 0; pass < 2; ++pass) {
+      text.resize(ansi.size());
+      text.resize(
+          static_cast<size_t>(MultiByteToWideChar(CP_ACP, 0, ansi.data(), static_cast<int>(ansi.size()),
+                                                  text.data(), static_cast<int>(text.size()))));
+      ansi.resize(text.size() * 2);
+      ansi.resize(static_cast<size_t>(WideCharToMultiByte(CP_ACP, 0, text.data(),
+                                                          static_cast<int>(text.size()), ansi.data(),
+                                                          static_cast<int>(ansi.size()), nullptr, nullptr)));
+    }
   }
   std::vector<Entry> entries;
   std::wstring section;
@@ -138,18 +152,20 @@ std::vector<Entry> Entries(std::string_view bytes) {
     const std::wstring line = Trim(std::wstring_view(text).substr(at, end - at));
     at = end + 1;
     if (line.empty()) continue;
+    // Names and values are written up to a NUL, and read back trimmed.
+    auto cut = [](std::wstring text) { return text.substr(0, text.find(L'\0')); };
     const size_t close = line.rfind(L']');
     if (line[0] == L'[' && close != std::wstring::npos) {
-      section = Lower(Trim(std::wstring_view(line).substr(1, close - 1)));
+      section = Lower(Trim(cut(line.substr(1, close - 1))));
       continue;
     }
     const size_t equals = line.find(L'=');
-    auto cut = [](std::wstring text) { return text.substr(0, text.find(L'\0')); };
     // A line with no name before a NUL (binary bytes) the profile functions drop or keep as they like.
-    if (cut(Trim(std::wstring_view(line).substr(0, equals))).empty()) continue;
-    entries.push_back(
-        {section, Lower(cut(Trim(std::wstring_view(line).substr(0, equals)))),
-         equals == std::wstring::npos ? L"" : cut(Trim(std::wstring_view(line).substr(equals + 1)))});
+    if (Trim(cut(std::wstring(std::wstring_view(line).substr(0, equals)))).empty()) continue;
+    entries.push_back({section, Lower(Trim(cut(std::wstring(std::wstring_view(line).substr(0, equals))))),
+                       equals == std::wstring::npos
+                           ? L""
+                           : Trim(cut(std::wstring(std::wstring_view(line).substr(equals + 1))))});
   }
   return entries;
 }
