@@ -32,8 +32,9 @@ class AtomicFile {
   bool Write(std::string_view bytes);
   // Closes the handle so that other calls (the profile functions) can write the file by its path.
   bool Close();
-  // Makes the temporary file a copy of the target as it stands (it stays empty when there is none);
-  // while another program holds the target, tried again for about a second.
+  // Makes the temporary file a copy of the target as it stands (it stays empty when there is none)
+  // and closes it; while another program denies reading the target, tried again for about a second.
+  // A read-only target is not copied: it is not to be replaced.
   bool CopyTarget();
   // Puts the bytes on the disk and renames the file over the target. While another program holds
   // the target open the rename is tried again for about a second.

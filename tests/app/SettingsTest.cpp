@@ -181,6 +181,52 @@ TEST(Settings, RepeatedKeyIsWrittenOnce) {
   }
 }
 
+// A save cut off in its rename leaves, until its process is gone, a handle on Vrk.ini that may delete
+// it; the next save copies the file past such a handle at once and only the rename waits for it.
+TEST(Settings, SaveCopiesPastAHandleOfASaveCutOff) {
+  TempDir dir;
+  const std::string original = Ini("enLabel=1\r\n") + "[Other]\r\nkeep=1\r\n";
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), original));
+  LoadedSettings loaded(dir);
+  HANDLE dying =
+      CreateFileW(dir.File(L"Vrk.ini").c_str(), GENERIC_READ | DELETE,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(dying, INVALID_HANDLE_VALUE);
+  bool copiedBeforeWaiting = true;
+  RetryWaitScope retries([&] {
+    if (!dying) return;
+    bool copied = false;
+    for (const std::wstring& name : FilesIn(dir.Path()))
+      copied = copied || (name.ends_with(L".tmp") &&
+                          ReadFileBytes(dir.File(name)).find("[Other]\r\nkeep=1\r\n") != std::string::npos);
+    copiedBeforeWaiting = copiedBeforeWaiting && copied;
+    CloseHandle(dying);
+    dying = nullptr;
+  });
+  AtomicFile::Failure failure;
+  EXPECT_TRUE(loaded.settings.Save(&failure)) << failure.step;
+  if (dying) CloseHandle(dying);
+  EXPECT_TRUE(copiedBeforeWaiting);
+  EXPECT_NE(ReadFileBytes(dir.File(L"Vrk.ini")).find("[Other]\r\nkeep=1\r\n"), std::string::npos);
+  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
+}
+
+// A read-only Vrk.ini is not replaced, as Windows refuses to rename over it; the save names the step.
+TEST(Settings, ReadOnlyFileIsNotReplaced) {
+  TempDir dir;
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), Ini("enLabel=1\r\n")));
+  ASSERT_TRUE(SetFileAttributesW(dir.File(L"Vrk.ini").c_str(), FILE_ATTRIBUTE_READONLY));
+  LoadedSettings loaded(dir);
+  loaded.settings.enLabel = 0;
+  AtomicFile::Failure failure;
+  EXPECT_FALSE(loaded.settings.Save(&failure));
+  EXPECT_STREQ(failure.step, "replace a read-only file");
+  EXPECT_EQ(failure.error, static_cast<DWORD>(ERROR_ACCESS_DENIED));
+  SetFileAttributesW(dir.File(L"Vrk.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
+  EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), Ini("enLabel=1\r\n"));
+  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
+}
+
 TEST(Settings, KindFollowsTheFirstCharacterOnly) {
   TempDir dir;
   // Extra keys registered with other first letters: "t" reads as text, "n" as a switch, "u" as
