@@ -278,18 +278,6 @@ const Editor* currentEditor = nullptr;
 std::atomic<long long> progress{0};
 std::chrono::steady_clock::time_point started;
 
-std::wstring SaveFailure(const Editor& editor, const char* kind, std::string_view bytes) {
-  wchar_t name[128];
-  swprintf(name, std::size(name), L"\\%ls-failed-%hs-%016llx.qcsv", editor.name, kind,
-           static_cast<unsigned long long>(Fnv(bytes)));
-  const std::wstring path = corpusFolder + name;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-  return path;
-}
-
 void PrintSummary() {
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   std::printf("editor-fuzz: %lld files, %lld crashes, %lld hangs, %lld lost, %.0f s\n", counts.files,
@@ -303,7 +291,10 @@ void PrintSummary() {
 
 [[noreturn]] void Stop(const char* what, long long* counter) {
   ++*counter;
-  const std::wstring path = currentEditor ? SaveFailure(*currentEditor, what, current) : L"";
+  const std::wstring path =
+      currentEditor
+          ? KeepFailure(corpusFolder, std::wstring(currentEditor->name) + L"-", what, L".qcsv", current)
+          : L"";
   std::printf("editor-fuzz: %s in %ls on file %lld, saved as %ls\n", what,
               currentEditor ? currentEditor->name : L"?", counts.files, path.c_str());
   PrintSummary();
@@ -318,25 +309,6 @@ LONG WINAPI OnException(EXCEPTION_POINTERS* info) {
 
 void OnAbort(int) {
   Stop("abort", &counts.crashes);
-}
-
-std::string FileBytes(const std::wstring& path, bool* exists = nullptr) {
-  std::string bytes;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (exists) *exists = file != INVALID_HANDLE_VALUE;
-  if (file == INVALID_HANDLE_VALUE) return bytes;
-  char buffer[65536];
-  DWORD got = 0;
-  while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
-  CloseHandle(file);
-  return bytes;
-}
-
-void WriteBytes(const std::wstring& path, std::string_view bytes) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
 }
 
 // A row as the editors see it: the cells of the given columns by name, then the fields past the
@@ -651,7 +623,9 @@ void RemoveToolFolder(const std::wstring& tool) {
 bool Report(const Editor& editor, std::string_view bytes, const Outcome& outcome, const wchar_t* name) {
   if (!outcome.failure) return true;
   ++(std::string_view(outcome.failure).starts_with("wrong") ? counts.wrong : counts.lost);
-  const std::wstring saved = name ? std::wstring(name) : SaveFailure(editor, outcome.failure, bytes);
+  const std::wstring saved =
+      name ? std::wstring(name)
+           : KeepFailure(corpusFolder, std::wstring(editor.name) + L"-", outcome.failure, L".qcsv", bytes);
   std::printf("editor-fuzz: %s %ls in %ls, %ls\n", outcome.failure, outcome.detail.c_str(), editor.name,
               saved.c_str());
   return false;
@@ -685,50 +659,39 @@ int wmain(int argc, wchar_t** argv) {
   prompts.exitProcess = [](UINT) { Stop("guard", &counts.crashes); };
 
   started = std::chrono::steady_clock::now();
-  const bool replay = argc > 1 && std::wstring(argv[1]) == L"--replay";
-  corpusFolder = replay ? (argc > 2 ? argv[2] : VRK_EDITOR_CORPUS) : (argc > 3 ? argv[3] : VRK_EDITOR_CORPUS);
-  std::vector<std::wstring> names;
-  const std::vector<std::string> corpus = LoadCorpus(corpusFolder, &names);
-  if (corpus.empty()) {
-    std::printf("editor-fuzz: no corpus in %ls\n", corpusFolder.c_str());
-    return 2;
-  }
+  const Corpus corpus = OpenCorpus(argc, argv, VRK_EDITOR_CORPUS, "editor-fuzz");
+  if (corpus.files.empty()) return 2;
+  corpusFolder = corpus.folder;
   const std::wstring tool = MakeToolFolder();
   SimulatorOptions game;
   game.toolFolder = tool;
   game.visible = true;
   CGameSimulator simulator(game);
 
-  // A watchdog: a file that keeps an editor busy for 20 s is a hang.
-  std::thread([] {
-    long long seen = -1;
-    for (int still = 0;; Sleep(1000)) {
-      const long long now = progress.load(std::memory_order_relaxed);
-      still = now == seen ? still + 1 : 0;
-      seen = now;
-      if (still >= 20) Stop("hang", &counts.hangs);
-    }
-  }).detach();
+  // A file that keeps an editor busy for 20 s is a hang.
+  StartWatchdog(progress, [] { Stop("hang", &counts.hangs); });
 
   bool ok = true;
-  if (replay) {
-    for (size_t i = 0; i < corpus.size(); ++i) {
-      const Editor* editor = EditorOf(names[i]);
+  if (corpus.replay) {
+    for (size_t i = 0; i < corpus.files.size(); ++i) {
+      const Editor* editor = EditorOf(corpus.names[i]);
       if (!editor) continue;
       const std::wstring path = tool + L"\\" + editor->name + L".qcsv";
       for (bool editRow : {false, true})
-        ok = Report(*editor, corpus[i], Try(*editor, path, corpus[i], editRow), names[i].c_str()) && ok;
+        ok = Report(*editor, corpus.files[i], Try(*editor, path, corpus.files[i], editRow),
+                    corpus.names[i].c_str()) &&
+             ok;
     }
   } else {
     const long long perEditor = argc > 1 ? std::wcstoll(argv[1], nullptr, 10) : 2000;
     const uint32_t seed =
         argc > 2 ? static_cast<uint32_t>(std::wcstoul(argv[2], nullptr, 10)) : GetTickCount();
-    std::printf("editor-fuzz: seed %u, %zu corpus files\n", seed, corpus.size());
+    std::printf("editor-fuzz: seed %u, %zu corpus files\n", seed, corpus.files.size());
     std::fflush(stdout);
     for (const Editor& editor : Editors()) {
       std::vector<std::string> seeds;
-      for (size_t i = 0; i < corpus.size(); ++i) {
-        if (EditorOf(names[i]) == &editor) seeds.push_back(corpus[i]);
+      for (size_t i = 0; i < corpus.files.size(); ++i) {
+        if (EditorOf(corpus.names[i]) == &editor) seeds.push_back(corpus.files[i]);
       }
       if (seeds.empty()) continue;
       const auto editorStart = std::chrono::steady_clock::now();

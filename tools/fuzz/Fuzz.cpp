@@ -45,19 +45,6 @@ std::string current;  // the input being read, saved when it crashes or hangs
 std::atomic<long long> progress{0};
 std::chrono::steady_clock::time_point started;
 
-// Keeps a failing input in the corpus under a name made of its bytes' hash.
-std::wstring SaveFailure(const char* kind, std::string_view bytes) {
-  wchar_t name[64];
-  swprintf(name, std::size(name), L"\\failed-%hs-%016llx.qcsv", kind,
-           static_cast<unsigned long long>(Fnv(bytes)));
-  std::wstring path = corpusFolder + name;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-  return path;
-}
-
 void PrintSummary() {
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   std::printf("qcsv-fuzz: %lld inputs, %lld crashes, %lld mismatches, %.0f s\n", counts.inputs,
@@ -72,7 +59,7 @@ void PrintSummary() {
 // A crash, a failed check of the standard library or of the stack protector: keep the input, stop.
 [[noreturn]] void Crashed(const char* what) {
   ++counts.crashes;
-  std::wstring path = SaveFailure("crash", current);
+  std::wstring path = KeepFailure(corpusFolder, L"", "crash", L".qcsv", current);
   std::printf("qcsv-fuzz: %s on input %lld, saved as %ls\n", what, counts.inputs, path.c_str());
   PrintSummary();
   ExitProcess(1);
@@ -216,7 +203,7 @@ bool Check(GuardedInput& guard, std::string_view bytes, const std::wstring& scra
   }
   if (!failure) return true;
   ++counts.mismatches;
-  std::wstring path = SaveFailure("mismatch", bytes);
+  std::wstring path = KeepFailure(corpusFolder, L"", "mismatch", L".qcsv", bytes);
   if (counts.mismatches <= 10)
     std::printf("qcsv-fuzz: %s on input %lld, saved as %ls\n", failure, counts.inputs, path.c_str());
   return false;
@@ -233,14 +220,9 @@ int wmain(int argc, wchar_t** argv) {
     return IDOK;
   };
   started = std::chrono::steady_clock::now();
-  const bool replay = argc > 1 && std::wstring(argv[1]) == L"--replay";
-  corpusFolder = replay ? (argc > 2 ? argv[2] : VRK_FUZZ_CORPUS) : (argc > 3 ? argv[3] : VRK_FUZZ_CORPUS);
-  std::vector<std::wstring> names;
-  const std::vector<std::string> corpus = LoadCorpus(corpusFolder, &names);
-  if (corpus.empty()) {
-    std::printf("qcsv-fuzz: no corpus in %ls\n", corpusFolder.c_str());
-    return 2;
-  }
+  const Corpus corpus = OpenCorpus(argc, argv, VRK_FUZZ_CORPUS, "qcsv-fuzz");
+  if (corpus.files.empty()) return 2;
+  corpusFolder = corpus.folder;
   GuardedInput guard;
   if (argc > 2 && std::wstring(argv[1]) == L"--show") {
     // The bytes of each save of one input, to see why it fails.
@@ -255,9 +237,9 @@ int wmain(int argc, wchar_t** argv) {
     }
     return 0;
   }
-  if (replay) {
-    for (size_t i = 0; i < corpus.size(); ++i) {
-      if (!Check(guard, corpus[i], {})) std::printf("qcsv-fuzz: %ls fails\n", names[i].c_str());
+  if (corpus.replay) {
+    for (size_t i = 0; i < corpus.files.size(); ++i) {
+      if (!Check(guard, corpus.files[i], {})) std::printf("qcsv-fuzz: %ls fails\n", corpus.names[i].c_str());
     }
     PrintSummary();
     return counts.mismatches == 0 ? 0 : 1;
@@ -265,22 +247,14 @@ int wmain(int argc, wchar_t** argv) {
 
   const long long inputs = argc > 1 ? std::wcstoll(argv[1], nullptr, 10) : 1000000;
   const uint32_t seed = argc > 2 ? static_cast<uint32_t>(std::wcstoul(argv[2], nullptr, 10)) : GetTickCount();
-  std::printf("qcsv-fuzz: seed %u, %zu corpus files\n", seed, corpus.size());
-  // A watchdog: an input that keeps the reader busy for 20 s is a hang.
-  std::thread([] {
-    long long seen = -1;
-    for (int still = 0;; Sleep(1000)) {
-      const long long now = progress.load(std::memory_order_relaxed);
-      still = now == seen ? still + 1 : 0;
-      seen = now;
-      if (still >= 20) Crashed("hang");
-    }
-  }).detach();
+  std::printf("qcsv-fuzz: seed %u, %zu corpus files\n", seed, corpus.files.size());
+  // An input that keeps the reader busy for 20 s is a hang.
+  StartWatchdog(progress, [] { Crashed("hang"); });
   wchar_t temp[MAX_PATH];
   GetTempPathW(MAX_PATH, temp);
   const std::wstring scratch =
       std::wstring(temp) + L"vrk-fuzz-" + std::to_wstring(GetCurrentProcessId()) + L".qcsv";
-  Mutator mutator(seed, corpus);
+  Mutator mutator(seed, corpus.files);
   for (long long i = 0; i < inputs; ++i) {
     const std::string input = mutator.Next();
     Check(guard, input, i % 1000 == 999 ? scratch : std::wstring());

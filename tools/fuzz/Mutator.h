@@ -2,11 +2,16 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <cstdint>
+#include <cstdio>
 #include <random>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
+
+#include "FileBytes.h"
 
 // What the fuzz programs share: the corpus on disk, a hash that names a failing input, and the
 // mutator that turns corpus files into hostile ones.
@@ -18,6 +23,17 @@ inline uint64_t Fnv(std::string_view bytes) {
   uint64_t h = 1469598103934665603ull;
   for (unsigned char c : bytes) h = (h ^ c) * 1099511628211ull;
   return h;
+}
+
+// Keeps a failing input in the corpus under a name made of what failed and its bytes' hash.
+inline std::wstring KeepFailure(const std::wstring& folder, const std::wstring& prefix, const char* kind,
+                                const wchar_t* extension, std::string_view bytes) {
+  wchar_t hash[24];
+  swprintf(hash, std::size(hash), L"%016llx", static_cast<unsigned long long>(Fnv(bytes)));
+  std::wstring kindText(kind, kind + std::char_traits<char>::length(kind));
+  const std::wstring path = folder + L"\\" + prefix + L"failed-" + kindText + L"-" + hash + extension;
+  WriteBytes(path, bytes);
+  return path;
 }
 
 // Every file of a folder, with its name when asked.
@@ -43,6 +59,37 @@ inline std::vector<std::string> LoadCorpus(const std::wstring& folder,
   } while (FindNextFileW(search, &found));
   FindClose(search);
   return corpus;
+}
+
+// The corpus a run uses: `--replay FOLDER`, or the third argument after the count and the seed, or the
+// program's own; its files and their names. Empty when the folder holds none (said on the output).
+struct Corpus {
+  bool replay = false;
+  std::wstring folder;
+  std::vector<std::string> files;
+  std::vector<std::wstring> names;
+};
+
+inline Corpus OpenCorpus(int argc, wchar_t** argv, const wchar_t* fallback, const char* program) {
+  Corpus corpus;
+  corpus.replay = argc > 1 && std::wstring_view(argv[1]) == L"--replay";
+  corpus.folder = corpus.replay ? (argc > 2 ? argv[2] : fallback) : (argc > 3 ? argv[3] : fallback);
+  corpus.files = LoadCorpus(corpus.folder, &corpus.names);
+  if (corpus.files.empty()) std::printf("%s: no corpus in %ls\n", program, corpus.folder.c_str());
+  return corpus;
+}
+
+// A watchdog: calls `hang` when `progress` has not moved for 20 seconds.
+inline void StartWatchdog(const std::atomic<long long>& progress, void (*hang)()) {
+  std::thread([&progress, hang] {
+    long long seen = -1;
+    for (int still = 0;; Sleep(1000)) {
+      const long long now = progress.load(std::memory_order_relaxed);
+      still = now == seen ? still + 1 : 0;
+      seen = now;
+      if (still >= 20) hang();
+    }
+  }).detach();
 }
 
 // Bytes that give a list file its structure, and a few that break its encoding.

@@ -39,18 +39,6 @@ std::wstring corpusFolder;
 std::string current;
 std::chrono::steady_clock::time_point started;
 
-std::wstring SaveFailure(const char* kind, std::string_view bytes) {
-  wchar_t name[96];
-  swprintf(name, std::size(name), L"\\failed-%hs-%016llx.ini", kind,
-           static_cast<unsigned long long>(Fnv(bytes)));
-  const std::wstring path = corpusFolder + name;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-  return path;
-}
-
 void PrintSummary() {
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   std::printf("settings-fuzz: %lld files, %lld crashes, %lld lost, %.0f s\n", counts.files, counts.crashes,
@@ -62,7 +50,7 @@ void PrintSummary() {
 
 [[noreturn]] void Crashed(const char* what) {
   ++counts.crashes;
-  const std::wstring path = SaveFailure("crash", current);
+  const std::wstring path = KeepFailure(corpusFolder, L"", "crash", L".ini", current);
   std::printf("settings-fuzz: %s on file %lld, saved as %ls\n", what, counts.files, path.c_str());
   PrintSummary();
   ExitProcess(1);
@@ -74,24 +62,6 @@ LONG WINAPI OnException(EXCEPTION_POINTERS*) {
 
 void OnAbort(int) {
   Crashed("abort");
-}
-
-std::string FileBytes(const std::wstring& path) {
-  std::string bytes;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return bytes;
-  char buffer[65536];
-  DWORD got = 0;
-  while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
-  CloseHandle(file);
-  return bytes;
-}
-
-void WriteBytes(const std::wstring& path, std::string_view bytes) {
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
 }
 
 bool IsUtf16(std::string_view bytes) {
@@ -369,15 +339,9 @@ int wmain(int argc, wchar_t** argv) {
   SetUnhandledExceptionFilter(OnException);
   std::signal(SIGABRT, OnAbort);
   started = std::chrono::steady_clock::now();
-  const bool replay = argc > 1 && std::wstring(argv[1]) == L"--replay";
-  corpusFolder =
-      replay ? (argc > 2 ? argv[2] : VRK_SETTINGS_CORPUS) : (argc > 3 ? argv[3] : VRK_SETTINGS_CORPUS);
-  std::vector<std::wstring> names;
-  const std::vector<std::string> corpus = LoadCorpus(corpusFolder, &names);
-  if (corpus.empty()) {
-    std::printf("settings-fuzz: no corpus in %ls\n", corpusFolder.c_str());
-    return 2;
-  }
+  const Corpus corpus = OpenCorpus(argc, argv, VRK_SETTINGS_CORPUS, "settings-fuzz");
+  if (corpus.files.empty()) return 2;
+  corpusFolder = corpus.folder;
   wchar_t temp[MAX_PATH];
   // A folder in memory spares the disk a flush at every save (`make fuzz` gives one).
   if (!GetEnvironmentVariableW(L"VRK_FUZZ_FOLDER", temp, MAX_PATH)) GetTempPathW(MAX_PATH, temp);
@@ -391,17 +355,18 @@ int wmain(int argc, wchar_t** argv) {
     if (!failure) return;
     ok = false;
     ++counts.lost;
-    const std::wstring saved = name ? std::wstring(name) : SaveFailure(failure, bytes);
+    const std::wstring saved =
+        name ? std::wstring(name) : KeepFailure(corpusFolder, L"", failure, L".ini", bytes);
     if (counts.lost <= 20) std::printf("settings-fuzz: %s, %ls\n", failure, saved.c_str());
   };
-  if (replay) {
-    for (size_t i = 0; i < corpus.size(); ++i) run(corpus[i], names[i].c_str());
+  if (corpus.replay) {
+    for (size_t i = 0; i < corpus.files.size(); ++i) run(corpus.files[i], corpus.names[i].c_str());
   } else {
     const long long files = argc > 1 ? std::wcstoll(argv[1], nullptr, 10) : 10000;
     const uint32_t seed =
         argc > 2 ? static_cast<uint32_t>(std::wcstoul(argv[2], nullptr, 10)) : GetTickCount();
-    std::printf("settings-fuzz: seed %u, %zu corpus files\n", seed, corpus.size());
-    IniMutator mutator(seed, corpus);
+    std::printf("settings-fuzz: seed %u, %zu corpus files\n", seed, corpus.files.size());
+    IniMutator mutator(seed, corpus.files);
     for (long long i = 0; i < files; ++i) run(mutator.Next(), nullptr);
   }
   DeleteFileW(path.c_str());

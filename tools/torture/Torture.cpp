@@ -17,6 +17,7 @@
 #include <thread>
 #include <vector>
 
+#include "FileBytes.h"
 #include "app/Prompt.h"
 #include "app/QcsvDocument.h"
 #include "app/Settings.h"
@@ -104,18 +105,6 @@ long SettingsState(const std::wstring& path) {
 
 // A section of another program and a key this tool does not know: every save must keep them.
 const char kOtherSection[] = "[Other]\r\nkeep=this one\r\n[MorvaExtender_v5]\r\nmyOwnKey=x\r\n";
-
-std::string FileBytes(const std::wstring& path) {
-  std::string bytes;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                            OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return bytes;
-  char buffer[65536];
-  DWORD got = 0;
-  while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
-  CloseHandle(file);
-  return bytes;
-}
 
 int TemporaryFiles(const std::wstring& folder) {
   int count = 0;
