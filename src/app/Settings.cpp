@@ -89,7 +89,9 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
     const size_t close = line.rfind(L']');
     if (line.front() == L'[' && close != std::wstring_view::npos) {
       std::wstring_view name = Trimmed(line.substr(1, close - 1));
-      copy = SameName(name.substr(0, name.find(L'\0')), section) ? ++copies : 0;
+      name = name.substr(0, name.find(L'\0'));
+      // A section without a name is written without its line, so what follows joins the one before.
+      if (!name.empty()) copy = SameName(name, section) ? ++copies : 0;
       continue;
     }
     if (copy == 0) continue;

@@ -439,7 +439,20 @@ Outcome Try(const Editor& editor, const std::wstring& path, std::string_view byt
   if (accepted) {
     const int editedIn = edited ? FirstShownRow(editor, in) : -1;
     const int editedOut = edited ? FirstShownRow(editor, out) : -1;
-    if (!SameRows(editor, in, out, editedIn, editedOut)) return {"lost-rows", {}};
+    if (!SameRows(editor, in, out, editedIn, editedOut)) {
+      std::wstring detail = L"(edited " + std::to_wstring(editedIn) + L", rows " +
+                            std::to_wstring(in.RowCount()) + L" and " + std::to_wstring(out.RowCount()) +
+                            L") ";
+      for (size_t row = 0; row < std::max(in.RowCount(), out.RowCount()); ++row) {
+        if (static_cast<int>(row) == editedIn ||
+            (row < in.RowCount() && row < out.RowCount() &&
+             RowView(in, row, in.Columns()) == RowView(out, row, in.Columns())))
+          continue;
+        detail += L"row " + std::to_wstring(row) + L" differs";
+        break;
+      }
+      return {"lost-rows", detail};
+    }
     for (const auto& [name, value] : in.Options()) {
       if (Owned(editor.options, name)) continue;
       if (out.Option(name) != in.Option(name)) return {"lost-option", name};

@@ -126,7 +126,9 @@ std::vector<Entry> Entries(std::string_view bytes) {
     auto cut = [](std::wstring text) { return text.substr(0, text.find(L'\0')); };
     const size_t close = line.rfind(L']');
     if (line[0] == L'[' && close != std::wstring::npos) {
-      section = Lower(Trim(cut(line.substr(1, close - 1))));
+      // A section without a name is written without its line: what follows joins the section before.
+      const std::wstring name = Lower(Trim(cut(line.substr(1, close - 1))));
+      if (!name.empty()) section = name;
       continue;
     }
     const size_t equals = line.find(L'=');
