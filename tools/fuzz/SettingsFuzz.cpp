@@ -192,7 +192,12 @@ const char* Check(const std::wstring& path, std::string_view bytes) {
       continue;
     }
     ++seen[static_cast<size_t>(key - settings.keys.data())];
-    if (!OfKind(KindOfKey(key->name), entry.value)) return "value-not-of-its-kind";
+    if (!OfKind(KindOfKey(key->name), entry.value)) {
+      if (GetEnvironmentVariableW(L"VRK_FUZZ_DETAIL", nullptr, 0))
+        std::printf("settings-fuzz: [%ls] %ls=%ls\n", entry.section.c_str(), key->name.c_str(),
+                    entry.value.c_str());
+      return "value-not-of-its-kind";
+    }
   }
   for (int times : seen) {
     if (times != 1) return times == 0 ? "key-missing" : "key-repeated";
