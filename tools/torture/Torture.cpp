@@ -196,6 +196,7 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
   long acknowledged = 0;
   if (!SaveNumber(mode, target, seed, acknowledged)) {
     result.childFailed = true;
+    result.failure = L"the first save, before any child, failed";
     return result;
   }
 
@@ -221,6 +222,8 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
     if (!CreateProcessW(self, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                         &child)) {
       result.childFailed = true;
+      result.failure = L"the child could not be started, error " + std::to_wstring(GetLastError()) +
+                       L" (kill " + std::to_wstring(k) + L")";
       break;
     }
     while (!progress->started && WaitForSingleObject(child.hProcess, 1) == WAIT_TIMEOUT) {
