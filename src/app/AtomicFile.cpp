@@ -77,8 +77,17 @@ AtomicFile::AtomicFile(std::wstring targetPath) : target(std::move(targetPath)) 
       tempPath = std::move(path);
       return;
     }
-    if (GetLastError() != ERROR_FILE_EXISTS) return;
+    // A name another process left (its number may come again) and that is still held, or is being
+    // deleted, is passed over like one that exists.
+    const DWORD error = GetLastError();
+    if (error != ERROR_FILE_EXISTS && error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) break;
   }
+  Fail("create the temporary file");
+}
+
+bool AtomicFile::Fail(const char* step) {
+  failure = {step, GetLastError()};
+  return false;
 }
 
 AtomicFile::~AtomicFile() {
@@ -104,16 +113,44 @@ bool AtomicFile::Close() {
 }
 
 bool AtomicFile::CopyTarget() {
-  if (!Opened() || !Close()) return false;
-  // A read-only target gives a read-only copy, on which the profile calls then fail as on the target.
-  for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
+  if (!Opened()) return false;
+  // The target is read with every sharing mode, so that no handle on it stands in the way: not the
+  // extension reading it, nor the rename of a save that was cut off and whose process is still being
+  // torn down. Only a program that denies reading (a scanner's exclusive open) is waited for.
+  HANDLE source = INVALID_HANDLE_VALUE;
+  for (int attempt = 0; attempt < kRetryAttempts && source == INVALID_HANDLE_VALUE; ++attempt) {
     if (attempt > 0) WaitBeforeRetry();
-    if (CopyFileW(target.c_str(), tempPath.c_str(), FALSE)) return true;
+    source = CreateFileW(target.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                         nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
+    if (source != INVALID_HANDLE_VALUE) break;
     const DWORD error = GetLastError();
-    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return true;
-    if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION) return false;
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND)
+      return Close() || Fail("close the temporary file");
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_LOCK_VIOLATION) break;
   }
-  return false;
+  if (source == INVALID_HANDLE_VALUE) return Fail("open the file to copy it");
+  // Windows refuses to rename over a read-only file and Wine does it: refused here, it stays as it is on
+  // both.
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (GetFileInformationByHandle(source, &information) &&
+      (information.dwFileAttributes & FILE_ATTRIBUTE_READONLY)) {
+    CloseHandle(source);
+    SetLastError(ERROR_ACCESS_DENIED);
+    return Fail("replace a read-only file");
+  }
+  // The bytes go into the temporary file this object made, which keeps its own attributes and times.
+  char buffer[65536];
+  DWORD got = 0;
+  bool copied = true;
+  while (copied && (copied = ReadFile(source, buffer, sizeof(buffer), &got, nullptr) != FALSE) && got > 0)
+    copied = Write(std::string_view(buffer, got));
+  const DWORD error = GetLastError();
+  CloseHandle(source);
+  if (!copied) {
+    SetLastError(error);
+    return Fail("copy the file");
+  }
+  return Close() || Fail("close the temporary file");
 }
 
 bool AtomicFile::Commit() {
@@ -122,17 +159,21 @@ bool AtomicFile::Commit() {
     // Written by path: open it again only to put it on the disk.
     handle =
         CreateFileW(tempPath.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (handle == INVALID_HANDLE_VALUE) return false;
+    if (handle == INVALID_HANDLE_VALUE) return Fail("open the temporary file again");
   }
-  bool flushed = FlushFileBuffers(handle) != FALSE;
-  if (!Close() || !flushed) return false;
+  if (!FlushFileBuffers(handle)) {
+    Fail("flush the temporary file");
+    Close();
+    return false;
+  }
+  if (!Close()) return Fail("close the temporary file");
   for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
     if (attempt > 0) WaitBeforeRetry();
     committed = MoveFileExW(tempPath.c_str(), target.c_str(),
                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
     if (committed) return true;
     DWORD error = GetLastError();
-    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) return false;
+    if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) break;
   }
-  return false;
+  return Fail("rename over the file");
 }

@@ -17,14 +17,24 @@ class AtomicFile {
   AtomicFile(const AtomicFile&) = delete;
   AtomicFile& operator=(const AtomicFile&) = delete;
 
+  // The step that failed last and the system's error code then, so that a report can name them.
+  struct Failure {
+    const char* step = nullptr;
+    DWORD error = 0;
+  };
+
   bool Opened() const { return !tempPath.empty(); }
+  const Failure& LastFailure() const { return failure; }
+  // Records a failed step of a caller that writes the file by path (the profile calls).
+  bool Fail(const char* step);
   HANDLE Handle() const { return handle; }
   const std::wstring& TempPath() const { return tempPath; }
   bool Write(std::string_view bytes);
   // Closes the handle so that other calls (the profile functions) can write the file by its path.
   bool Close();
-  // Makes the temporary file a copy of the target as it stands (it stays empty when there is none);
-  // while another program holds the target, tried again for about a second.
+  // Makes the temporary file a copy of the target as it stands (it stays empty when there is none)
+  // and closes it; while another program denies reading the target, tried again for about a second.
+  // A read-only target is not copied: it is not to be replaced.
   bool CopyTarget();
   // Puts the bytes on the disk and renames the file over the target. While another program holds
   // the target open the rename is tried again for about a second.
@@ -40,4 +50,5 @@ class AtomicFile {
   std::wstring tempPath;
   HANDLE handle = INVALID_HANDLE_VALUE;
   bool committed = false;
+  Failure failure;
 };

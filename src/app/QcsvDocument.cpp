@@ -295,8 +295,8 @@ bool QcsvDocument::Load(const std::wstring& filePath, HWND owner, bool tellUser)
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     keepOldFile = true;
     if (tellUser)
-      ShowMessage(owner, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path, L"",
-                  MB_OK | MB_ICONERROR);
+      ShowMessage(owner, std::wstring(Text(strCannotOpenFile)) + L"\r\n" + Text(strFileName) + L" " + path,
+                  L"", MB_OK | MB_ICONERROR);
     return false;
   }
   LARGE_INTEGER fileSize{};
@@ -367,7 +367,7 @@ bool QcsvDocument::Interpret(std::string_view bytes, HWND owner) {
       break;
     }
     if (parser.AtEnd()) {
-      keepOldFile = parser.Lossy();
+      keepOldFile = parser.Lossy() || !WritesBackAsRead();
       return true;
     }
     record = Row();
@@ -376,6 +376,37 @@ bool QcsvDocument::Interpret(std::string_view bytes, HWND owner) {
   }
   Clear();
   return false;
+}
+
+bool QcsvDocument::WritesBackAsRead() const {
+  auto breaksLine = [](std::wstring_view text) {
+    return text.find_first_of(L"\r\n") != std::wstring_view::npos;
+  };
+  // The bytes a field takes in the file, quotes included.
+  auto written = [](const std::wstring& field) {
+    const size_t quotes = static_cast<size_t>(std::count(field.begin(), field.end(), L'"'));
+    const bool quoted = quotes > 0 || field.find(L',') != std::wstring::npos;
+    return Utf8Length(field.data(), field.size()) + (quoted ? 2 + quotes : 0);
+  };
+  size_t optionBytes = 0;
+  for (const auto& [name, value] : options) {
+    // An option is one field that is quoted after its ":", so "," or a quote in a value does not come back.
+    if (breaksLine(name) || value.find_first_of(L"\r\n,\"") != std::wstring::npos) return false;
+    optionBytes += 11 + written(name) + written(value);
+  }
+  // The writer leaves out a block (the options, or one row) over the limit.
+  if (optionBytes > kBlockLimit) return false;
+  if (std::any_of(columns.begin(), columns.end(), breaksLine)) return false;
+  for (const Row& row : rows) {
+    size_t rowBytes = 2 + (row.empty() ? 0 : row.size() - 1);
+    for (const std::wstring& field : row) {
+      // A line break in a field is written as it stands and read back as two records.
+      if (breaksLine(field)) return false;
+      rowBytes += written(field);
+    }
+    if (rowBytes > kBlockLimit) return false;
+  }
+  return true;
 }
 
 std::string QcsvDocument::Bytes() const {
@@ -416,8 +447,8 @@ bool QcsvDocument::Write(const std::wstring& target, HWND owner) const {
   return true;
 }
 
-int QcsvDocument::OptionIndex(std::wstring_view name) const {
-  for (size_t i = options.size(); i-- > 0;) {
+int QcsvDocument::OptionIndex(std::wstring_view name, int before) const {
+  for (size_t i = before < 0 ? options.size() : static_cast<size_t>(before); i-- > 0;) {
     if (SameTextIgnoringCase(options[i].first, name)) return static_cast<int>(i);
   }
   return -1;
@@ -441,6 +472,9 @@ void QcsvDocument::SetOption(std::wstring_view name, std::wstring_view value) {
   } else {
     // The option keeps its place and takes the spelling it is set under: one key, as the writer names it.
     options[static_cast<size_t>(index)] = {std::wstring(name), std::wstring(value)};
+    // Earlier lines of the same name (a hand edit's) would stand in the file with stale values.
+    for (int earlier = OptionIndex(name, index); earlier >= 0; earlier = OptionIndex(name, earlier))
+      options.erase(options.begin() + earlier);
   }
 }
 

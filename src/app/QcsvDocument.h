@@ -24,9 +24,10 @@ class QcsvDocument {
   // content and never a part. Shows the writer's message, owned by `owner`, on failure; the old file
   // stays intact.
   bool Write(const std::wstring& path, HWND owner = nullptr) const;
-  // True when the last Read met a file it could not take whole: one it could not open or refused, or
-  // one with bytes that are not UTF-8. A save would lose what that file holds, so the first Write
-  // to the same path keeps it as PATH.bak (or fails when it cannot).
+  // True when the last Read met a file it could not take whole: one it could not open or refused, one
+  // with bytes that are not UTF-8, or one holding what a save cannot write back as it was. A save
+  // would lose what that file holds, so the first Write to the same path keeps it as PATH.bak (or
+  // fails when it cannot).
   bool FileNotReadWhole() const { return keepOldFile; }
   // The same two steps without a file: what Read makes of these bytes, and the bytes Write writes.
   bool ReadBytes(std::string_view bytes);
@@ -77,8 +78,11 @@ class QcsvDocument {
 
   bool Load(const std::wstring& path, HWND owner, bool tellUser);
   bool Interpret(std::string_view bytes, HWND owner);
-  // Position of the option named so (the last one when a file repeats it), or -1.
-  int OptionIndex(std::wstring_view name) const;
+  // Position of the option named so (the last one before `before` when a file repeats it), or -1.
+  int OptionIndex(std::wstring_view name, int before = -1) const;
+  // Whether writing gives back what was read: no line break in a field, no "," or quote in an option
+  // value, no block the writer leaves out.
+  bool WritesBackAsRead() const;
 };
 
 // A cell holding several values keeps them as the list file keeps fields: joined by "," and quoted where

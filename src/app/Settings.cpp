@@ -1,11 +1,120 @@
 #include "app/Settings.h"
 
 #include <cwchar>
+#include <cwctype>
 #include <iterator>
-
-#include "app/AtomicFile.h"
+#include <map>
+#include <memory>
 
 #define VRK_REGISTER_KEY(name) Register(VRK_WIDE_TEXT(#name), &name);
+
+namespace {
+
+// The text of a settings file as the profile functions decode it: UTF-16 after its mark, UTF-8 after
+// its mark, else the ANSI code page.
+std::wstring ProfileText(const std::wstring& path) {
+  std::string bytes;
+  HANDLE file =
+      CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                  OPEN_EXISTING, 0, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return {};
+  char buffer[65536];
+  DWORD got = 0;
+  while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
+  CloseHandle(file);
+  if (bytes.size() >= 2 && (bytes[0] == '\xFF' && bytes[1] == '\xFE')) {
+    std::wstring text((bytes.size() - 2) / 2, L'\0');
+    for (size_t i = 0; i < text.size(); ++i)
+      text[i] = static_cast<wchar_t>(static_cast<unsigned char>(bytes[2 + 2 * i]) |
+                                     static_cast<unsigned char>(bytes[3 + 2 * i]) << 8);
+    return text;
+  }
+  if (bytes.size() >= 2 && (bytes[0] == '\xFE' && bytes[1] == '\xFF')) {
+    std::wstring text((bytes.size() - 2) / 2, L'\0');
+    for (size_t i = 0; i < text.size(); ++i)
+      text[i] = static_cast<wchar_t>(static_cast<unsigned char>(bytes[2 + 2 * i]) << 8 |
+                                     static_cast<unsigned char>(bytes[3 + 2 * i]));
+    return text;
+  }
+  UINT codePage = CP_ACP;
+  size_t skip = 0;
+  if (bytes.starts_with("\xEF\xBB\xBF")) {
+    codePage = CP_UTF8;
+    skip = 3;
+  }
+  const int size = static_cast<int>(bytes.size() - skip);
+  std::wstring text(static_cast<size_t>(size), L'\0');
+  text.resize(
+      static_cast<size_t>(MultiByteToWideChar(codePage, 0, bytes.data() + skip, size, text.data(), size)));
+  return text;
+}
+
+// Blanks as the profile functions see them: white space, and Ctrl-Z, an old end of file.
+bool IsBlank(wchar_t c) {
+  return std::iswspace(c) || c == 0x1A;
+}
+
+std::wstring_view Trimmed(std::wstring_view text) {
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+bool SameName(std::wstring_view a, std::wstring_view b) {
+  return CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(), static_cast<int>(b.size()),
+                              TRUE) == CSTR_EQUAL;
+}
+
+// What the section holds of each key: how many lines name it over every copy of the section, whether
+// one stands in a later copy (where a write would not find it and add it again), and its value.
+struct StoredKey {
+  int count = 0;
+  bool outsideFirstCopy = false;
+  bool hasValue = false;
+  std::wstring value;
+};
+
+std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstring_view section,
+                                             const std::vector<Settings::Key>& keys) {
+  std::map<std::wstring, StoredKey> stored;
+  const std::wstring text = ProfileText(path);
+  int copy = 0;  // which copy of the section the lines belong to; 0 outside it
+  int copies = 0;
+  for (size_t at = 0; at < text.size();) {
+    size_t end = text.find_first_of(L"\r\n", at);
+    if (end == std::wstring::npos) end = text.size();
+    const std::wstring_view line = Trimmed(std::wstring_view(text).substr(at, end - at));
+    at = end + 1;
+    if (line.empty()) continue;
+    const size_t close = line.rfind(L']');
+    if (line.front() == L'[' && close != std::wstring_view::npos) {
+      std::wstring_view name = Trimmed(line.substr(1, close - 1));
+      name = name.substr(0, name.find(L'\0'));
+      // A section without a name is written without its line, so what follows joins the one before.
+      if (!name.empty()) copy = SameName(name, section) ? ++copies : 0;
+      continue;
+    }
+    if (copy == 0) continue;
+    // The profile functions read a name and a value each up to a NUL character.
+    const size_t equals = line.find(L'=');
+    std::wstring_view name = Trimmed(line.substr(0, equals));
+    name = name.substr(0, name.find(L'\0'));
+    for (const Settings::Key& key : keys) {
+      if (!SameName(name, key.name)) continue;
+      StoredKey& entry = stored[key.name];
+      ++entry.count;
+      entry.outsideFirstCopy = entry.outsideFirstCopy || copy > 1;
+      entry.hasValue = equals != std::wstring_view::npos;
+      if (entry.hasValue) {
+        const std::wstring_view value = Trimmed(line.substr(equals + 1));
+        entry.value = value.substr(0, value.find(L'\0'));
+      }
+    }
+  }
+  return stored;
+}
+
+}  // namespace
 
 Settings::Settings() {
   iLanguage = -1;
@@ -69,19 +178,44 @@ void Settings::ApplyDefaultsAfterLoad(LCID userLocale) {
   }
 }
 
-bool Settings::Save() const {
+bool Settings::Save(AtomicFile::Failure* failure) const {
   // The profile calls rewrite the file once per key; made on a copy that then replaces the file in
   // one rename, a crash midway leaves the old file whole. Other sections and keys come along as they
   // stand, and the bytes are those the calls make on the file itself.
   AtomicFile temp(path);
-  if (!temp.CopyTarget()) return false;
+  auto report = [&] {
+    if (failure) *failure = temp.LastFailure();
+    return false;
+  };
+  if (!temp.CopyTarget()) return report();
   auto write = [&](const std::wstring& name, const wchar_t* value) {
-    return WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()) != FALSE;
+    return WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()) ||
+           temp.Fail("write a key");
+  };
+  // A key the file repeats (a hand edit, or a section that stands twice) would keep its other lines
+  // beside the one written: all of them go first, and the key is written once.
+  const std::map<std::wstring, StoredKey> stored = StoredKeys(temp.TempPath(), section, keys);
+  for (const auto& [name, entry] : stored) {
+    if (entry.count == 1 && !entry.outsideFirstCopy) continue;
+    for (int i = 0; i < entry.count; ++i) {
+      if (!write(name, nullptr)) return report();
+    }
+  }
+  // A key that stands once with the value it gets is left alone, as the profile functions leave it;
+  // each write reads and rewrites the whole file.
+  auto unchanged = [&stored](const std::wstring& name, std::wstring_view value) {
+    const auto found = stored.find(name);
+    if (found == stored.end()) return false;
+    const StoredKey& entry = found->second;
+    // The write drops the value's leading blanks, and compares the rest with what the file holds.
+    while (!value.empty() && IsBlank(value.front())) value.remove_prefix(1);
+    return entry.count == 1 && !entry.outsideFirstCopy && entry.hasValue && entry.value == value;
   };
   for (const Key& key : keys) {
     const KeyKind kind = KindOfKey(key.name);
     if (kind == KeyKind::Text) {
-      if (!write(key.name, static_cast<const std::wstring*>(key.field)->c_str())) return false;
+      const std::wstring& text = *static_cast<const std::wstring*>(key.field);
+      if (!unchanged(key.name, text) && !write(key.name, text.c_str())) return report();
       continue;
     }
     // A key of no known kind is written with an empty value, never left out.
@@ -93,9 +227,9 @@ bool Settings::Save() const {
     } else if (kind == KeyKind::Unsigned) {
       swprintf(buffer, std::size(buffer), L"%u", *static_cast<const uint32_t*>(key.field));
     }
-    if (!write(key.name, buffer)) return false;
+    if (!unchanged(key.name, buffer) && !write(key.name, buffer)) return report();
   }
-  return temp.Commit();
+  return temp.Commit() || report();
 }
 
 void Settings::WriteKey(std::wstring_view name, int32_t value) const {

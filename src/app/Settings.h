@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "app/AtomicFile.h"
+
 // Bits that tell the running extension which settings to reload.
 inline constexpr uint32_t kFlagSettings = 0x001;
 inline constexpr uint32_t kFlagLogExtractor = 0x002;
@@ -156,8 +158,9 @@ class Settings {
   void Load();
   // Language from the user's locale when none is stored; graph colours from their defaults.
   void ApplyDefaultsAfterLoad(LCID userLocale);
-  // Writes every key; false when the file could not be replaced (it then stays as it was).
-  bool Save() const;
+  // Writes every key; false when the file could not be replaced (it then stays as it was), with the
+  // step that failed and its error code in `failure` when given.
+  bool Save(AtomicFile::Failure* failure = nullptr) const;
 
   // Writes one integer key straight to the file, for dialogs that change only a few keys.
   void WriteKey(std::wstring_view name, int32_t value) const;

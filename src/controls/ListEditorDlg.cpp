@@ -15,6 +15,13 @@ constexpr TextPair strListNotReadWhole{
     L"「%s」をリストファイルとして読み込めなかったため、その内容をすべては表示できません。\r\n"
     L"保存するとこのファイルは置き換えられます。今のファイルは「%s.bak」として残します。"};
 
+// %s is the first cell as typed.
+constexpr TextPair strRowReadAsTag{
+    L"A row cannot begin with \"%s\": the list file would read it as a line of its own and lose the row. "
+    L"Nothing was changed.",
+    L"行の先頭を「%s」にすることはできません。リストファイルがその行を別の行として読み、行が失われます。"
+    L"何も変更していません。"};
+
 }  // namespace
 
 RowCells::RowCells(QcsvDocument& file) : file(&file), cells(file.Columns().size()) {}
@@ -78,11 +85,21 @@ void CListEditorDlg::InsertRow(size_t index, const RowCells& cells, bool select)
   OnRowsChanged();
 }
 
+bool CListEditorDlg::CanBeWritten(const RowCells& cells) {
+  // The file's tag lines are told from rows by their first field alone; such a row would not come back.
+  const QcsvDocument::Row& row = cells.Cells();
+  if (row.empty() || (row[0] != L"#format" && row[0] != L"#option" && row[0] != L"#column")) return true;
+  std::wstring text = Text(strRowReadAsTag);
+  text.replace(text.find(L"%s"), 2, row[0]);
+  ShowMessage(handle, text, Text(strProductName), MB_OK | MB_ICONWARNING);
+  return false;
+}
+
 void CListEditorDlg::OnAdd() {
   const int selected = CurrentRow();
   const size_t index = selected >= 0 ? static_cast<size_t>(selected) : shown->RowCount();
   RowCells cells(*shown);
-  if (EditItem(cells, true)) InsertRow(index, cells);
+  if (EditItem(cells, true) && CanBeWritten(cells)) InsertRow(index, cells);
 }
 
 void CListEditorDlg::OnEdit() {
@@ -92,7 +109,7 @@ void CListEditorDlg::OnEdit() {
 void CListEditorDlg::EditRow(int row) {
   if (row < 0 || static_cast<size_t>(row) >= shown->RowCount()) return;
   RowCells cells(*shown, static_cast<size_t>(row));
-  if (!EditItem(cells, false)) return;
+  if (!EditItem(cells, false) || !CanBeWritten(cells)) return;
   shown->SetRow(static_cast<size_t>(row), cells.Cells());
   listView.UpdateRowItem(row);
   OnRowsChanged();

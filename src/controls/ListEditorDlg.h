@@ -125,6 +125,8 @@ class CListEditorDlg : public CSizingDialog {
   LRESULT OnDoubleClick(NMITEMACTIVATE& click);
   LRESULT OnListKey(NMLVKEYDOWN& key);
   void EditRow(int row);
+  // False, after telling the user, for a row whose first cell the file would read as a tag line.
+  bool CanBeWritten(const RowCells& cells);
 
   QcsvDocument* shown = &listFile;
   std::vector<std::pair<const wchar_t*, COLORREF*>> colorOptions;

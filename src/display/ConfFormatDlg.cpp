@@ -142,9 +142,12 @@ void CConfFormatDlg::SortOldFile() {
     std::vector<QcsvDocument::Row> rows;
     for (size_t position : positions) rows.push_back(listFile.RowAt(position));
     const auto threshold = static_cast<size_t>(listFile.ColumnIndex(strColumnThreshold.English()));
-    std::stable_sort(rows.begin(), rows.end(), [threshold](const auto& a, const auto& b) {
-      return LeadingNumber(a[threshold]) > LeadingNumber(b[threshold]);
-    });
+    // A row read before the column line may end before the threshold: it counts as 0.
+    auto number = [threshold](const QcsvDocument::Row& row) {
+      return threshold < row.size() ? LeadingNumber(row[threshold]) : 0;
+    };
+    std::stable_sort(rows.begin(), rows.end(),
+                     [&number](const auto& a, const auto& b) { return number(a) > number(b); });
     for (size_t i = 0; i < positions.size(); ++i) listFile.SetRow(positions[i], std::move(rows[i]));
   }
 }

@@ -174,6 +174,8 @@ void CConfInfoLayerDlg::PlaceItems() {
       item.anchor = packed.anchor;
       offset = packed.offset;
     }
+    // An anchor no corner has is placed from the top left, as the extension places it, and saved so.
+    if (item.anchor < 0 || item.anchor > kAnchorBottomRight) item.anchor = kAnchorTopLeft;
     item.MoveTo(AnchoredOffset(item.anchor, offset, area));
   }
 }

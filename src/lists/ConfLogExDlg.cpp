@@ -25,6 +25,8 @@ constexpr wchar_t kOptionFontFace[] = L"FontFace";
 constexpr wchar_t kOptionBkColor[] = L"BkColor";
 constexpr wchar_t kOptionMasterVolume[] = L"MasterVolume";
 constexpr wchar_t kOptionRemoteTalk[] = L"EnableRemoteTalk";
+// The largest size the font chooser offers, in points.
+constexpr int kMaxFontSize = 1638;
 
 using Dlg = CConfLogExDlg;
 using namespace Layout;
@@ -102,8 +104,11 @@ CConfLogExDlg::CConfLogExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
 
 void CConfLogExDlg::OnOpened() {
   fontSize = NumberOption(listFile, kOptionFontSize, 0);
+  // A size no font has (a hand edit's -5) is no size, as a missing one; a face is at most what a font
+  // can be named.
+  if (fontSize < 0 || fontSize > kMaxFontSize) fontSize = 0;
   fontHeight = -MulDiv(fontSize, ScreenPixelsPerInchY(), 72);
-  fontFace = listFile.OptionOr(kOptionFontFace, L"");
+  fontFace = listFile.OptionOr(kOptionFontFace, L"").substr(0, LF_FACESIZE - 1);
   fontBold = NumberOption(listFile, kOptionFontBold, 0) != 0;
   fontItalic = NumberOption(listFile, kOptionFontItalic, 0) != 0;
   bkColor = ParseColorHex(listFile.OptionOr(kOptionBkColor, L""), kColorNone);

@@ -104,6 +104,15 @@ constexpr OptionCategory kCategories[] = {
 };
 
 constexpr TextPair strGameLocation{L"Morva location", L"Morva本体の場所"};
+// %s is the settings file's path.
+constexpr TextPair strSettingsNotSaved{
+    L"The settings could not be saved to \"%s\".\r\n"
+    L"Another program may be holding the file (a virus scanner, or a VrkConfig that is still closing). "
+    L"Nothing has been changed and your choices are still here: press OK again in a moment, or Cancel.",
+    L"設定を「%s」に保存できませんでした。\r\n"
+    L"別のプログラム（ウイルス対策ソフトや、終了中のVrkConfigなど）がファイルを使用している可能性があります。"
+    L"ファイルは変更されておらず、選んだ設定もそのままです。しばらくしてからもう一度OKを押すか、キャンセルし"
+    L"てください。"};
 constexpr TextPair strSearchGame{L"Search", L"検索"};
 constexpr TextPair strGameNotFound{
     L"Morva is not found.\r\n\r\nPlease check Morva Extender manual for detail.",
@@ -384,7 +393,13 @@ void CMainDlg::OnOk() {
   StoreShownRows();
   settings.iLanguage = static_cast<int32_t>(SendMessageW(Item(kLanguageId), CB_GETCURSEL, 0, 0));
   settings.wstrMorva = GetItemText(kGameLocationId);
-  settings.Save();
+  if (!settings.Save()) {
+    // The old file stands as it was; the dialog stays open with every choice, to try again or cancel.
+    std::wstring text = Text(strSettingsNotSaved);
+    text.replace(text.find(L"%s"), 2, settings.path);
+    ShowMessage(handle, text, Text(strProductName), MB_OK | MB_ICONWARNING);
+    return;
+  }
   NotifyExtension(kFlagSettings);
   Finish(kExitOk);
 }

@@ -42,6 +42,11 @@ TEST(BadInput, ListFilesGetTheirDefinedOutcome) {
       {"1,000,000 rows", millionRows, 1000000, L"row", true, ""},
       {"option without colon", kHead + "#option,flag\r\n#column,k\r\nx\r\n", 1, L"x", true,
        kHead + "#option,flag:\r\n#column,k\r\nx\r\n"},
+      // What the writer cannot give back as it was read: the file is kept before the first save.
+      {"line break in a quoted field", kHead + "#column,k\r\n\"a\r\nb\"\r\n", 1, L"a\r\nb", false,
+       kHead + "#column,k\r\na\r\nb\r\n"},
+      {"comma in an option value", kHead + "#option,\"n:a,b\"\r\n#column,k\r\nx\r\n", 1, L"x", false,
+       kHead + "#option,n:\"a,b\"\r\n#column,k\r\nx\r\n"},
   };
   TempDir dir;
   PromptRecorder recorder;

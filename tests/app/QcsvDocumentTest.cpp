@@ -146,13 +146,14 @@ TEST(QcsvDocument, OptionsMatchWithoutRegardToCase) {
   EXPECT_EQ(doc.OptionOr(L"WindowWidth", L"0"), L"0");
   EXPECT_EQ(doc.OptionOr(L"windowheight", L"0"), L"-12");
 
-  // A repeated option in a file is kept; the last one counts and is the one changed, under the new spelling.
+  // Of an option a file repeats, the last one counts; setting it leaves that one, under the new spelling,
+  // and drops the stale copies before it.
   TempDir dir;
-  ASSERT_TRUE(WriteFileBytes(dir.File(L"a.qcsv"), "#format,qcsv\r\n#option,Size:1,size:2\r\n"));
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"a.qcsv"), "#format,qcsv\r\n#option,Size:1,x:0,size:2\r\n"));
   ASSERT_TRUE(doc.Read(dir.File(L"a.qcsv")));
   EXPECT_EQ(doc.Option(L"SIZE"), L"2");
   doc.SetOption(L"Size", 3);
-  EXPECT_EQ(Dump(doc), L"O[Size][1] O[Size][3] C");
+  EXPECT_EQ(Dump(doc), L"O[x][0] O[Size][3] C");
 }
 
 TEST(QcsvDocument, EditorsWorkByColumnNameEvenForMissingColumns) {

@@ -1,12 +1,11 @@
 #pragma once
 #include <windows.h>
 
-#include <functional>
 #include <string>
 #include <vector>
 
-#include "app/AtomicFile.h"
 #include "app/QcsvDocument.h"
+#include "common/TestUtil.h"
 
 // The document in one line: options, columns and rows, every field in brackets.
 inline std::wstring Dump(const QcsvDocument& doc) {
@@ -34,17 +33,3 @@ inline std::vector<std::wstring> FilesIn(const std::wstring& folder) {
   FindClose(search);
   return names;
 }
-
-// Records the waits between attempts on a file held by another program instead of sleeping, and runs `onWait`
-// at each.
-class RetryWaitScope {
- public:
-  explicit RetryWaitScope(std::function<void()> onWait = {}) {
-    AtomicFile::SetRetryWaitForTests([this, onWait](DWORD milliseconds) {
-      waited += milliseconds;
-      if (onWait) onWait();
-    });
-  }
-  ~RetryWaitScope() { AtomicFile::SetRetryWaitForTests({}); }
-  DWORD waited = 0;
-};

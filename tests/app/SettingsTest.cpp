@@ -146,6 +146,87 @@ TEST(Settings, SaveWaitsForAFileHeldByAnotherProgram) {
   }
 }
 
+// A key that a hand edit repeats, in another case or in a second copy of the section, is written once
+// with the value the store loaded; the other lines stay as they stand.
+TEST(Settings, RepeatedKeyIsWrittenOnce) {
+  const struct {
+    const char* name;
+    std::string file;
+    const char* value;  // enLabel as loaded and saved
+  } cases[] = {
+      {"twice", Ini("enLabel=1\r\nmyOwnKey=x\r\nenLabel=0\r\n"), "1"},
+      {"in another case", Ini("ENLABEL=0\r\nmyOwnKey=x\r\n enLabel = 1\r\n"), "0"},
+      {"only in a second copy of the section",
+       Ini("myOwnKey=x\r\n") + "[Other]\r\nenLabel=1\r\n" + Ini("enLabel=1\r\n"), "0"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    TempDir dir;
+    ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), c.file));
+    LoadedSettings loaded(dir);
+    ASSERT_TRUE(loaded.settings.Save());
+    std::istringstream lines(ReadFileBytes(dir.File(L"Vrk.ini")));
+    int named = 0;
+    std::string section;
+    for (std::string line; std::getline(lines, line);) {
+      if (line.starts_with("[")) section = line;
+      if (section == "[MorvaExtender_v5]\r" &&
+          _strnicmp(line.c_str() + line.find_first_not_of(' '), "enLabel", 7) == 0) {
+        ++named;
+        EXPECT_EQ(line, std::string("enLabel=") + c.value + "\r");
+      }
+    }
+    EXPECT_EQ(named, 1);
+    EXPECT_NE(ReadFileBytes(dir.File(L"Vrk.ini")).find("myOwnKey=x\r\n"), std::string::npos);
+  }
+}
+
+// A save cut off in its rename leaves, until its process is gone, a handle on Vrk.ini that may delete
+// it; the next save copies the file past such a handle at once and only the rename waits for it.
+TEST(Settings, SaveCopiesPastAHandleOfASaveCutOff) {
+  TempDir dir;
+  const std::string original = Ini("enLabel=1\r\n") + "[Other]\r\nkeep=1\r\n";
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), original));
+  LoadedSettings loaded(dir);
+  HANDLE dying =
+      CreateFileW(dir.File(L"Vrk.ini").c_str(), GENERIC_READ | DELETE,
+                  FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(dying, INVALID_HANDLE_VALUE);
+  bool copiedBeforeWaiting = true;
+  RetryWaitScope retries([&] {
+    if (!dying) return;
+    bool copied = false;
+    for (const std::wstring& name : FilesIn(dir.Path()))
+      copied = copied || (name.ends_with(L".tmp") &&
+                          ReadFileBytes(dir.File(name)).find("[Other]\r\nkeep=1\r\n") != std::string::npos);
+    copiedBeforeWaiting = copiedBeforeWaiting && copied;
+    CloseHandle(dying);
+    dying = nullptr;
+  });
+  AtomicFile::Failure failure;
+  EXPECT_TRUE(loaded.settings.Save(&failure)) << failure.step;
+  if (dying) CloseHandle(dying);
+  EXPECT_TRUE(copiedBeforeWaiting);
+  EXPECT_NE(ReadFileBytes(dir.File(L"Vrk.ini")).find("[Other]\r\nkeep=1\r\n"), std::string::npos);
+  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
+}
+
+// A read-only Vrk.ini is not replaced, as Windows refuses to rename over it; the save names the step.
+TEST(Settings, ReadOnlyFileIsNotReplaced) {
+  TempDir dir;
+  ASSERT_TRUE(WriteFileBytes(dir.File(L"Vrk.ini"), Ini("enLabel=1\r\n")));
+  ASSERT_TRUE(SetFileAttributesW(dir.File(L"Vrk.ini").c_str(), FILE_ATTRIBUTE_READONLY));
+  LoadedSettings loaded(dir);
+  loaded.settings.enLabel = 0;
+  AtomicFile::Failure failure;
+  EXPECT_FALSE(loaded.settings.Save(&failure));
+  EXPECT_STREQ(failure.step, "replace a read-only file");
+  EXPECT_EQ(failure.error, static_cast<DWORD>(ERROR_ACCESS_DENIED));
+  SetFileAttributesW(dir.File(L"Vrk.ini").c_str(), FILE_ATTRIBUTE_NORMAL);
+  EXPECT_EQ(ReadFileBytes(dir.File(L"Vrk.ini")), Ini("enLabel=1\r\n"));
+  EXPECT_EQ(FilesIn(dir.Path()), std::vector<std::wstring>{L"Vrk.ini"});
+}
+
 TEST(Settings, KindFollowsTheFirstCharacterOnly) {
   TempDir dir;
   // Extra keys registered with other first letters: "t" reads as text, "n" as a switch, "u" as

@@ -1,8 +1,11 @@
 #pragma once
 #include <windows.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
+
+#include "app/AtomicFile.h"
 
 // A fresh folder under the system's temporary folder, removed with everything in it at scope end.
 class TempDir {
@@ -28,3 +31,17 @@ void PumpMessages();
 
 // UTF-8 from a wide text, for comparing file bytes.
 std::string Utf8(std::wstring_view text);
+
+// Records the waits between attempts on a file held by another program instead of sleeping, and runs
+// `onWait` at each.
+class RetryWaitScope {
+ public:
+  explicit RetryWaitScope(std::function<void()> onWait = {}) {
+    AtomicFile::SetRetryWaitForTests([this, onWait](DWORD milliseconds) {
+      waited += milliseconds;
+      if (onWait) onWait();
+    });
+  }
+  ~RetryWaitScope() { AtomicFile::SetRetryWaitForTests({}); }
+  DWORD waited = 0;
+};

@@ -240,6 +240,30 @@ TEST_F(ListEditorTest, AddAppendsWithoutASelectionAndAnEmptyAnswerAddsNothing) {
   EXPECT_EQ(Bytes().substr(Bytes().find("#column")), "#column,keyword,color\r\nx,#ff0000\r\ny,#ff0000\r\n");
 }
 
+// A first cell that the file would read as its own tag line is refused, added or edited, with a word
+// to the user; a text that only begins so is a row like any other.
+TEST_F(ListEditorTest, RowReadAsATagLineIsRefused) {
+  Write(kThreeRows);
+  PromptRecorder prompts;
+  HWND shown = nullptr;
+  Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        shown = d.Handle();
+        Click(d, Dlg::kAdd);
+        list.Select(0);
+        Click(d, Dlg::kEdit);
+        Click(d, Dlg::kAdd);
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"#option x", L"a", L"b", L"c"}));
+        Click(d, IDOK);
+      },
+      {L"#column", L"#option", L"#option x"});
+  ASSERT_EQ(prompts.asked.size(), 2u);
+  EXPECT_NE(prompts.asked[0].text.find(L"\"#column\""), std::wstring::npos);
+  EXPECT_EQ(prompts.asked[1].owner, shown);
+  EXPECT_EQ(Bytes().substr(Bytes().find("#column")),
+            "#column,keyword,color\r\n#option x,#ff0000\r\na,#000001\r\nb,#000002\r\nc,#000003\r\n");
+}
+
 // A column the editor does not show, and fields beyond the columns, stay with their row through an
 // edit and a move.
 TEST_F(ListEditorTest, CellsTheEditorDoesNotShowStayWithTheirRow) {

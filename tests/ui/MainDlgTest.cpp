@@ -133,6 +133,42 @@ TEST_F(MainDlgTest, OkWritesEveryFieldAndTheLanguageAndTellsTheExtension) {
   EXPECT_EQ(extension.Mask(), 0x101u);
 }
 
+// A save that cannot replace Vrk.ini, because another program (a virus scanner, a VrkConfig still
+// closing) holds it past the retries, is said in the dialog's language, owned by the dialog, and
+// leaves the file, the extension and the dialog with every choice as they were; OK once the file is
+// free saves and ends.
+TEST_F(MainDlgTest, OkThatCannotSaveSaysSoAndKeepsEverything) {
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    ASSERT_TRUE(WriteFileBytes(tool.IniPath(), "[MorvaExtender_v5]\r\nenLabel=0\r\n"));
+    HANDLE holder = CreateFileW(tool.IniPath().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(holder, INVALID_HANDLE_VALUE);
+    RetryWaitScope retries;
+    ExtensionWindow extension;
+    PromptRecorder prompts;
+    CMainDlg dialog(features);
+    ASSERT_TRUE(dialog.Create(nullptr));
+    Click(dialog, CMainDlg::kFirstCheckId);
+    const bool ticked = dialog.IsChecked(CMainDlg::kFirstCheckId);
+    Click(dialog, IDOK);
+    ASSERT_EQ(prompts.asked.size(), 1u);
+    EXPECT_EQ(prompts.asked[0].owner, dialog.Handle());
+    EXPECT_NE(prompts.asked[0].text.find(language == kEnglish ? L"could not be saved to \"" + tool.IniPath()
+                                                              : L"設定を「" + tool.IniPath()),
+              std::wstring::npos);
+    EXPECT_EQ(TakeQuitCode(), -1);
+    CloseHandle(holder);
+    EXPECT_EQ(ReadFileBytes(tool.IniPath()), "[MorvaExtender_v5]\r\nenLabel=0\r\n");
+    EXPECT_EQ(extension.Mask(), 0u);
+    EXPECT_EQ(dialog.IsChecked(CMainDlg::kFirstCheckId), ticked);
+
+    Click(dialog, IDOK);
+    EXPECT_EQ(TakeQuitCode(), 1);
+    EXPECT_EQ(prompts.asked.size(), 1u);
+    EXPECT_EQ(extension.Mask(), kFlagSettings);
+  }
+}
+
 // A row has a "Config" button exactly when the table it is given names its switch.
 TEST_F(MainDlgTest, ConfigButtonsFollowTheTableAndOpenTheirDialogs) {
   // enLabel, enEnchantFinder and enListExtender have settings dialogs; only the first is in this table.

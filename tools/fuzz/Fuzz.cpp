@@ -22,15 +22,13 @@
 
 #include "app/Prompt.h"
 #include "app/QcsvDocument.h"
+#include "fuzz/Mutator.h"
 
 #ifndef VRK_FUZZ_CORPUS
 #define VRK_FUZZ_CORPUS L"fuzz-corpus"
 #endif
 
 namespace {
-
-constexpr size_t kBlockLimit = 0x100000;  // the writer leaves out a larger block, as the format says
-constexpr size_t kMaxInput = 1 << 16;     // inputs stay small unless a huge field is made on purpose
 
 struct Counts {
   long long inputs = 0;
@@ -47,25 +45,6 @@ std::string current;  // the input being read, saved when it crashes or hangs
 std::atomic<long long> progress{0};
 std::chrono::steady_clock::time_point started;
 
-uint64_t Fnv(std::string_view bytes) {
-  uint64_t h = 1469598103934665603ull;
-  for (unsigned char c : bytes) h = (h ^ c) * 1099511628211ull;
-  return h;
-}
-
-// Keeps a failing input in the corpus under a name made of its bytes' hash.
-std::wstring SaveFailure(const char* kind, std::string_view bytes) {
-  wchar_t name[64];
-  swprintf(name, std::size(name), L"\\failed-%hs-%016llx.qcsv", kind,
-           static_cast<unsigned long long>(Fnv(bytes)));
-  std::wstring path = corpusFolder + name;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-  DWORD written = 0;
-  WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-  CloseHandle(file);
-  return path;
-}
-
 void PrintSummary() {
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - started).count();
   std::printf("qcsv-fuzz: %lld inputs, %lld crashes, %lld mismatches, %.0f s\n", counts.inputs,
@@ -80,7 +59,7 @@ void PrintSummary() {
 // A crash, a failed check of the standard library or of the stack protector: keep the input, stop.
 [[noreturn]] void Crashed(const char* what) {
   ++counts.crashes;
-  std::wstring path = SaveFailure("crash", current);
+  std::wstring path = KeepFailure(corpusFolder, L"", "crash", L".qcsv", current);
   std::printf("qcsv-fuzz: %s on input %lld, saved as %ls\n", what, counts.inputs, path.c_str());
   PrintSummary();
   ExitProcess(1);
@@ -224,139 +203,11 @@ bool Check(GuardedInput& guard, std::string_view bytes, const std::wstring& scra
   }
   if (!failure) return true;
   ++counts.mismatches;
-  std::wstring path = SaveFailure("mismatch", bytes);
+  std::wstring path = KeepFailure(corpusFolder, L"", "mismatch", L".qcsv", bytes);
   if (counts.mismatches <= 10)
     std::printf("qcsv-fuzz: %s on input %lld, saved as %ls\n", failure, counts.inputs, path.c_str());
   return false;
 }
-
-std::vector<std::string> LoadCorpus(const std::wstring& folder, std::vector<std::wstring>* names = nullptr) {
-  std::vector<std::string> corpus;
-  WIN32_FIND_DATAW found;
-  HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
-  if (search == INVALID_HANDLE_VALUE) return corpus;
-  do {
-    if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) continue;
-    std::wstring path = folder + L"\\" + found.cFileName;
-    HANDLE file =
-        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
-    if (file == INVALID_HANDLE_VALUE) continue;
-    std::string bytes(GetFileSize(file, nullptr), '\0');
-    DWORD got = 0;
-    ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr);
-    CloseHandle(file);
-    bytes.resize(got);
-    corpus.push_back(std::move(bytes));
-    if (names) names->push_back(found.cFileName);
-  } while (FindNextFileW(search, &found));
-  FindClose(search);
-  return corpus;
-}
-
-const std::string_view kTokens[] = {",",
-                                    "\"",
-                                    "\"\"",
-                                    "\r\n",
-                                    "\r",
-                                    "\n",
-                                    ":",
-                                    "#",
-                                    "#format,qcsv\r\n",
-                                    "#option,",
-                                    "#column,",
-                                    "#format",
-                                    "qcsv",
-                                    "\xEF\xBB\xBF",
-                                    "\xC0\xAF",
-                                    "\xC1\xBF",
-                                    "\xE0\x80\xAF",
-                                    "\xED\xA0\x80",
-                                    "\xED\xBF\xBF",
-                                    "\xF4\x90\x80\x80",
-                                    "\xF8\x88\x80\x80\x80",
-                                    "\xE3\x81\x82",
-                                    "\xE3\x81",
-                                    "\xF0\x9F\x98\x80",
-                                    "\xF0\x9F",
-                                    std::string_view("\0", 1),
-                                    "\xFF",
-                                    "\xFE\xFF",
-                                    "\x80",
-                                    "a:b",
-                                    "\"a,b\":\"c\"",
-                                    "WindowWidth:640",
-                                    ",\"\",",
-                                    "\"\r\n\""};
-
-class Mutator {
- public:
-  Mutator(uint32_t seed, const std::vector<std::string>& corpus) : random(seed), corpus(corpus) {}
-
-  std::string Next() {
-    std::string bytes = corpus[Below(corpus.size())];
-    for (size_t n = 1 + Below(4); n > 0; --n) Mutate(bytes);
-    if (Below(20000) == 0) Huge(bytes);
-    return bytes;
-  }
-
- private:
-  size_t Below(size_t n) { return n == 0 ? 0 : std::uniform_int_distribution<size_t>(0, n - 1)(random); }
-
-  // A place to change, mostly behind the format line so that the file is not simply refused.
-  size_t Position(const std::string& bytes) {
-    const size_t head = bytes.starts_with("#format,qcsv\r\n") && Below(5) != 0 ? 14 : 0;
-    return head + Below(bytes.size() - std::min(head, bytes.size()) + 1);
-  }
-
-  void Mutate(std::string& bytes) {
-    const size_t at = Position(bytes);
-    switch (Below(8)) {
-      case 0:
-        if (at < bytes.size()) bytes[at] = static_cast<char>(bytes[at] ^ (1 << Below(8)));
-        break;
-      case 1:
-        if (at < bytes.size()) bytes[at] = kTokens[Below(std::size(kTokens))][0];
-        break;
-      case 2:
-      case 3:
-        bytes.insert(at, kTokens[Below(std::size(kTokens))]);
-        break;
-      case 4:
-        bytes.erase(at, Below(16) + 1);
-        break;
-      case 5: {
-        const size_t from = Below(bytes.size() + 1);
-        const std::string piece = bytes.substr(from, Below(64) + 1);
-        for (size_t n = 1 + (Below(8) == 0 ? Below(64) : 0); n > 0 && bytes.size() < kMaxInput; --n)
-          bytes.insert(std::min(at, bytes.size()), piece);
-        break;
-      }
-      case 6: {
-        const std::string& other = corpus[Below(corpus.size())];
-        bytes = bytes.substr(0, at) + other.substr(Below(other.size() + 1));
-        break;
-      }
-      default:
-        bytes.resize(std::min(bytes.size(), at));
-        break;
-    }
-    if (bytes.size() > kMaxInput) bytes.resize(kMaxInput);
-  }
-
-  // A field near the writer's 1 MiB block limit, in one-, three- or four-byte characters.
-  void Huge(std::string& bytes) {
-    static const std::string_view kUnits[] = {"x", "\xE3\x81\x82", "\xF0\x9F\x98\x80", "\"\""};
-    const std::string_view unit = kUnits[Below(std::size(kUnits))];
-    const size_t target = kBlockLimit - 8 + Below(16);
-    std::string field;
-    field.reserve(target + unit.size());
-    while (field.size() < target) field.append(unit);
-    bytes.insert(Position(bytes), field);
-  }
-
-  std::mt19937 random;
-  const std::vector<std::string>& corpus;
-};
 
 }  // namespace
 
@@ -369,14 +220,9 @@ int wmain(int argc, wchar_t** argv) {
     return IDOK;
   };
   started = std::chrono::steady_clock::now();
-  const bool replay = argc > 1 && std::wstring(argv[1]) == L"--replay";
-  corpusFolder = replay ? (argc > 2 ? argv[2] : VRK_FUZZ_CORPUS) : (argc > 3 ? argv[3] : VRK_FUZZ_CORPUS);
-  std::vector<std::wstring> names;
-  const std::vector<std::string> corpus = LoadCorpus(corpusFolder, &names);
-  if (corpus.empty()) {
-    std::printf("qcsv-fuzz: no corpus in %ls\n", corpusFolder.c_str());
-    return 2;
-  }
+  const Corpus corpus = OpenCorpus(argc, argv, VRK_FUZZ_CORPUS, "qcsv-fuzz");
+  if (corpus.files.empty()) return 2;
+  corpusFolder = corpus.folder;
   GuardedInput guard;
   if (argc > 2 && std::wstring(argv[1]) == L"--show") {
     // The bytes of each save of one input, to see why it fails.
@@ -391,9 +237,9 @@ int wmain(int argc, wchar_t** argv) {
     }
     return 0;
   }
-  if (replay) {
-    for (size_t i = 0; i < corpus.size(); ++i) {
-      if (!Check(guard, corpus[i], {})) std::printf("qcsv-fuzz: %ls fails\n", names[i].c_str());
+  if (corpus.replay) {
+    for (size_t i = 0; i < corpus.files.size(); ++i) {
+      if (!Check(guard, corpus.files[i], {})) std::printf("qcsv-fuzz: %ls fails\n", corpus.names[i].c_str());
     }
     PrintSummary();
     return counts.mismatches == 0 ? 0 : 1;
@@ -401,22 +247,14 @@ int wmain(int argc, wchar_t** argv) {
 
   const long long inputs = argc > 1 ? std::wcstoll(argv[1], nullptr, 10) : 1000000;
   const uint32_t seed = argc > 2 ? static_cast<uint32_t>(std::wcstoul(argv[2], nullptr, 10)) : GetTickCount();
-  std::printf("qcsv-fuzz: seed %u, %zu corpus files\n", seed, corpus.size());
-  // A watchdog: an input that keeps the reader busy for 20 s is a hang.
-  std::thread([] {
-    long long seen = -1;
-    for (int still = 0;; Sleep(1000)) {
-      const long long now = progress.load(std::memory_order_relaxed);
-      still = now == seen ? still + 1 : 0;
-      seen = now;
-      if (still >= 20) Crashed("hang");
-    }
-  }).detach();
+  std::printf("qcsv-fuzz: seed %u, %zu corpus files\n", seed, corpus.files.size());
+  // An input that keeps the reader busy for 20 s is a hang.
+  StartWatchdog(progress, [] { Crashed("hang"); });
   wchar_t temp[MAX_PATH];
   GetTempPathW(MAX_PATH, temp);
   const std::wstring scratch =
       std::wstring(temp) + L"vrk-fuzz-" + std::to_wstring(GetCurrentProcessId()) + L".qcsv";
-  Mutator mutator(seed, corpus);
+  Mutator mutator(seed, corpus.files);
   for (long long i = 0; i < inputs; ++i) {
     const std::string input = mutator.Next();
     Check(guard, input, i % 1000 == 999 ? scratch : std::wstring());

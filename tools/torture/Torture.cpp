@@ -17,6 +17,7 @@
 #include <thread>
 #include <vector>
 
+#include "FileBytes.h"
 #include "app/Prompt.h"
 #include "app/QcsvDocument.h"
 #include "app/Settings.h"
@@ -29,6 +30,7 @@ enum class Mode { Qcsv, Settings };
 struct Progress {
   volatile LONG started;
   volatile LONG done;
+  wchar_t failure[512];  // what a save that failed by itself says
 };
 
 uint64_t Mix(uint64_t x) {
@@ -104,18 +106,6 @@ long SettingsState(const std::wstring& path) {
 // A section of another program and a key this tool does not know: every save must keep them.
 const char kOtherSection[] = "[Other]\r\nkeep=this one\r\n[MorvaExtender_v5]\r\nmyOwnKey=x\r\n";
 
-std::string FileBytes(const std::wstring& path) {
-  std::string bytes;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                            OPEN_EXISTING, 0, nullptr);
-  if (file == INVALID_HANDLE_VALUE) return bytes;
-  char buffer[65536];
-  DWORD got = 0;
-  while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
-  CloseHandle(file);
-  return bytes;
-}
-
 int TemporaryFiles(const std::wstring& folder) {
   int count = 0;
   WIN32_FIND_DATAW found;
@@ -155,6 +145,7 @@ int Child(Mode mode, const std::wstring& folder, uint32_t seed, long first, cons
   settings.path = target;
   for (long n = first;; ++n) {
     bool saved = false;
+    AtomicFile::Failure failure;
     if (mode == Mode::Qcsv) {
       QcsvDocument doc = Document(seed, n);
       InterlockedExchange(&progress->started, 1);
@@ -162,10 +153,13 @@ int Child(Mode mode, const std::wstring& folder, uint32_t seed, long first, cons
     } else {
       SetState(settings, n);
       InterlockedExchange(&progress->started, 1);
-      saved = settings.Save();
+      saved = settings.Save(&failure);
     }
     if (!saved) {
-      fwprintf(stderr, L"%ls: save %ld failed\n", target.c_str(), n);
+      // The parent prints this with its verdict: which step of which save, and the system's reason.
+      swprintf(progress->failure, std::size(progress->failure), L"%ls: save %ld failed to %hs, error %lu",
+               target.c_str(), n, failure.step ? failure.step : "write the list file", failure.error);
+      fwprintf(stderr, L"%ls\n", progress->failure);
       return 2;
     }
     InterlockedExchange(&progress->done, n);
@@ -180,6 +174,7 @@ struct Result {
   int mostLeft = 0;
   int leftAtEnd = 0;
   bool childFailed = false;
+  std::wstring failure;
 };
 
 Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
@@ -201,6 +196,7 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
   long acknowledged = 0;
   if (!SaveNumber(mode, target, seed, acknowledged)) {
     result.childFailed = true;
+    result.failure = L"the first save, before any child, failed";
     return result;
   }
 
@@ -215,6 +211,7 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
   std::uniform_int_distribution<int> delay(0, mode == Mode::Qcsv ? 150 : 40);
 
   for (int k = 0; k < kills; ++k) {
+    progress->failure[0] = L'\0';
     progress->started = 0;
     progress->done = acknowledged;
     std::wstring command = L"\"" + std::wstring(self) + L"\" --child " + name + L" \"" + folder + L"\" " +
@@ -225,12 +222,16 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
     if (!CreateProcessW(self, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                         &child)) {
       result.childFailed = true;
+      result.failure = L"the child could not be started, error " + std::to_wstring(GetLastError()) +
+                       L" (kill " + std::to_wstring(k) + L")";
       break;
     }
     while (!progress->started && WaitForSingleObject(child.hProcess, 1) == WAIT_TIMEOUT) {
     }
     Sleep(static_cast<DWORD>(delay(random)));
     const bool ended = WaitForSingleObject(child.hProcess, 0) == WAIT_OBJECT_0;
+    DWORD exitCode = 0;
+    GetExitCodeProcess(child.hProcess, &exitCode);
     TerminateProcess(child.hProcess, 9);
     WaitForSingleObject(child.hProcess, INFINITE);
     CloseHandle(child.hThread);
@@ -238,6 +239,11 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
     if (ended) {
       // The child stopped by itself: a save failed.
       result.childFailed = true;
+      // A child that ended without a word did not get to its saves (it failed to start or crashed).
+      result.failure = progress->failure[0]
+                           ? std::wstring(progress->failure)
+                           : L"the child ended before a save with exit code " + std::to_wstring(exitCode) +
+                                 L" (kill " + std::to_wstring(k) + L")";
       break;
     }
     ++result.kills;
@@ -285,7 +291,9 @@ bool Report(const char* name, const Result& r, const char* what, double seconds)
       "file%s after a kill, %d after the next save, %.0f s)\n",
       name, r.kills, r.torn, r.lost, what, r.duringSave, r.mostLeft, r.mostLeft == 1 ? "" : "s", r.leftAtEnd,
       seconds);
-  if (r.childFailed) std::printf("%s-torture: a save failed by itself\n", name);
+  if (r.childFailed)
+    std::printf("%s-torture: a save failed by itself after %d kills: %ls\n", name, r.kills,
+                r.failure.c_str());
   std::fflush(stdout);
   return !r.childFailed && r.torn == 0 && r.lost == 0 && r.mostLeft <= 1 && r.leftAtEnd == 0;
 }
@@ -333,6 +341,7 @@ int wmain(int argc, wchar_t** argv) {
       run.result.duringSave += part.duringSave;
       run.result.mostLeft = std::max(run.result.mostLeft, part.mostLeft);
       run.result.leftAtEnd += part.leftAtEnd;
+      if (part.childFailed && !run.result.childFailed) run.result.failure = part.failure;
       run.result.childFailed = run.result.childFailed || part.childFailed;
       run.seconds = std::max(run.seconds, laneSeconds[r * kLanes + lane]);
     }
