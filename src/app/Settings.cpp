@@ -166,7 +166,10 @@ void Settings::Load() {
 }
 
 void Settings::ApplyDefaultsAfterLoad(LCID userLocale) {
-  if (iLanguage == -1) iLanguage = (userLocale == kJapaneseLocale) ? 1 : 0;
+  // Only 0 and 1 name a language. Any other value (-1 for a missing key, or a hand edit such as 2) is taken
+  // as no choice at all, so the user's locale decides, as for a missing key; the texts, the main dialog's
+  // selector and the next save then agree on the language shown.
+  if (iLanguage != 0 && iLanguage != 1) iLanguage = (userLocale == kJapaneseLocale) ? 1 : 0;
   struct ColorDefault {
     int32_t* field;
     uint32_t value;

@@ -156,7 +156,8 @@ class Settings {
   // Sets the sentinels that tell a missing key from a stored one (language, graph colours).
   void PrepareForLoad();
   void Load();
-  // Language from the user's locale when none is stored; graph colours from their defaults.
+  // Language from the user's locale when none (or no language) is stored; graph colours from their
+  // defaults.
   void ApplyDefaultsAfterLoad(LCID userLocale);
   // Writes every key; false when the file could not be replaced (it then stays as it was), with the
   // step that failed and its error code in `failure` when given.

@@ -50,7 +50,7 @@ inline constexpr TextPair strTreasureMap{L"Treasure Map", L"宝の地図"};
 inline constexpr TextPair strVolume{L"Volume", L"ボリューム"};
 inline constexpr TextPair strOk{L"OK", L"OK"};
 
-// Dialog titles. Titles that read alike in English differ in Japanese, so each stays its own pair.
+// Dialog titles, one pair per dialog even where two read alike.
 inline constexpr TextPair strTitleMusicExtender{L"Config Music Extender", L"BGM拡張の設定"};
 inline constexpr TextPair strTitleMusicCondition{L"Condition - Music Extender", L"演奏条件設定 - BGM拡張"};
 inline constexpr TextPair strTitleIdentifiedColor{L"Select identified item color",
@@ -64,6 +64,8 @@ inline constexpr TextPair strTitleListFormat{L"Config List Format", L"整形の�
 inline constexpr TextPair strTitleListFormatItem{L"Threshold and Color", L"閾値と色の設定"};
 inline constexpr TextPair strTitleInfoLayer{L"Config InfoLayer", L"情報レイヤーの設定"};
 inline constexpr TextPair strTitleItemInfo{L"Config Item Info Window", L"アイテム情報ウィンドウの設定"};
+// The Item Info list's own item dialog: the same words as the list format editor's, a title of its own.
+inline constexpr TextPair strTitleItemInfoItem{L"Threshold and Color", L"閾値と色の設定"};
 inline constexpr TextPair strTitleLabel{L"Config Label", L"ラベルの設定"};
 inline constexpr TextPair strTitleLogEx{L"Config Log Extractor", L"ログ抽出の設定"};
 inline constexpr TextPair strTitleLogExItem{L"Keyword - Log Extractor", L"キーワード登録"};

@@ -30,7 +30,9 @@ class CMidiPlayer {
   const std::wstring& GetPattern(int index) const { return patterns[static_cast<size_t>(index)]; }
 
  protected:
-  // The dialog that receives the players' notifications, kept as 32 bits like every window handle.
+  // The dialog that receives the players' notifications, held in 32 bits: the width the VST host's
+  // protocol gives window handles. A window handle is shared by 32- and 64-bit processes, so its value
+  // fits; other handles (modules, files) need not.
   uint32_t owner;
   std::vector<std::wstring> patterns;
 

@@ -19,6 +19,8 @@ constexpr TextPair strListFileMissing{L"DraggerbleListViewCtrl Error\r\n\r\nqcsv
 constexpr DWORD kGridAndFullRow = LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT;
 // The drag image stands this far right of the cursor so that the row under it stays readable.
 constexpr int kDragImageOffset = 16;
+// The bit of a key message's flags that is set while Alt is held (the context code).
+constexpr LPARAM kAltHeld = LPARAM{1} << 29;
 
 const std::wstring& CellOf(const QcsvDocument::Row& row, int column) {
   static const std::wstring empty;
@@ -283,7 +285,7 @@ LRESULT CDraggableListViewCtrl::OnGetDlgCode(WPARAM key, LPARAM message) {
 }
 
 LRESULT CDraggableListViewCtrl::OnSysKeyDown(WPARAM key, LPARAM flags) {
-  if ((key == VK_UP || key == VK_DOWN) && (flags & (1 << 29))) {
+  if ((key == VK_UP || key == VK_DOWN) && (flags & kAltHeld)) {
     const int from = FirstSelected();
     const int to = key == VK_UP ? from - 1 : from + 1;
     if (MoveRow(from, to) && onRowMoved) onRowMoved(from, to);

@@ -1,6 +1,5 @@
 #include "controls/ListEditorDlg.h"
 
-#include "app/ExtensionNotify.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
@@ -129,11 +128,7 @@ void CListEditorDlg::OnOk() {
   for (const auto& [name, color] : colorOptions) listFile.SetOption(name, FormatColorHex(*color));
   StoreOptions();
   if (!editor.sizeBeforeOptions) SaveSize(listFile);
-  // The writer has told the player why; everything they did stays here to try again or cancel.
-  if (!listFile.Write(path, handle)) return;
-  OnSaved();
-  NotifyExtension(editor.flag);
-  EndDialog(IDOK);
+  SaveListFileAndEnd(listFile, path, editor.flag, IDOK, [this] { OnSaved(); });
 }
 
 LRESULT CListEditorDlg::OnItemChanged(NMLISTVIEW& change) {

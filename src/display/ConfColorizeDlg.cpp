@@ -33,6 +33,5 @@ bool CConfColorizeDlg::OnInitDialog() {
 void CConfColorizeDlg::OnOk() {
   // The last valid colour counts, not a half-typed text.
   listFile.SetOption(kIdentifiedItemColorOption, FormatColorHex(field.color));
-  listFile.Write(path, handle);
-  EndDialog(IDOK);
+  SaveListFileAndEnd(listFile, path);
 }

@@ -205,11 +205,15 @@ void CConfInfoLayerDlg::Close(int button) {
   const int answer =
       ShowMessage(handle, Text(strSaveQuestion), Text(strTitleInfoLayer), MB_YESNOCANCEL | MB_ICONQUESTION);
   if (answer == IDCANCEL) return;
-  if (answer == IDYES) Save();
-  EndDialog(button);
+  if (answer == IDNO) {
+    EndDialog(button);
+    return;
+  }
+  StorePositions();
+  SaveListFileAndEnd(listFile, path, 0, button);
 }
 
-void CConfInfoLayerDlg::Save() {
+void CConfInfoLayerDlg::StorePositions() {
   for (const CDraggableStaticCtrl& item : items) {
     const std::wstring key = item.keyName;
     const POINT offset = AnchoredOffset(item.anchor, item.Position(), area);
@@ -219,5 +223,4 @@ void CConfInfoLayerDlg::Save() {
     listFile.SetOption(key + L"_colFore", FormatColorHex(item.foreground));
     listFile.SetOption(key + L"_colBack", FormatColorHex(item.background));
   }
-  listFile.Write(path, handle);
 }

@@ -63,7 +63,8 @@ class CConfInfoLayerDlg : public CDialog {
   void OnCancel() { Close(IDCANCEL); }
   void PlaceItems();
   void Close(int button);
-  void Save();
+  // Puts every item's anchor, offsets and colours into the list file's options.
+  void StorePositions();
 
   bool placed = false;
   QcsvDocument listFile;

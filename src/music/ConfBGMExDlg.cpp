@@ -38,31 +38,32 @@ constexpr wchar_t kHelpPage[] = L"help/music-extender.html";
 // The methods in the order of the "Device" values.
 constexpr const wchar_t* kMethodNames[] = {L"BASSMIDI", L"MCI", L"DirectMusic"};
 
+constexpr int16_t kTopButtonW = 54;
 constexpr auto kControls = JoinControls(
     std::array<ControlDef, 10>{{
-        {Ctl::Button, Dlg::kAddCondition, 6, 6, 52, 12, Layout::kButtonStyle, 0, &strAddConditon},
-        {Ctl::Button, Dlg::kAddCommentButton, 62, 6, 52, 12, Layout::kButtonStyle, 0, &strAddComment},
-        {Ctl::Button, Dlg::kEdit, 118, 6, 52, 12, Layout::kButtonStyle, 0, &strEdit},
-        {Ctl::Button, Dlg::kDelete, 174, 6, 52, 12, Layout::kButtonStyle, 0, &strDelete},
-        // From the Delete button's edge to the dialog's margin: the Japanese text needs it all.
-        {Ctl::Button, Dlg::kDisableMusiclist, 227, 6, 107, 12, Layout::kCheckStyle, 0, &strDisableMusiclist,
+        {Ctl::Button, Dlg::kAddCondition, 6, 6, kTopButtonW, 12, Layout::kButtonStyle, 0, &strAddConditon},
+        {Ctl::Button, Dlg::kAddCommentButton, 66, 6, kTopButtonW, 12, Layout::kButtonStyle, 0,
+         &strAddComment},
+        {Ctl::Button, Dlg::kEdit, 126, 6, kTopButtonW, 12, Layout::kButtonStyle, 0, &strEdit},
+        {Ctl::Button, Dlg::kDelete, 186, 6, kTopButtonW, 12, Layout::kButtonStyle, 0, &strDelete},
+        {Ctl::Button, Dlg::kDisableMusiclist, 246, 6, 102, 12, Layout::kCheckStyle, 0, &strDisableMusiclist,
          Anchor::LeftRight},
-        {Ctl::ListView, Dlg::kList, 6, 24, 328, 150, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP,
+        {Ctl::ListView, Dlg::kList, 6, 24, 342, 150, LVS_REPORT | LVS_SHOWSELALWAYS | WS_TABSTOP,
          WS_EX_CLIENTEDGE, kNoText, Anchor::All},
         {Ctl::Static, Dlg::kMethodLabel, 6, 180, 66, 12, SS_LEFT | SS_CENTERIMAGE, 0, &strMidiMethod,
          Anchor::BottomLeft},
-        {Ctl::ComboBox, Dlg::kMethod, 78, 180, 124, 30, CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0,
+        {Ctl::ComboBox, Dlg::kMethod, 78, 180, 132, 30, CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0,
          kNoText, Anchor::BottomLeft},
         {Ctl::Button, Dlg::kSoundFontButton, 6, 198, 66, 12, Layout::kButtonStyle, 0, &strSoundfont,
          Anchor::BottomLeft},
-        {Ctl::Static, Dlg::kSoundFontPath, 78, 198, 124, 12,
+        {Ctl::Static, Dlg::kSoundFontPath, 78, 198, 132, 12,
          SS_LEFT | SS_SUNKEN | SS_PATHELLIPSIS | SS_CENTERIMAGE, 0, kNoText, Anchor::BottomLeft},
     }},
-    OkCancelRow(334, 180, Anchor::BottomRight, 60, 30));
+    OkCancelRow(348, 180, Anchor::BottomRight, 60, 30));
 
-// No larger than the default size of a resizable dialog at any DPI: opened at that size, OK and Cancel
-// stay clear of the MIDI method and the SoundFont.
-constexpr DialogDef kDialog{&strTitleMusicExtender, 0, 0, 340, 216, DialogStyle::kSizing};
+// The controls' extent and the margin. Where the dialog font is wide, this is more than the default size
+// of a resizable dialog, which then opens at this size instead.
+constexpr DialogDef kDialog{&strTitleMusicExtender, 0, 0, 354, 216, DialogStyle::kSizing};
 constexpr ListEditorDef kEditor{kBgmExFile,         kBgmExColumns, kFlagMusicExtender, Dlg::kList,
                                 Dlg::kAddCondition, Dlg::kEdit,    Dlg::kDelete};
 

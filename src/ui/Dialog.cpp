@@ -2,6 +2,7 @@
 
 #include <commctrl.h>
 
+#include "app/ExtensionNotify.h"
 #include "app/StartUpSteps.h"
 #include "app/Strings.h"
 
@@ -59,6 +60,15 @@ void CDialog::EndDialog(INT_PTR code) {
   } else {
     DestroyWindow(handle);
   }
+}
+
+bool CDialog::SaveListFileAndEnd(const QcsvDocument& listFile, const std::wstring& path, uint32_t flag,
+                                 INT_PTR code, const std::function<void()>& saved) {
+  if (!listFile.Write(path, handle)) return false;
+  if (saved) saved();
+  if (flag) NotifyExtension(flag);
+  EndDialog(code);
+  return true;
 }
 
 bool CDialog::PreTranslateMessage(MSG& message) {

@@ -1,11 +1,14 @@
 #pragma once
 #include <windows.h>
 
+#include <cstdint>
 #include <functional>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "app/Handles.h"
+#include "app/QcsvDocument.h"
 #include "ui/DialogTemplate.h"
 #include "ui/MessageLoop.h"
 #include "ui/MessageMap.h"
@@ -65,6 +68,13 @@ class CDialog : public CWindow, public CMessageFilter {
  protected:
   // Returns true to let the system give the focus to the first control, false when it set it.
   virtual bool OnInitDialog() { return true; }
+
+  // How every dialog that writes a list file closes: the file is written whole; once it is, `saved`
+  // runs, the running extension is told `flag` (nothing when 0) and the dialog ends with `code`. A
+  // write that fails has been told to the player in a message this dialog owns; the dialog then stays
+  // open with every choice made in it, nothing else is written or told, and OK can be tried again.
+  bool SaveListFileAndEnd(const QcsvDocument& listFile, const std::wstring& path, uint32_t flag = 0,
+                          INT_PTR code = IDOK, const std::function<void()>& saved = {});
 
  private:
   static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

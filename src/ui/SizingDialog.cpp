@@ -33,14 +33,26 @@ void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {
   int width = IntegerOption(listFile, L"WindowWidth");
   int height = IntegerOption(listFile, L"WindowHeight");
   const int maximized = IntegerOption(listFile, L"WindowMaximized");
-  if (width == 0 || height == 0) {
+  const bool remembered = width != 0 && height != 0;
+  if (!remembered) {
     width = minWidth;
     height = minHeight;
   }
-  // The file holds the size at 96 DPI; a size larger than the screen's work area is cut to it.
+  // The file holds the size at 96 DPI.
+  width = ToDpi(handle, width);
+  height = ToDpi(handle, height);
+  // The default size was drawn for a font narrower than some systems give (Wine's at 144 DPI); there it
+  // grows to the size of the dialog's own table, so that no anchored control is pulled over another. A
+  // remembered size is the player's and stands as it is.
+  if (!remembered) {
+    const SIZE own = TableSize();
+    width = std::max<int>(width, own.cx);
+    height = std::max<int>(height, own.cy);
+  }
+  // A size larger than the screen's work area is cut to it.
   const RECT area = OwnerWorkArea(handle);
-  width = std::min<int>(ToDpi(handle, width), area.right - area.left);
-  height = std::min<int>(ToDpi(handle, height), area.bottom - area.top);
+  width = std::min<int>(width, area.right - area.left);
+  height = std::min<int>(height, area.bottom - area.top);
   // One pixel narrower first: the size then changes even when it equals the template's, so the
   // controls are laid out in any case.
   MoveWindow(handle, 0, 0, width - 1, height, TRUE);
@@ -50,6 +62,14 @@ void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {
   MoveIntoWorkArea();
 
   if (maximized != 0) ShowWindow(handle, SW_SHOWMAXIMIZED);
+}
+
+SIZE CSizingDialog::TableSize() const {
+  const RECT table = DialogUnitsToPixels(0, 0, Definition().cx, Definition().cy);
+  const RECT window = WindowRect();
+  const RECT client = ClientRect();
+  return {table.right + (window.right - window.left) - client.right,
+          table.bottom + (window.bottom - window.top) - client.bottom};
 }
 
 void CSizingDialog::SaveSize(QcsvDocument& listFile) const {

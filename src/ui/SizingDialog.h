@@ -14,9 +14,13 @@ class CSizingDialog : public CDialog {
                 int minHeight = kMinHeight)
       : CDialog(definition, controls), minWidth(minWidth), minHeight(minHeight) {}
 
-  // At the end of initialisation, after the list file was read: the remembered size (or the
-  // minimum when none), centred on the owner, maximised when it was closed maximised.
+  // At the end of initialisation, after the list file was read: the remembered size (or, when none,
+  // the minimum or the size of the dialog's own table, whichever is larger), centred on the owner,
+  // maximised when it was closed maximised.
   void RestoreSize(const QcsvDocument& listFile);
+  // The window size at which the client area is the dialog's table (its definition's size) in this
+  // dialog's font and DPI.
+  SIZE TableSize() const;
   // In the OK handler, before the list file is written: the restored size and whether maximised.
   void SaveSize(QcsvDocument& listFile) const;
 

@@ -87,6 +87,11 @@ TEST(StartUp, LanguageAndDateTextFollowTheStoredChoiceOrTheLocale) {
       {"[MorvaExtender_v5]\r\niLanguage=-1\r\n", 1041, kJapanese, L"[2022/08/26]"},
       {"[MorvaExtender_v5]\r\niLanguage=0\r\n", 1041, kEnglish, L"[Aug 26, 2022]"},
       {"[MorvaExtender_v5]\r\niLanguage=1\r\n", 1033, kJapanese, L"[2022/08/26]"},
+      // A value that names no language, as a hand edit leaves it, counts as no choice: the locale decides.
+      {"[MorvaExtender_v5]\r\niLanguage=2\r\n", 1041, kJapanese, L"[2022/08/26]"},
+      {"[MorvaExtender_v5]\r\niLanguage=2\r\n", 1033, kEnglish, L"[Aug 26, 2022]"},
+      {"[MorvaExtender_v5]\r\niLanguage=-5\r\n", 1041, kJapanese, L"[2022/08/26]"},
+      {"[MorvaExtender_v5]\r\niLanguage=-5\r\n", 1033, kEnglish, L"[Aug 26, 2022]"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.file);

@@ -185,3 +185,41 @@ TEST_F(ColorDialogsTest, IdentifiedItemColourIsReadAndWrittenBackWithTheWholeFil
     EXPECT_EQ(ReadFileBytes(path), after);
   }
 }
+
+// A save that cannot replace the list file, because another program holds it past the retries, is told
+// in a message the dialog owns. The dialog stays open with the colour chosen, the file and its other
+// options stay as they were, and OK once the file is free saves.
+TEST_F(ColorDialogsTest, IdentifiedItemColourThatCannotBeSavedStaysOpenToBeSavedAgain) {
+  TempDir dir;
+  const std::wstring path = dir.File(L"ListColor.qcsv");
+  const std::string before =
+      "#format,qcsv\r\n#option,IdentifiedItemColor:#123456\r\n#option,Other:x\r\n#column,type\r\nskill\r\n";
+  ASSERT_TRUE(WriteFileBytes(path, before));
+  PromptRecorder recorder;
+  RetryWaitScope retries;
+  CConfColorizeDlg dialog(path);
+  HWND shown = nullptr;
+  const INT_PTR result = RunModal(dialog, [&](CDialog& d) {
+    shown = d.Handle();
+    // Shown, so that ending the dialog would hide it.
+    ShowWindow(d.Handle(), SW_SHOWNOACTIVATE);
+    Type(d, kTextEdit, L"#abcdef");
+    HANDLE holder = CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(holder, INVALID_HANDLE_VALUE);
+    Click(d, IDOK);
+    EXPECT_GT(retries.waited, 0u);
+    EXPECT_TRUE(IsWindowVisible(d.Handle()));
+    EXPECT_EQ(d.GetItemText(kTextEdit), L"#abcdef");
+    EXPECT_EQ(SwatchColor(d, kTextSwatch), 0xEFCDABu);
+    CloseHandle(holder);
+    EXPECT_EQ(ReadFileBytes(path), before);
+    Click(d, IDOK);
+  });
+  EXPECT_EQ(result, IDOK);
+  ASSERT_EQ(recorder.asked.size(), 1u);
+  EXPECT_EQ(recorder.asked[0].owner, shown);
+  EXPECT_EQ(recorder.asked[0].text, L"QCSV error: Cannot write \"" + path + L"\".");
+  EXPECT_EQ(
+      ReadFileBytes(path),
+      "#format,qcsv\r\n#option,IdentifiedItemColor:#abcdef\r\n#option,Other:x\r\n#column,type\r\nskill\r\n");
+}

@@ -356,6 +356,46 @@ TEST_F(InfoLayerDlgTest, BothClosingButtonsAskAndOnlyYesSaves) {
   EXPECT_FALSE(FileExists(File()));
 }
 
+// Yes to the closing question with the list file held by another program past the retries: the writer's
+// message is the dialog's own, the dialog stays open with the items where the player put them and the file
+// as it was, and the next close that is answered Yes, once the file is free, saves.
+TEST_F(InfoLayerDlgTest, YesThatCannotSaveKeepsTheEditorOpenWithEveryPosition) {
+  SimulatedGame game(tool.Tool(), SIZE{640, 480});
+  RetryWaitScope retries;
+  const std::string before = "#format,qcsv\r\n#option,Frame_x:40\r\n#column\r\n";
+  ASSERT_TRUE(WriteFileBytes(File(), before));
+  HWND shown = nullptr;
+  const INT_PTR result = Run([&](Dlg& d) {
+    shown = d.Handle();
+    // Shown, so that ending the dialog would hide it.
+    ShowWindow(d.Handle(), SW_SHOWNOACTIVATE);
+    Drag(d.Item(Dlg::kStaminaId), 100, 40);
+    prompts.AnswerMenu(kAnchorBottomRight);
+    RightClick(d.Item(Dlg::kStaminaId));
+    HANDLE holder = CreateFileW(File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(holder, INVALID_HANDLE_VALUE);
+    d.Send(WM_COMMAND, IDOK);
+    EXPECT_GT(retries.waited, 0u);
+    EXPECT_TRUE(IsWindowVisible(d.Handle()));
+    EXPECT_EQ(ItemAt(d, Dlg::kStaminaId).x, 100);
+    EXPECT_EQ(ItemAt(d, Dlg::kStaminaId).y, 40);
+    EXPECT_EQ(d.items[1].anchor, kAnchorBottomRight);
+    CloseHandle(holder);
+    EXPECT_EQ(ReadFileBytes(File()), before);
+  });
+  EXPECT_EQ(result, IDOK);
+  ASSERT_EQ(prompts.asked.size(), 3u);
+  EXPECT_EQ(prompts.asked[0].text, L"Do you want to save the position and color?");
+  EXPECT_EQ(prompts.asked[1].owner, shown);
+  EXPECT_EQ(prompts.asked[1].text, L"QCSV error: Cannot write \"" + File() + L"\".");
+  EXPECT_EQ(prompts.asked[2].text, L"Do you want to save the position and color?");
+  const QcsvDocument saved = Saved();
+  EXPECT_EQ(saved.OptionOr(L"Frame_x", L""), L"40");
+  EXPECT_EQ(saved.OptionOr(L"Stamina_anchor", L""), L"4");
+  EXPECT_EQ(saved.OptionOr(L"Stamina_x", L""), L"540");
+  EXPECT_EQ(saved.OptionOr(L"Stamina_y", L""), L"440");
+}
+
 TEST_F(InfoLayerDlgTest, ItemsShowTheirTextInTheGamesFont) {
   SimulatedGame game(tool.Tool());
   ASSERT_TRUE(WriteFileBytes(tool.IniPath(),

@@ -198,6 +198,41 @@ TEST(MusicExtender, TheMusiclistSwitchIsASettingWrittenAtOnceOnOk) {
   }
 }
 
+// With its list file held by another program past the retries, OK leaves everything where it was: the list
+// file, the musiclist switch in memory and in Vrk.ini, and the extension's flags; the dialog stays open with
+// the choices made, and OK once the file is free saves them all.
+TEST_F(MusicExtenderTest, OkThatCannotWriteTheListWritesNothingElseEither) {
+  RetryWaitScope retries;
+  HWND shown = nullptr;
+  const INT_PTR result = Run([&](CDialog& d, ListViewDriver&) {
+    shown = d.Handle();
+    // Shown, so that ending the dialog would hide it.
+    ShowWindow(d.Handle(), SW_SHOWNOACTIVATE);
+    Click(d, Dlg::kDisableMusiclist);
+    Choose(d, Dlg::kMethod, kMethodBassMidi);
+    HANDLE holder = CreateFileW(File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_NE(holder, INVALID_HANDLE_VALUE);
+    Click(d, IDOK);
+    EXPECT_TRUE(IsWindowVisible(d.Handle()));
+    EXPECT_TRUE(d.IsChecked(Dlg::kDisableMusiclist));
+    EXPECT_EQ(SendMessageW(d.Item(Dlg::kMethod), CB_GETCURSEL, 0, 0), kMethodBassMidi);
+    CloseHandle(holder);
+    EXPECT_EQ(Bytes(), kRules);
+    EXPECT_EQ(GlobalSettings().enMusicExtender_NoReplace, 0);
+    EXPECT_FALSE(FileExists(tool.IniPath()));
+    EXPECT_EQ(extension.Mask(), 0x100u);
+    Click(d, IDOK);
+  });
+  EXPECT_EQ(result, IDOK);
+  ASSERT_EQ(recorder.asked.size(), 1u);
+  EXPECT_EQ(recorder.asked[0].owner, shown);
+  EXPECT_NE(Bytes().find("#option,Device:0\r\n"), std::string::npos);
+  EXPECT_EQ(GlobalSettings().enMusicExtender_NoReplace, 1);
+  EXPECT_EQ(GetPrivateProfileIntW(kSettingsSection, L"enMusicExtender_NoReplace", -1, tool.IniPath().c_str()),
+            1u);
+  EXPECT_EQ(extension.Mask(), 0x100u | kFlagMusicExtender);
+}
+
 // Cancel after every kind of change leaves the file as it was and tells nobody.
 TEST_F(MusicExtenderTest, CancelLeavesTheFileByteIdentical) {
   recorder.fileAnswers.push_back(L"C:\\fonts\\strings.sf2");

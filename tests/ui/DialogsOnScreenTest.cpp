@@ -16,6 +16,7 @@
 #include "app/Strings.h"
 #include "common/Harness.h"
 #include "common/SimulatedGame.h"
+#include "music/ConfBGMExDlg.h"
 #include "ui/AboutDlg.h"
 #include "ui/EditStringDlg.h"
 #include "ui/MainDlg.h"
@@ -108,6 +109,35 @@ void ExpectInWorkArea(HWND window) {
       << "window at " << Describe(rect) << " outside the work area " << Describe(area);
 }
 
+// A resizable dialog opened at its default size: no smaller than its table, and every control at the
+// distances its table gives from the edges it is held to, so that none was pulled over another. (A drop-
+// down list's height is that of its closed box, so only its other edges count.)
+void ExpectControlsWhereTheirTablePutsThem(const CDialog& dialog) {
+  const DialogDef& definition = dialog.Definition();
+  const RECT own = dialog.DialogUnitsToPixels(0, 0, definition.cx, definition.cy);
+  const RECT client = dialog.ClientRect();
+  const LONG dx = client.right - own.right, dy = client.bottom - own.bottom;
+  EXPECT_GE(dx, 0) << "client " << Describe(client) << " narrower than the table " << Describe(own);
+  EXPECT_GE(dy, 0) << "client " << Describe(client) << " lower than the table " << Describe(own);
+  for (const ControlDef& control : dialog.Controls()) {
+    RECT expected = dialog.DialogUnitsToPixels(control.x, control.y, control.cx, control.cy);
+    if (HasAnchor(control.anchor, Anchor::Right)) {
+      if (!HasAnchor(control.anchor, Anchor::Left)) expected.left += dx;
+      expected.right += dx;
+    }
+    if (HasAnchor(control.anchor, Anchor::Bottom)) {
+      if (!HasAnchor(control.anchor, Anchor::Top)) expected.top += dy;
+      expected.bottom += dy;
+    }
+    HWND item = dialog.Item(control.id);
+    const RECT at = dialog.ItemRect(control.id);
+    const bool dropDown = ClassOf(item) == "ComboBox";
+    EXPECT_TRUE(at.left == expected.left && at.top == expected.top && at.right == expected.right &&
+                (dropDown || at.bottom == expected.bottom))
+        << NameOf(item) << " at " << Describe(at) << ", its table puts it at " << Describe(expected);
+  }
+}
+
 // Opens every dialog the main dialog's "Config" buttons lead to and, in each, presses every push button but
 // OK and Cancel, so that the item dialogs, colour dialogs and the string editor they open come up too.
 // `check` sees every dialog once it is initialised; then it is cancelled. Returns the captions seen.
@@ -180,6 +210,10 @@ TEST_P(DialogsOnScreen, NoControlOverlapsAnotherOrLeavesTheClientArea) {
     // A resizable dialog also at the size of its own table, where every control stands as defined.
     if (GetWindowLongW(dialog.Handle(), GWL_STYLE) & WS_THICKFRAME) {
       const DialogDef& definition = dialog.Definition();
+      const RECT client = dialog.ClientRect();
+      const RECT own = dialog.DialogUnitsToPixels(0, 0, definition.cx, definition.cy);
+      EXPECT_TRUE(client.right >= own.right && client.bottom >= own.bottom)
+          << "opened at " << Describe(client) << ", smaller than its table " << Describe(own);
       RECT frame = dialog.DialogUnitsToPixels(0, 0, definition.cx, definition.cy);
       AdjustWindowRectEx(&frame, GetWindowLongW(dialog.Handle(), GWL_STYLE), FALSE,
                          GetWindowLongW(dialog.Handle(), GWL_EXSTYLE));
@@ -199,6 +233,24 @@ TEST_P(DialogsOnScreen, NoControlOverlapsAnotherOrLeavesTheClientArea) {
       opened.EndDialog(IDCANCEL);
     });
   }
+}
+
+// The Music Extender, whose table is wider than its default size where the font is wide (Wine's at 144 DPI):
+// it opens with every control where its table puts it and none over another.
+TEST_P(DialogsOnScreen, MusicExtenderOpensWithItsTableAsDefinedAndNothingOverlapping) {
+  InstalledTool tool;
+  ScopedLanguage language(GetParam());
+  PromptRecorder recorder;
+  CConfBGMExDlg dialog;
+  bool driven = false;
+  RunModal(dialog, [&](CDialog& opened) {
+    driven = true;
+    ExpectControlsWhereTheirTablePutsThem(opened);
+    ExpectTidyLayout(opened.Handle());
+    ExpectTextsFit(opened);
+    opened.EndDialog(IDCANCEL);
+  });
+  EXPECT_TRUE(driven);
 }
 
 // With the main dialog in each corner of the work area, and list files that remember sizes larger than

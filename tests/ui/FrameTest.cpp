@@ -24,6 +24,20 @@ class CTestSizingDlg : public CSizingDialog {
   CTestSizingDlg() : CSizingDialog(kDialog, kControls) {}
 };
 
+// A table larger than the default size at 96 and at 144 DPI, with OK and Cancel held to the bottom right
+// and a field held to the bottom left beside them.
+constexpr DialogDef kWideDialog{
+    &kTitle, 0, 0, 440, 300, WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MAXIMIZEBOX};
+constexpr auto kWideControls = JoinControls(
+    std::array<ControlDef, 1>{
+        {{Ctl::Edit, 1000, 6, 276, 302, 18, Layout::kEditStyle, 0, kNoText, Anchor::BottomLeft}}},
+    OkCancelRow(434, 276));
+
+class CWideSizingDlg : public CSizingDialog {
+ public:
+  CWideSizingDlg() : CSizingDialog(kWideDialog, kWideControls) {}
+};
+
 // The display's DPI: the suite runs at 96 and again at 144.
 int DisplayDpi() {
   HDC screen = GetDC(nullptr);
@@ -94,6 +108,40 @@ TEST(SizingDialog, RestoreSizeUsesTheStoredSizeOrTheDefaultCentredOnTheOwner) {
     EXPECT_TRUE(EqualRect(&rect, &expected))
         << rect.left << "," << rect.top << "," << rect.right << "," << rect.bottom;
     EXPECT_FALSE(IsZoomed(dialog.Handle()));
+  }
+}
+
+// Where the dialog font makes the table larger than the default size, the dialog opens at the size of its
+// table, every control where the table puts it; a remembered size smaller than the table stands as it is.
+TEST(SizingDialog, WithoutARememberedSizeADialogOpensNoSmallerThanItsTable) {
+  const SIZE byDefault{AtDisplayDpi(636), AtDisplayDpi(444)};
+  for (const bool remembered : {false, true}) {
+    SCOPED_TRACE(remembered ? "remembered 640 x 450" : "no size remembered");
+    QcsvDocument listFile;
+    if (remembered) {
+      listFile.SetOption(L"WindowWidth", 640);
+      listFile.SetOption(L"WindowHeight", 450);
+    }
+    CWideSizingDlg dialog;
+    ASSERT_TRUE(dialog.Create(nullptr));
+    const SIZE table = dialog.TableSize();
+    ASSERT_GT(table.cx, byDefault.cx);
+    ASSERT_GT(table.cy, byDefault.cy);
+    dialog.RestoreSize(listFile);
+    const RECT window = dialog.WindowRect();
+    const SIZE expected = remembered ? SIZE{AtDisplayDpi(640), AtDisplayDpi(450)} : table;
+    EXPECT_EQ(window.right - window.left, expected.cx);
+    EXPECT_EQ(window.bottom - window.top, expected.cy);
+    if (remembered) continue;
+    const RECT client = dialog.ClientRect();
+    const RECT own = dialog.DialogUnitsToPixels(0, 0, kWideDialog.cx, kWideDialog.cy);
+    EXPECT_EQ(client.right, own.right);
+    EXPECT_EQ(client.bottom, own.bottom);
+    for (const ControlDef& control : kWideControls) {
+      const RECT at = dialog.ItemRect(control.id);
+      const RECT defined = dialog.DialogUnitsToPixels(control.x, control.y, control.cx, control.cy);
+      EXPECT_TRUE(EqualRect(&at, &defined)) << control.id << " at " << at.left << "," << at.top;
+    }
   }
 }
 

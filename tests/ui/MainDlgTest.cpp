@@ -9,6 +9,7 @@
 
 #include "FeatureTable.h"
 #include "app/Settings.h"
+#include "app/StartUp.h"
 #include "app/Strings.h"
 #include "common/Harness.h"
 #include "common/PromptRecorder.h"
@@ -131,6 +132,33 @@ TEST_F(MainDlgTest, OkWritesEveryFieldAndTheLanguageAndTellsTheExtension) {
             L"1110");
   EXPECT_EQ(read(L"wstrMorva"), L"C:\\Games\\Morva\\morva.exe");
   EXPECT_EQ(extension.Mask(), 0x101u);
+}
+
+// A language value that names no language (a hand edit) is settled once at start-up by the user's locale:
+// the texts, the selector and what OK writes all show that one language.
+TEST_F(MainDlgTest, LanguageValueThatNamesNoLanguageIsSettledByTheLocaleEverywhere) {
+  struct Case {
+    const char* stored;
+    LCID locale;
+    uint32_t language;
+  };
+  const Case cases[] = {
+      {"2", 1041, kJapanese}, {"2", 1033, kEnglish}, {"-5", 1041, kJapanese}, {"-5", 1033, kEnglish}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.stored) + " on locale " + std::to_string(c.locale));
+    ASSERT_TRUE(
+        WriteFileBytes(tool.IniPath(), std::string("[MorvaExtender_v5]\r\niLanguage=") + c.stored + "\r\n"));
+    LoadSettingsAndLanguage(c.locale);
+    CMainDlg dialog(features);
+    ASSERT_TRUE(dialog.Create(nullptr));
+    EXPECT_EQ(dialog.GetText(), strConfigTitle[c.language]);
+    EXPECT_EQ(dialog.GetItemText(IDCANCEL), strCancel[c.language]);
+    EXPECT_EQ(SendMessageW(dialog.Item(CMainDlg::kLanguageId), CB_GETCURSEL, 0, 0),
+              static_cast<LRESULT>(c.language));
+    Click(dialog, IDOK);
+    EXPECT_EQ(TakeQuitCode(), 1);
+    EXPECT_EQ(GetPrivateProfileIntW(kSettingsSection, L"iLanguage", -1, tool.IniPath().c_str()), c.language);
+  }
 }
 
 // A save that cannot replace Vrk.ini, because another program (a virus scanner, a VrkConfig still

@@ -6,6 +6,7 @@
 
 #include <shellapi.h>
 
+#include <algorithm>
 #include <cwchar>
 #include <memory>
 #include <string>
@@ -52,6 +53,24 @@ SimulatorOptions ParseOptions() {
   return options;
 }
 
+// The tool's main dialog opens in the screen's top-left corner. The game stands in the bottom-right
+// corner and the extension's window in the top-right one, clear of it: the InfoLayer editor copies the
+// game's picture from the screen, where a window over the game would come out as a black block.
+void PlaceClearOfTheTool(const CGameSimulator& simulator) {
+  RECT area{};
+  SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+  auto toCorner = [&area](HWND window, bool bottom) {
+    if (!window) return;
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    const LONG x = std::max(area.left, area.right - (rect.right - rect.left));
+    const LONG y = bottom ? std::max(area.top, area.bottom - (rect.bottom - rect.top)) : area.top;
+    SetWindowPos(window, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  };
+  toCorner(simulator.Game(), true);
+  toCorner(simulator.Extension(), false);
+}
+
 }  // namespace
 
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
@@ -63,6 +82,7 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int) {
 
   CGameSimulator simulator(options);
   if (!simulator.Game() && !simulator.Extension()) return 1;
+  PlaceClearOfTheTool(simulator);
   runningSimulator = &simulator;
   SetTimer(nullptr, 0, kPollMs, PollMask);
   MSG message;
