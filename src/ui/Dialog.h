@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "app/Handles.h"
@@ -59,14 +60,14 @@ class CDialog : public CWindow, public CMessageFilter {
 
   virtual bool ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
-  // Called after every dialog's OnInitDialog. Tests use it to drive and finish modal dialogs.
-  static std::function<void(CDialog&)>& AfterInitHook();
-
  protected:
   // Returns true to let the system give the focus to the first control, false when it set it.
   virtual bool OnInitDialog() { return true; }
 
  private:
+  friend class ScopedAfterInitHook;
+  // Called after every dialog's OnInitDialog; set only through ScopedAfterInitHook.
+  static std::function<void(CDialog&)>& AfterInitHook();
   static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static INT_PTR Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void RecordLayout();
@@ -78,4 +79,18 @@ class CDialog : public CWindow, public CMessageFilter {
   SIZE initialClient{};
   std::vector<RECT> initialRects;
   FontHandle languageFont;
+};
+
+// For its lifetime, calls `hook` after every dialog's OnInitDialog, then puts the previous hook back.
+// Tests, benchmarks and the fuzzers drive and finish modal dialogs from it.
+class ScopedAfterInitHook {
+ public:
+  explicit ScopedAfterInitHook(std::function<void(CDialog&)> hook)
+      : saved(std::exchange(CDialog::AfterInitHook(), std::move(hook))) {}
+  ~ScopedAfterInitHook() { CDialog::AfterInitHook() = std::move(saved); }
+  ScopedAfterInitHook(const ScopedAfterInitHook&) = delete;
+  ScopedAfterInitHook& operator=(const ScopedAfterInitHook&) = delete;
+
+ private:
+  std::function<void(CDialog&)> saved;
 };

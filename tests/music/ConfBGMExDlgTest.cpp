@@ -245,6 +245,7 @@ TEST_F(MusicExtenderTest, SoundFontIsChosenWithTheFolderRestoredAndUnstorablePat
     GetCurrentDirectoryW(MAX_PATH, after);
     EXPECT_STREQ(after, current);
     EXPECT_EQ(recorder.asked.size(), c.accepted ? 0u : 1u);
+    ASSERT_FALSE(recorder.files.empty());
     EXPECT_NE(recorder.files.back().filter.find(L"*.sf2"), std::wstring::npos);
   }
 }
@@ -260,6 +261,7 @@ TEST_F(MusicExtenderTest, HelpAsksBeforeOpeningThePage) {
       d.Send(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
       Click(d, IDCANCEL);
     });
+    ASSERT_FALSE(recorder.asked.empty());
     EXPECT_EQ(recorder.asked.back().caption, Text(strTitleMusicExtender));
   }
   EXPECT_EQ(recorder.asked.size(), 2u);

@@ -239,7 +239,7 @@ TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialogInEitherLanguage) {
   CMainDlg dialog(features);
   ASSERT_TRUE(dialog.Create(nullptr));
   std::vector<std::wstring> titles;
-  CDialog::AfterInitHook() = [&](CDialog& about) {
+  auto drive = [&](CDialog& about) {
     titles.push_back(about.GetText());
     EXPECT_EQ(about.GetItemText(CAboutDlg::kNameId), L"Morva Extender [2022/08/26]");
     for (int id : {CAboutDlg::kNameId, IDOK}) ExpectTextFits(about.Item(id));
@@ -247,13 +247,12 @@ TEST_F(MainDlgTest, SystemMenuOpensTheAboutDialogInEitherLanguage) {
     about.Send(WM_NOTIFY, CAboutDlg::kLinkId, reinterpret_cast<LPARAM>(&click));
     SendMessageW(about.Item(IDOK), BM_CLICK, 0, 0);
   };
-  dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand);
+  RunOpened([&] { dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand); }, drive);
   Choose(dialog, CMainDlg::kLanguageId, 1);
   wchar_t item[128]{};
   GetMenuStringW(GetSystemMenu(dialog.Handle(), FALSE), CMainDlg::kAboutCommand, item, 128, MF_BYCOMMAND);
   EXPECT_STREQ(item, L"Morva Extenderのバージョン情報");
-  dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand);
-  CDialog::AfterInitHook() = nullptr;
+  RunOpened([&] { dialog.Send(WM_SYSCOMMAND, CMainDlg::kAboutCommand); }, drive);
   EXPECT_EQ(titles, (std::vector<std::wstring>{L"About Morva Extender", L"Morva Extenderのバージョン情報"}));
   EXPECT_EQ(recorder.shellOpened, (std::vector<std::wstring>{kSiteUrl, kSiteUrl}));
 }
