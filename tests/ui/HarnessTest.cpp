@@ -27,6 +27,8 @@ class CUnopenableDlg : public CDialog {
 
 }  // namespace
 
+// The one test that passes when no dialog can open: its dialog is built never to open, and the run
+// must say so.
 TEST(Harness, ADialogThatNeverOpensFailsItsRun) {
   ScopedLanguage english(kEnglish);
   CUnopenableDlg dialog;
