@@ -64,15 +64,14 @@ void OpenEditor(const std::wstring& path, Times& times, int& shown) {
   CConfLabelDlg editor;
   editor.path = path;
   double start = 0, startCpu = 0;
-  CDialog::AfterInitHook() = [&](CDialog& d) {
+  ScopedAfterInitHook hook([&](CDialog& d) {
     times.Keep(Now() - start, Cpu() - startCpu);
     shown = ListView_GetItemCount(d.Item(CConfLabelDlg::kList));
     d.EndDialog(IDCANCEL);
-  };
+  });
   start = Now();
   startCpu = Cpu();
   editor.DoModal(nullptr);
-  CDialog::AfterInitHook() = nullptr;
 }
 
 // The floor: read the file, create a dialog with a report list view and put the same cells in it.

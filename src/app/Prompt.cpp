@@ -32,7 +32,6 @@ Prompts DefaultPrompts() {
   };
   p.chooseColor = [](CHOOSECOLORW& request) { return RunCommonDialog("ChooseColorW", request); };
   p.openFile = [](OPENFILENAMEW& request) { return RunCommonDialog("GetOpenFileNameW", request); };
-  p.saveFile = [](OPENFILENAMEW& request) { return RunCommonDialog("GetSaveFileNameW", request); };
   p.chooseFont = [](CHOOSEFONTW& request) { return RunCommonDialog("ChooseFontW", request); };
   p.shellOpen = [](HWND owner, const std::wstring& target) {
     auto* execute = SystemFunction<decltype(ShellExecuteW)>(L"shell32.dll", "ShellExecuteW");
@@ -68,9 +67,6 @@ bool ShowColorChooser(CHOOSECOLORW& request) {
 }
 bool ShowOpenFileChooser(OPENFILENAMEW& request) {
   return CurrentPrompts().openFile(request);
-}
-bool ShowSaveFileChooser(OPENFILENAMEW& request) {
-  return CurrentPrompts().saveFile(request);
 }
 bool ShowFontChooser(CHOOSEFONTW& request) {
   return CurrentPrompts().chooseFont(request);

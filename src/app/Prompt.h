@@ -16,7 +16,6 @@ struct Prompts {
   std::function<int(HMENU menu, UINT flags, POINT at, HWND owner)> popupMenu;
   std::function<bool(CHOOSECOLORW& request)> chooseColor;
   std::function<bool(OPENFILENAMEW& request)> openFile;
-  std::function<bool(OPENFILENAMEW& request)> saveFile;
   std::function<bool(CHOOSEFONTW& request)> chooseFont;
   std::function<bool(HWND owner, const std::wstring& target)> shellOpen;
   std::function<SYSTEMTIME()> localTime;
@@ -49,7 +48,6 @@ int ShowMessage(HWND owner, std::wstring_view text, std::wstring_view caption, U
 int ShowPopupMenu(HMENU menu, UINT flags, POINT at, HWND owner);
 bool ShowColorChooser(CHOOSECOLORW& request);
 bool ShowOpenFileChooser(OPENFILENAMEW& request);
-bool ShowSaveFileChooser(OPENFILENAMEW& request);
 bool ShowFontChooser(CHOOSEFONTW& request);
 bool ShellOpen(HWND owner, std::wstring_view target);
 SYSTEMTIME LocalClock();

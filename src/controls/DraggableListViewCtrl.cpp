@@ -54,10 +54,7 @@ void CDraggableListViewCtrl::SetupColumns(std::span<const TextPair> columns) {
     ListView_InsertColumn(handle, n, &info);
 
     // Columns past the limit are left for the press guard to report.
-    if (n < kMaxColumns) {
-      columnLabels[n] = label;
-      columnKeys[n] = column.English();
-    }
+    if (n < kMaxColumns) columnKeys[n] = column.English();
     if (!listFile) {
       ShowMessage(nullptr, Text(strListFileMissing), Text(strConfigTitle), MB_ICONERROR);
       EndProcess(0);

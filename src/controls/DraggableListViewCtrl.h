@@ -58,9 +58,8 @@ class CDraggableListViewCtrl : public CWindowImpl {
 
   // Position plus one of the list-view column showing a label, 0 when none does.
   int ColumnByLabel(const std::wstring& label) const;
-  // The list-file column a list-view column shows, and its label as shown.
+  // The list-file column a list-view column shows.
   const std::wstring& ColumnKey(int column) const { return columnKeys[column]; }
-  const std::wstring& ColumnLabel(int column) const { return columnLabels[column]; }
   // The item data of the dragged row, then of the row at the drop position.
   LPARAM DragItemData() const { return dragItemData; }
 
@@ -101,7 +100,6 @@ class CDraggableListViewCtrl : public CWindowImpl {
   std::wstring columnKeys[kMaxColumns];
   std::wstring dragTexts[kMaxColumns];
   std::map<std::wstring, int> columnIndexByLabel;
-  std::wstring columnLabels[kMaxColumns];
   QcsvDocument* listFile = nullptr;
   std::vector<std::wstring> dragRow;
 };

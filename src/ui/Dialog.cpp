@@ -157,7 +157,8 @@ INT_PTR CDialog::Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     if (self->definition.flags & kCenterOnOwner) self->CenterOnOwner();
     // Centred on an owner near a screen edge, a dialog would open partly off the screen.
     if (!IsZoomed(window)) self->MoveIntoWorkArea();
-    if (AfterInitHook()) AfterInitHook()(*self);
+    // A copy: the hook may open a dialog of its own under another hook.
+    if (const auto hook = AfterInitHook()) hook(*self);
     return defaultFocus ? TRUE : FALSE;
   }
   self = reinterpret_cast<CDialog*>(GetWindowLongPtrW(window, DWLP_USER));

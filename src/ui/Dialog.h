@@ -5,6 +5,7 @@
 #include <functional>
 #include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/Handles.h"
@@ -62,9 +63,6 @@ class CDialog : public CWindow, public CMessageFilter {
 
   virtual bool ProcessWindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT& result);
 
-  // Called after every dialog's OnInitDialog. Tests use it to drive and finish modal dialogs.
-  static std::function<void(CDialog&)>& AfterInitHook();
-
  protected:
   // Returns true to let the system give the focus to the first control, false when it set it.
   virtual bool OnInitDialog() { return true; }
@@ -77,6 +75,9 @@ class CDialog : public CWindow, public CMessageFilter {
                           INT_PTR code = IDOK, const std::function<void()>& saved = {});
 
  private:
+  friend class ScopedAfterInitHook;
+  // Called after every dialog's OnInitDialog; set only through ScopedAfterInitHook.
+  static std::function<void(CDialog&)>& AfterInitHook();
   static INT_PTR CALLBACK DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static INT_PTR Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   void RecordLayout();
@@ -88,4 +89,18 @@ class CDialog : public CWindow, public CMessageFilter {
   SIZE initialClient{};
   std::vector<RECT> initialRects;
   FontHandle languageFont;
+};
+
+// For its lifetime, calls `hook` after every dialog's OnInitDialog, then puts the previous hook back.
+// Tests, benchmarks and the fuzzers drive and finish modal dialogs from it.
+class ScopedAfterInitHook {
+ public:
+  explicit ScopedAfterInitHook(std::function<void(CDialog&)> hook)
+      : saved(std::exchange(CDialog::AfterInitHook(), std::move(hook))) {}
+  ~ScopedAfterInitHook() { CDialog::AfterInitHook() = std::move(saved); }
+  ScopedAfterInitHook(const ScopedAfterInitHook&) = delete;
+  ScopedAfterInitHook& operator=(const ScopedAfterInitHook&) = delete;
+
+ private:
+  std::function<void(CDialog&)> saved;
 };

@@ -26,7 +26,6 @@ DWORD RefusalOnFreshThread(const std::function<bool(OPENFILENAMEW&)>& chooser) {
 TEST(Prompts, CommonDialogsAreLoadedOnFirstUse) {
   Prompts real = DefaultPrompts();
   EXPECT_EQ(RefusalOnFreshThread(real.openFile), static_cast<DWORD>(CDERR_STRUCTSIZE));
-  EXPECT_EQ(RefusalOnFreshThread(real.saveFile), static_cast<DWORD>(CDERR_STRUCTSIZE));
 }
 
 TEST(Prompts, ScopedPromptsPutThePreviousOnesBack) {

@@ -33,51 +33,81 @@ InstalledTool::~InstalledTool() {
   if (!savedProgramFile.empty()) PointFoldersAt(savedProgramFile);
 }
 
-INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive, HWND owner) {
-  return RunModal(dialog, drive, nullptr, owner);
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive, HWND owner,
+                 std::source_location where) {
+  return RunModal(dialog, drive, nullptr, owner, where);
 }
 
 INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
-                 const std::function<void(CDialog&)>& nested, HWND owner) {
-  auto& hook = CDialog::AfterInitHook();
-  const auto saved = hook;
-  hook = [&](CDialog& opened) {
-    if (&opened == &dialog) {
-      drive(opened);
-    } else if (nested) {
-      nested(opened);
-    } else {
-      ADD_FAILURE() << "a dialog opened that the test does not drive";
-      opened.EndDialog(IDCANCEL);
-    }
-  };
-  const INT_PTR result = dialog.DoModal(owner);
-  hook = saved;
+                 const std::function<void(CDialog&)>& nested, HWND owner, std::source_location where) {
+  bool driven = false;
+  INT_PTR result = 0;
+  {
+    ScopedAfterInitHook hook([&](CDialog& opened) {
+      if (&opened == &dialog) {
+        driven = true;
+        drive(opened);
+      } else if (nested) {
+        nested(opened);
+      } else {
+        ADD_FAILURE_AT(where.file_name(), where.line())
+            << "a dialog opened that the test does not drive: " << Utf8(opened.GetText());
+        opened.EndDialog(IDCANCEL);
+      }
+    });
+    result = dialog.DoModal(owner);
+  }
+  if (!driven) {
+    const TextPair* caption = dialog.Definition().caption;
+    ADD_FAILURE_AT(where.file_name(), where.line())
+        << "the dialog \"" << (caption ? Utf8(Text(*caption)) : "") << "\" never opened (DoModal returned "
+        << result << ")";
+  }
   return result;
 }
 
 INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
-                 std::vector<std::function<void(CDialog&)>> answers, HWND owner) {
+                 std::vector<std::function<void(CDialog&)>> answers, HWND owner, std::source_location where) {
   size_t next = 0;
-  return RunModal(
+  const INT_PTR result = RunModal(
       dialog, drive,
       [&](CDialog& opened) {
         if (next < answers.size()) return answers[next++](opened);
-        ADD_FAILURE() << "one dialog more than the test answers: " << Utf8(opened.GetText());
+        ADD_FAILURE_AT(where.file_name(), where.line())
+            << "one dialog more than the test answers: " << Utf8(opened.GetText());
         opened.EndDialog(IDCANCEL);
       },
-      owner);
+      owner, where);
+  if (next < answers.size()) {
+    ADD_FAILURE_AT(where.file_name(), where.line())
+        << answers.size() - next << " of the " << answers.size() << " dialogs the test answers never opened";
+  }
+  return result;
 }
 
 INT_PTR RunEditor(CDialog& editor, int listId, const std::function<void(CDialog&, ListViewDriver&)>& drive,
-                  std::vector<std::function<void(CDialog&)>> answers) {
+                  std::vector<std::function<void(CDialog&)>> answers, std::source_location where) {
   return RunModal(
       editor,
       [&](CDialog& d) {
         ListViewDriver list(d.Item(listId));
         drive(d, list);
       },
-      std::move(answers));
+      std::move(answers), nullptr, where);
+}
+
+int RunOpened(const std::function<void()>& open, const std::function<void(CDialog&)>& drive,
+              std::source_location where) {
+  int opened = 0;
+  {
+    ScopedAfterInitHook hook([&](CDialog& dialog) {
+      ++opened;
+      drive(dialog);
+    });
+    open();
+  }
+  if (opened == 0) ADD_FAILURE_AT(where.file_name(), where.line()) << "no dialog opened";
+  return opened;
 }
 
 void Click(const CWindow& dialog, int id) {

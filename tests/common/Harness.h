@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <source_location>
 #include <string>
 #include <vector>
 
@@ -16,7 +17,8 @@
 #include "ui/Dialog.h"
 
 // The test harness: guards that put the process-wide state back on every exit path, a scoped modal
-// run, clicks and texts, the stand-in extension window, and (PromptRecorder.h) the prompt recorder.
+// run that fails when its dialog never opened, clicks and texts, the stand-in extension window, and
+// (PromptRecorder.h) the prompt recorder.
 
 // Sets the language for a scope and puts the previous one back.
 class ScopedLanguage {
@@ -53,19 +55,31 @@ class InstalledTool {
 };
 
 // Runs a dialog modally; `drive` is called once it is initialised and must end it (click OK or Cancel).
-// Dialogs the drive opens in turn (item dialogs) reach `nested`, in order, when given.
-INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive, HWND owner = nullptr);
+// Dialogs the drive opens in turn (item dialogs) reach `nested`, in order, when given. A dialog that
+// never opens, so that `drive` never ran, fails the test at the caller's line.
+INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive, HWND owner = nullptr,
+                 std::source_location where = std::source_location::current());
 INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
-                 const std::function<void(CDialog&)>& nested, HWND owner = nullptr);
+                 const std::function<void(CDialog&)>& nested, HWND owner = nullptr,
+                 std::source_location where = std::source_location::current());
 
-// The same, with the dialogs the drive opens answered in order, one function each; one more is a failure.
+// The same, with the dialogs the drive opens answered in order, one function each; one more is a
+// failure, and so is an answer left over (a dialog the test expected that never opened).
 INT_PTR RunModal(CDialog& dialog, const std::function<void(CDialog&)>& drive,
-                 std::vector<std::function<void(CDialog&)>> answers, HWND owner = nullptr);
+                 std::vector<std::function<void(CDialog&)>> answers, HWND owner = nullptr,
+                 std::source_location where = std::source_location::current());
 
 // Runs a list editor: `drive` acts on it and its list (the control `listId`), `answers` answer the dialogs
 // it opens, in order.
 INT_PTR RunEditor(CDialog& editor, int listId, const std::function<void(CDialog&, ListViewDriver&)>& drive,
-                  std::vector<std::function<void(CDialog&)>> answers = {});
+                  std::vector<std::function<void(CDialog&)>> answers = {},
+                  std::source_location where = std::source_location::current());
+
+// Runs `open`, which opens dialogs modally the way the user does (a click, a menu command, a feature's
+// entry point); each one reaches `drive` once initialised, and `drive` must end it. Returns how many
+// opened; when none did, the test fails at the caller's line.
+int RunOpened(const std::function<void()>& open, const std::function<void(CDialog&)>& drive,
+              std::source_location where = std::source_location::current());
 
 // Clicks a button of a dialog (BM_CLICK, as the user's click does).
 void Click(const CWindow& dialog, int id);

@@ -1,5 +1,7 @@
 #include "common/PromptRecorder.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 #include "common/TestUtil.h"
@@ -71,21 +73,19 @@ PromptRecorder::PromptRecorder(int defaultAnswer) : defaultAnswer(defaultAnswer)
     request.rgbResult = answer;
     return true;
   };
-  auto file = [this](OPENFILENAMEW& request, bool save) {
+  p.openFile = [this](OPENFILENAMEW& request) {
     std::wstring filter;
     for (const wchar_t* part = request.lpstrFilter; part && *part; part += wcslen(part) + 1) {
       if (!filter.empty()) filter += L'|';
       filter += part;
     }
-    files.push_back({filter, request.lpstrInitialDir ? request.lpstrInitialDir : L"", request.Flags, save});
+    files.push_back({filter, request.lpstrInitialDir ? request.lpstrInitialDir : L"", request.Flags});
     std::wstring answer;
     if (!TakeFront(fileAnswers, answer)) return false;
     if (!changeDirectoryTo.empty()) SetCurrentDirectoryW(changeDirectoryTo.c_str());
     lstrcpynW(request.lpstrFile, answer.c_str(), static_cast<int>(request.nMaxFile));
     return true;
   };
-  p.openFile = [file](OPENFILENAMEW& request) { return file(request, false); };
-  p.saveFile = [file](OPENFILENAMEW& request) { return file(request, true); };
   p.chooseFont = [this](CHOOSEFONTW& request) {
     fontsAsked.push_back(request.lpLogFont ? *request.lpLogFont : LOGFONTW{});
     FontAnswer answer{};
@@ -101,6 +101,31 @@ PromptRecorder::PromptRecorder(int defaultAnswer) : defaultAnswer(defaultAnswer)
   p.localTime = [this] { return now; };
   p.tickCount = [this] { return tick; };
   p.exitProcess = [this](UINT code) { exitCodes.push_back(code); };
+}
+
+PromptRecorder::~PromptRecorder() {
+  const struct {
+    size_t left;
+    const char* prompt;
+  } queues[] = {{messageAnswers.size(), "message box"},
+                {menuAnswers.size(), "menu"},
+                {colorAnswers.size(), "colour chooser"},
+                {fileAnswers.size(), "file chooser"},
+                {fontAnswers.size(), "font chooser"}};
+  for (const auto& queue : queues) {
+    if (queue.left)
+      ADD_FAILURE() << queue.left << " answer(s) for a " << queue.prompt << " that was never asked";
+  }
+}
+
+void PromptRecorder::AnswerMenuEntry(std::wstring text) {
+  menuAnswers.push_back([text](const AskedMenu& menu) {
+    for (const MenuEntry& entry : menu.entries) {
+      if (!entry.separator && entry.text == text) return static_cast<int>(entry.id);
+    }
+    ADD_FAILURE() << "the menu has no entry \"" << Utf8(text) << "\"";
+    return 0;
+  });
 }
 
 std::vector<std::wstring> PromptRecorder::Texts() const {

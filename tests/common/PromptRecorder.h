@@ -44,21 +44,22 @@ struct AskedMenu {
 // Reads every entry of a menu.
 AskedMenu ReadMenu(HMENU menu, UINT flags = 0, POINT at = {}, HWND owner = nullptr);
 
-// What a file chooser was asked: the filter (pairs joined by '|'), initial folder, flags and title.
+// What the file chooser was asked: the filter (pairs joined by '|'), initial folder and flags.
 struct AskedFile {
   std::wstring filter;
   std::wstring initialFolder;
   DWORD flags;
-  bool save;
 };
 
 // For its lifetime, answers every prompt of the tool and records what was asked; the previous prompts
 // come back afterwards. Answers are queued per kind and taken in order; once a queue is empty:
 // message boxes answer `defaultAnswer`, menus are dismissed (0), colour, file and font choosers are
 // cancelled, the shell's "open" succeeds, the clocks read `now` and `tick`, process ends are recorded.
+// An answer still queued when the recorder goes fails the test: the prompt it was meant for never came.
 class PromptRecorder {
  public:
   explicit PromptRecorder(int defaultAnswer = IDOK);
+  ~PromptRecorder();
   PromptRecorder(const PromptRecorder&) = delete;
   PromptRecorder& operator=(const PromptRecorder&) = delete;
 
@@ -71,6 +72,8 @@ class PromptRecorder {
   void AnswerMenu(int command) {
     menuAnswers.push_back([command](const AskedMenu&) { return command; });
   }
+  // Chooses the entry that shows `text`, as the user does; a menu without it fails and is dismissed.
+  void AnswerMenuEntry(std::wstring text);
   std::deque<COLORREF> colorAnswers;
   // A file chosen (full path); the chooser's side effect on the current directory can be imitated by
   // `changeDirectoryTo`.

@@ -108,15 +108,14 @@ TEST_F(ColorMenuTest, ExtraSlotsTakeNineAtMostAndOfferEight) {
   };
   for (const Case& c : cases) {
     ColorSlots slots = MakeColorSlots(c.extras.data());
-    for (size_t i = 0; i < kPalette.size(); ++i) EXPECT_EQ(slots[i], kPalette[i].value);
     for (int i = 0; i < 9; ++i) EXPECT_EQ(slots[kFirstExtraSlot + i], c.slots[i]) << i;
   }
 
   // Nine taken, but the ninth (slot 36) has no item.
   ColorMenu menu(0, false, many.data());
   const AskedMenu shown = ReadMenu(menu.Handle());
-  ASSERT_EQ(shown.entries.size(), 30u + 2u + 8u);
   EXPECT_EQ(shown.entries.back().id, 35u);
+  EXPECT_EQ(shown.Find(36), nullptr);
   EXPECT_EQ(menu.ColorFor(36), firstNine[8]);
 }
 

@@ -89,7 +89,40 @@ TEST(DraggableListView, ShowsTheChosenColumnsOfEveryRowInFileOrder) {
   ASSERT_EQ(Header_GetItemCount(ListView_GetHeader(h.Handle())), 2);
   EXPECT_EQ(h.Column(), (Order{L"a", L"b", L"c"}));
   for (int row = 0; row < 3; ++row) EXPECT_EQ(h.TextAt(row, 1), L"#00000" + std::to_wstring(row + 1));
-  EXPECT_EQ(ListView_GetExtendedListViewStyle(h.Handle()) & 0x21, 0x21u);
+}
+
+// A click in any cell selects the whole row, shown across every cell, and lines rule the rows off, down
+// to below the last one.
+TEST(DraggableListView, ACellClickSelectsTheWholeRowAndLinesRuleTheRows) {
+  Harness h;
+  h.Click(h.RowPoint(1, 1));
+  EXPECT_EQ(h.Selected(), std::vector<int>{1});
+  RECT client{}, last{}, cell{};
+  GetClientRect(h.Handle(), &client);
+  ListView_GetItemRect(h.Handle(), 2, &last, LVIR_BOUNDS);
+  ListView_GetSubItemRect(h.Handle(), 1, 1, LVIR_BOUNDS, &cell);
+  HDC screen = GetDC(nullptr);
+  HDC dc = CreateCompatibleDC(screen);
+  HBITMAP bitmap = CreateCompatibleBitmap(screen, client.right, client.bottom);
+  HGDIOBJ previous = SelectObject(dc, bitmap);
+  SendMessageW(h.Handle(), WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT | PRF_ERASEBKGND);
+  // The selected row's second cell, right of its text, against the row above.
+  const int height = cell.bottom - cell.top;
+  EXPECT_NE(GetPixel(dc, cell.right - 3, cell.top + height / 2),
+            GetPixel(dc, cell.right - 3, cell.top - height / 2));
+  // Right of the texts, on the last row's lower edge and one row further down.
+  const int x = client.right - 4;
+  const COLORREF background = GetPixel(dc, x, (last.top + last.bottom) / 2);
+  bool lastRuled = false, belowRuled = false;
+  for (int y = last.bottom - 2; y <= last.bottom + 1; ++y) lastRuled |= GetPixel(dc, x, y) != background;
+  for (int y = last.bottom + height - 2; y <= last.bottom + height + 1; ++y)
+    belowRuled |= GetPixel(dc, x, y) != background;
+  EXPECT_TRUE(lastRuled);
+  EXPECT_TRUE(belowRuled);
+  SelectObject(dc, previous);
+  DeleteObject(bitmap);
+  DeleteDC(dc);
+  ReleaseDC(nullptr, screen);
 }
 
 TEST(DraggableListView, ColumnsAreLabelledInTheLanguageAndSizedToTheLabel) {

@@ -15,11 +15,10 @@
 
 namespace {
 
-// Both dialogs number a colour field's edit, swatch and "Select..." alike.
 using Edged = CSelectEdgedTextColor;
+using Colorize = CConfColorizeDlg;
 constexpr int kTextEdit = Edged::kTextEdit, kTextSwatch = Edged::kTextSwatch,
               kTextSelect = Edged::kTextSelect;
-static_assert(CConfColorizeDlg::kEdit == kTextEdit && CConfColorizeDlg::kSwatch == kTextSwatch);
 
 // Asks the dialog to paint a swatch into a bitmap of our own and reads back the colour inside the border.
 COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
@@ -173,9 +172,9 @@ TEST_F(ColorDialogsTest, IdentifiedItemColourIsReadAndWrittenBackWithTheWholeFil
     ASSERT_TRUE(WriteFileBytes(path, before));
     CConfColorizeDlg dialog(path);
     INT_PTR result = RunModal(dialog, [&](CDialog& d) {
-      EXPECT_EQ(d.GetItemText(kTextEdit), c.shown);
-      EXPECT_EQ(SwatchColor(d, kTextSwatch), ParseColorHex(c.shown, 0));
-      if (c.typed) SetDlgItemTextW(d.Handle(), kTextEdit, c.typed);
+      EXPECT_EQ(d.GetItemText(Colorize::kEdit), c.shown);
+      EXPECT_EQ(SwatchColor(d, Colorize::kSwatch), ParseColorHex(c.shown, 0));
+      if (c.typed) SetDlgItemTextW(d.Handle(), Colorize::kEdit, c.typed);
       Click(d, c.written ? IDOK : IDCANCEL);
     });
     EXPECT_EQ(result, c.written ? IDOK : IDCANCEL);

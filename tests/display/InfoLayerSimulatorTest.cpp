@@ -40,14 +40,14 @@ const std::map<std::wstring, uint32_t> kFlagsByRow = {
 // items are placed); every question is answered Yes.
 void OpenAndAccept(void (*open)(HWND owner)) {
   PromptRecorder yes(IDYES);
-  auto& hook = CDialog::AfterInitHook();
-  const auto saved = hook;
-  hook = [](CDialog& dialog) {
-    if (dynamic_cast<CConfInfoLayerDlg*>(&dialog)) dialog.Send(WM_TIMER, CConfInfoLayerDlg::kStartTimer);
-    dialog.Send(WM_COMMAND, IDOK);
-  };
-  open(nullptr);
-  hook = saved;
+  const int opened = RunOpened([&] { open(nullptr); },
+                               [](CDialog& dialog) {
+                                 if (dynamic_cast<CConfInfoLayerDlg*>(&dialog)) {
+                                   dialog.Send(WM_TIMER, CConfInfoLayerDlg::kStartTimer);
+                                 }
+                                 dialog.Send(WM_COMMAND, IDOK);
+                               });
+  EXPECT_EQ(opened, 1);
 }
 
 class InfoLayerSimulatorTest : public testing::Test {

@@ -93,13 +93,11 @@ TEST_F(MusicExtenderTest, EditAndDeleteNeedASelectionAndSoDoesTheContextMenu) {
     EXPECT_TRUE(recorder.menus.empty());
     list.Select(2);
     EXPECT_TRUE(d.IsItemEnabled(Dlg::kEdit) && d.IsItemEnabled(Dlg::kDelete));
-    recorder.AnswerMenu(Dlg::kDelete);
+    recorder.AnswerMenuEntry(L"Delete Item");
     OpenContextMenu(d);
     ASSERT_EQ(recorder.menus.size(), 1u);
-    std::vector<UINT> ids;
-    for (const MenuEntry& entry : recorder.menus[0].entries) ids.push_back(entry.id);
-    EXPECT_EQ(ids,
-              (std::vector<UINT>{Dlg::kEdit, 0, Dlg::kAddCondition, Dlg::kAddCommentMenu, 0, Dlg::kDelete}));
+    EXPECT_EQ(recorder.menus[0].Texts(),
+              (Texts{L"Edit Item", L"-", L"Add Condition", L"Add Comment", L"-", L"Delete Item"}));
     EXPECT_EQ(list.Count(), 2);
     EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
     Click(d, IDCANCEL);
@@ -280,6 +278,7 @@ TEST_F(MusicExtenderTest, SoundFontIsChosenWithTheFolderRestoredAndUnstorablePat
     GetCurrentDirectoryW(MAX_PATH, after);
     EXPECT_STREQ(after, current);
     EXPECT_EQ(recorder.asked.size(), c.accepted ? 0u : 1u);
+    ASSERT_FALSE(recorder.files.empty());
     EXPECT_NE(recorder.files.back().filter.find(L"*.sf2"), std::wstring::npos);
   }
 }
@@ -295,6 +294,7 @@ TEST_F(MusicExtenderTest, HelpAsksBeforeOpeningThePage) {
       d.Send(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
       Click(d, IDCANCEL);
     });
+    ASSERT_FALSE(recorder.asked.empty());
     EXPECT_EQ(recorder.asked.back().caption, Text(strTitleMusicExtender));
   }
   EXPECT_EQ(recorder.asked.size(), 2u);

@@ -52,20 +52,15 @@ class SceneFileTest : public testing::Test {
         },
         nested);
   }
-  // The examples stand, each game label marked, grouped keys with their group's label; the aliases
-  // as they are defined.
+  // The examples stand: every scene labelled, each of the game's marked as an example in the language
+  // of the opening, the extender's own encounter scenes not.
   void ExpectExamples() const {
-    for (const SceneRow& row : SceneRows()) {
-      SCOPED_TRACE(Utf8(row.key));
-      const bool alias = &row >= SceneRows().last(kSceneAliasCount).data();
-      if (row.sameAs) {
-        EXPECT_EQ(SceneLabel(row.key), SceneLabel(row.sameAs));
-        EXPECT_FALSE(SceneLabel(row.key).empty());
-      } else {
-        EXPECT_EQ(SceneLabel(row.key), alias ? row.label[Language()] : ExampleLabel(row.label, Language()));
-      }
+    const std::wstring mark = ExampleLabel({L"", L""}, Language());
+    for (const auto& [key, label] : SceneTable()) {
+      SCOPED_TRACE(Utf8(key));
+      EXPECT_FALSE(label.empty());
+      EXPECT_EQ(label.ends_with(mark), !key.starts_with(L"mcVrk"));
     }
-    EXPECT_EQ(SceneTable().size(), SceneRows().size());
   }
 
   DataFileUnderTest Data() const { return {DataFile(), kColumns}; }

@@ -144,8 +144,7 @@ void ExpectControlsWhereTheirTablePutsThem(const CDialog& dialog) {
 std::vector<std::string> OpenEveryDialog(CMainDlg& main, const std::function<void(CDialog&)>& check) {
   std::vector<std::string> seen;
   int depth = 0;
-  auto& hook = CDialog::AfterInitHook();
-  hook = [&](CDialog& opened) {
+  auto handle = [&](CDialog& opened) {
     seen.push_back(depth ? ">" : "");
     seen.back() += Utf8(opened.GetText());
     SCOPED_TRACE(seen.back());
@@ -162,15 +161,17 @@ std::vector<std::string> OpenEveryDialog(CMainDlg& main, const std::function<voi
     }
     opened.EndDialog(IDCANCEL);
   };
-  for (int category = 0; category < static_cast<int>(MainCategories().size()); ++category) {
-    ListView_SetItemState(main.Item(CMainDlg::kCategoryListId), category, LVIS_SELECTED | LVIS_FOCUSED,
-                          LVIS_SELECTED | LVIS_FOCUSED);
-    for (int row = 0; row < CMainDlg::kMaxRows; ++row) {
-      HWND config = main.Item(CMainDlg::kFirstConfigId + row);
-      if (config && IsWindowEnabled(config)) Click(main, CMainDlg::kFirstConfigId + row);
+  auto open = [&] {
+    for (int category = 0; category < static_cast<int>(MainCategories().size()); ++category) {
+      ListView_SetItemState(main.Item(CMainDlg::kCategoryListId), category, LVIS_SELECTED | LVIS_FOCUSED,
+                            LVIS_SELECTED | LVIS_FOCUSED);
+      for (int row = 0; row < CMainDlg::kMaxRows; ++row) {
+        HWND config = main.Item(CMainDlg::kFirstConfigId + row);
+        if (config && IsWindowEnabled(config)) Click(main, CMainDlg::kFirstConfigId + row);
+      }
     }
-  }
-  hook = nullptr;
+  };
+  RunOpened(open, handle);
   return seen;
 }
 

@@ -40,12 +40,11 @@ TEST(FeatureTable, EveryRowWithADialogShowsAButtonThatOpensIt) {
       ++found;
       EXPECT_TRUE(IsWindowEnabled(button));
       std::vector<HWND> owners;
-      CDialog::AfterInitHook() = [&](CDialog& opened) {
-        owners.push_back(GetWindow(opened.Handle(), GW_OWNER));
-        opened.EndDialog(IDCANCEL);
-      };
-      Click(main, CMainDlg::kFirstConfigId + i);
-      CDialog::AfterInitHook() = nullptr;
+      RunOpened([&] { Click(main, CMainDlg::kFirstConfigId + i); },
+                [&](CDialog& opened) {
+                  owners.push_back(GetWindow(opened.Handle(), GW_OWNER));
+                  opened.EndDialog(IDCANCEL);
+                });
       EXPECT_EQ(owners, std::vector<HWND>{main.Handle()});
     }
   }
@@ -74,9 +73,7 @@ TEST(FeatureTable, TheMusiclistSwitchSurvivesTheMainDialogsOk) {
       for (int i = 0; i < static_cast<int>(rows.size()); ++i) {
         if (rows[i].field != &Settings::enMusicExtender) continue;
         SelectCategory(main, c);
-        CDialog::AfterInitHook() = drive;
-        Click(main, CMainDlg::kFirstConfigId + i);
-        CDialog::AfterInitHook() = nullptr;
+        EXPECT_EQ(RunOpened([&] { Click(main, CMainDlg::kFirstConfigId + i); }, drive), 1);
         return;
       }
     }

@@ -371,8 +371,7 @@ void Click(const CDialog& dialog, int id) {
 void RunEditor(const Editor& editor, const std::wstring& path, bool editRow, bool& edited) {
   std::unique_ptr<CDialog> dialog = editor.make(path);
   CDialog* main = dialog.get();
-  auto& hook = CDialog::AfterInitHook();
-  hook = [&](CDialog& opened) {
+  auto drive = [&](CDialog& opened) {
     if (&opened != main) {
       // An item dialog: confirmed; one that refuses (no target chosen) is then cancelled.
       Click(opened, IDOK);
@@ -395,13 +394,13 @@ void RunEditor(const Editor& editor, const std::wstring& path, bool editRow, boo
     PostMessageW(opened.Handle(), WM_COMMAND, IDCANCEL, 0);
   };
   bool opened = false;
-  auto drive = hook;
-  hook = [&](CDialog& dialog) {
-    opened = opened || &dialog == main;
-    drive(dialog);
-  };
-  main->DoModal(nullptr);
-  hook = nullptr;
+  {
+    ScopedAfterInitHook hook([&](CDialog& dialog) {
+      opened = opened || &dialog == main;
+      drive(dialog);
+    });
+    main->DoModal(nullptr);
+  }
   // An editor that cannot open (no display for Wine's server) would pass every file untouched.
   if (!opened) Stop("not-opened", &counts.crashes);
 }
@@ -664,7 +663,6 @@ int wmain(int argc, wchar_t** argv) {
   prompts.popupMenu = [](HMENU, UINT, POINT, HWND) { return 0; };
   prompts.chooseColor = [](CHOOSECOLORW&) { return false; };
   prompts.openFile = [](OPENFILENAMEW&) { return false; };
-  prompts.saveFile = [](OPENFILENAMEW&) { return false; };
   prompts.chooseFont = [](CHOOSEFONTW&) { return false; };
   prompts.shellOpen = [](HWND, const std::wstring&) { return true; };
   prompts.localTime = [] { return SYSTEMTIME{2024, 5, 3, 17, 12, 30, 0, 0}; };
