@@ -129,6 +129,11 @@ std::wstring HistoryFolder() {
 
 PendingVersion::PendingVersion(const std::wstring& target, const std::wstring& replacement) {
   if (!InToolFolder(target)) return;
+  folder = HistoryFolder();
+  fileName = NameOf(target);
+  const std::wstring stem = folder + L"\\" + fileName;
+  // Whatever this save keeps, copies of saves of the same file that were cut off go.
+  AtomicFile::RemoveLeftovers(stem);
   HANDLE old = OpenForReading(target);
   if (old == INVALID_HANDLE_VALUE) return;
   HANDLE replacing = OpenForReading(replacement);
@@ -137,11 +142,7 @@ PendingVersion::PendingVersion(const std::wstring& target, const std::wstring& r
   const bool same = replacing != INVALID_HANDLE_VALUE && SameBytes(old, replacing);
   if (replacing != INVALID_HANDLE_VALUE) CloseHandle(replacing);
   if (!same) {
-    folder = HistoryFolder();
-    fileName = NameOf(target);
     CreateDirectoryW(folder.c_str(), nullptr);
-    const std::wstring stem = folder + L"\\" + fileName;
-    AtomicFile::RemoveLeftovers(stem);
     HANDLE copy = AtomicFile::CreateTemporary(stem, copyPath);
     if (copy != INVALID_HANDLE_VALUE) {
       SetFilePointer(old, 0, nullptr, FILE_BEGIN);
