@@ -52,7 +52,7 @@ void AtomicFile::SetRetryWaitForTests(std::function<void(DWORD milliseconds)> wa
   RetryWait() = std::move(wait);
 }
 
-void AtomicFile::RemoveLeftovers(const std::wstring& target) {
+void AtomicFile::RemoveLeftovers(const std::wstring& target, bool keepAttributes) {
   size_t slash = target.find_last_of(L"\\/");
   std::wstring folder = slash == std::wstring::npos ? std::wstring() : target.substr(0, slash + 1);
   std::wstring targetName = target.substr(folder.size());
@@ -61,7 +61,14 @@ void AtomicFile::RemoveLeftovers(const std::wstring& target) {
   if (search == INVALID_HANDLE_VALUE) return;
   do {
     // A file another save still has open cannot be deleted and is left to it.
-    if (IsLeftoverOf(found.cFileName, targetName)) Delete(folder + found.cFileName);
+    if (IsLeftoverOf(found.cFileName, targetName)) {
+      const std::wstring path = folder + found.cFileName;
+      if (keepAttributes) {
+        DeleteFileW(path.c_str());
+      } else {
+        Delete(path);
+      }
+    }
   } while (FindNextFileW(search, &found));
   FindClose(search);
 }

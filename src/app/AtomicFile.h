@@ -43,8 +43,10 @@ class AtomicFile {
 
   // The wait between rename attempts; tests replace it so as not to sleep (empty: Sleep).
   static void SetRetryWaitForTests(std::function<void(DWORD milliseconds)> wait);
-  // Removes temporary files of this target left by saves that never finished.
-  static void RemoveLeftovers(const std::wstring& target);
+  // Removes temporary files of this target left by saves that never finished. One that may be a second
+  // name of a file still in use (a version being kept, History.h) is removed without touching the
+  // attributes the two names share.
+  static void RemoveLeftovers(const std::wstring& target, bool keepAttributes = false);
   // Creates a temporary file of this target's (a name only a save of it makes), open for writing and
   // shared for reading, and gives its path; INVALID_HANDLE_VALUE when none could be made.
   static HANDLE CreateTemporary(const std::wstring& target, std::wstring& path);

@@ -100,6 +100,25 @@ bool CopyBytes(HANDLE from, HANDLE to) {
   }
 }
 
+// Gives the bytes of the open file `source`, named `sourcePath`, the new name `path`. A second name for
+// the same bytes costs no copying and, once the save's rename has given the source's name to the new
+// bytes, is a file of its own. Where the file system has no second names (FAT), the bytes are copied.
+bool& LinksAllowed() {
+  static bool allowed = true;
+  return allowed;
+}
+
+bool KeepBytes(const std::wstring& sourcePath, HANDLE source, const std::wstring& path) {
+  if (LinksAllowed() && CreateHardLinkW(path.c_str(), sourcePath.c_str(), nullptr)) return true;
+  HANDLE copy = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                            FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (copy == INVALID_HANDLE_VALUE) return false;
+  const bool copied = SetFilePointer(source, 0, nullptr, FILE_BEGIN) == 0 && CopyBytes(source, copy);
+  if (CloseHandle(copy) && copied) return true;
+  DeleteFileW(path.c_str());
+  return false;
+}
+
 std::optional<std::string> ReadWhole(const std::wstring& path) {
   HANDLE file = OpenForReading(path);
   if (file == INVALID_HANDLE_VALUE) return std::nullopt;
@@ -123,6 +142,10 @@ bool DeleteVersionFile(const std::wstring& path) {
 
 }  // namespace
 
+void PendingVersion::SetLinksForTests(bool allowed) {
+  LinksAllowed() = allowed;
+}
+
 std::wstring HistoryFolder() {
   return CombinePath(Paths().programFolder, kHistoryFolderName);
 }
@@ -132,8 +155,9 @@ PendingVersion::PendingVersion(const std::wstring& target, const std::wstring& r
   folder = HistoryFolder();
   fileName = NameOf(target);
   const std::wstring stem = folder + L"\\" + fileName;
-  // Whatever this save keeps, copies of saves of the same file that were cut off go.
-  AtomicFile::RemoveLeftovers(stem);
+  // Whatever this save keeps, copies of saves of the same file that were cut off go; a copy may be a
+  // second name of the file as it stands, whose attributes stay.
+  AtomicFile::RemoveLeftovers(stem, true);
   HANDLE old = OpenForReading(target);
   if (old == INVALID_HANDLE_VALUE) return;
   HANDLE replacing = OpenForReading(replacement);
@@ -143,12 +167,12 @@ PendingVersion::PendingVersion(const std::wstring& target, const std::wstring& r
   if (replacing != INVALID_HANDLE_VALUE) CloseHandle(replacing);
   if (!same) {
     CreateDirectoryW(folder.c_str(), nullptr);
-    HANDLE copy = AtomicFile::CreateTemporary(stem, copyPath);
-    if (copy != INVALID_HANDLE_VALUE) {
-      SetFilePointer(old, 0, nullptr, FILE_BEGIN);
-      const bool copied = CopyBytes(old, copy);
-      if (!CloseHandle(copy) || !copied) {
-        DeleteVersionFile(copyPath);
+    // The temporary name, taken so that no other save takes it, is given to the copy.
+    HANDLE reserved = AtomicFile::CreateTemporary(stem, copyPath);
+    if (reserved != INVALID_HANDLE_VALUE) {
+      CloseHandle(reserved);
+      if (!DeleteFileW(copyPath.c_str()) || !KeepBytes(target, old, copyPath)) {
+        DeleteFileW(copyPath.c_str());
         copyPath.clear();
       }
     }
@@ -157,7 +181,8 @@ PendingVersion::PendingVersion(const std::wstring& target, const std::wstring& r
 }
 
 PendingVersion::~PendingVersion() {
-  if (!copyPath.empty()) DeleteVersionFile(copyPath);
+  // Until kept, the copy may be a second name of the file as it stands: its attributes stay.
+  if (!copyPath.empty()) DeleteFileW(copyPath.c_str());
 }
 
 void PendingVersion::Keep() {

@@ -22,9 +22,10 @@ inline constexpr size_t kHistoryDepth = 20;
 // The history folder of the tool's folder.
 std::wstring HistoryFolder();
 
-// The file a save is about to replace, copied into the history folder under a temporary name when the
-// save's bytes differ from it; it becomes a version only once the save has replaced the file. Copies of
-// saves that were cut off are removed by the next save of the same file.
+// The file a save is about to replace, kept in the history folder under a temporary name when the save's
+// bytes differ from it (a second name for its bytes, or a copy where the file system has none); it
+// becomes a version only once the save has replaced the file. Copies of saves that were cut off are
+// removed by the next save of the same file.
 class PendingVersion {
  public:
   // Nothing is copied for a file outside the tool's folder, a missing file, or one equal to `replacement`.
@@ -37,6 +38,9 @@ class PendingVersion {
   // After the save's rename: the copy takes its version's name and the oldest versions beyond the
   // depth go.
   void Keep();
+
+  // Tests take copies as a file system without second names for a file (FAT) makes them.
+  static void SetLinksForTests(bool allowed);
 
  private:
   std::wstring folder;

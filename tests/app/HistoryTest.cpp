@@ -115,8 +115,9 @@ TEST(History, TwentyOneSavesKeepTheLastTwenty) {
   EXPECT_TRUE(LeftoversIn(HistoryFolder()).empty());
 }
 
-// A save that fails keeps no version and leaves no copy; a copy a killed save left is no version and goes
-// with the next save of its file.
+// A save that fails keeps no version; the copy it made (which, a second name of the file, cannot go while
+// another program holds the file) and a copy a killed save left are no versions and go with the next
+// save of the file.
 TEST(History, FailedSaveKeepsNothingAndCopiesOfKilledSavesGo) {
   InstalledTool tool;
   PromptRecorder recorder;
@@ -131,14 +132,13 @@ TEST(History, FailedSaveKeepsNothingAndCopiesOfKilledSavesGo) {
   CloseHandle(reader);
   EXPECT_EQ(ReadFileBytes(path), old);
   EXPECT_TRUE(VersionsIn(HistoryFolder()).empty());
-  EXPECT_TRUE(LeftoversIn(HistoryFolder()).empty());
   EXPECT_EQ(recorder.asked.size(), 1u);
 
   const std::wstring killed = HistoryFolder() + L"\\Label.qcsv.99999-7.tmp";
   ASSERT_TRUE(WriteFileBytes(killed, old.substr(0, 10)));
   EXPECT_TRUE(VersionsIn(HistoryFolder()).empty());
   ASSERT_TRUE(Generation(2).Write(path));
-  EXPECT_FALSE(FileExists(killed));
+  EXPECT_TRUE(LeftoversIn(HistoryFolder()).empty());
   EXPECT_EQ(BytesOf(VersionsIn(HistoryFolder())), std::vector<std::string>{old});
 }
 
@@ -170,6 +170,42 @@ TEST(History, HistoryThatCannotBeWrittenLosesNoSave) {
     }
     EXPECT_TRUE(recorder.asked.empty());
     SetFileAttributesW(HistoryFolder().c_str(), FILE_ATTRIBUTE_NORMAL);
+  }
+}
+
+// Whether kept as a second name of the file's bytes or, where the file system has none, as a copy, a
+// version is a file of its own once the save is done: writing the file in place leaves it alone. A save
+// that fails leaves the file's attributes as they were, though its pending version shared them.
+TEST(History, VersionsAreFilesOfTheirOwnWhetherLinkedOrCopied) {
+  struct LinksScope {
+    explicit LinksScope(bool allowed) { PendingVersion::SetLinksForTests(allowed); }
+    ~LinksScope() { PendingVersion::SetLinksForTests(true); }
+  };
+  for (const bool links : {true, false}) {
+    SCOPED_TRACE(links ? "linked" : "copied");
+    LinksScope scope(links);
+    InstalledTool tool;
+    PromptRecorder recorder;
+    RetryWaitScope noSleep;
+    const std::wstring path = tool.ToolFile(kLabelFile);
+    const std::string first = ListFile("first,,,\r\n");
+    ASSERT_TRUE(WriteFileBytes(path, first));
+    ASSERT_TRUE(Generation(1).Write(path));
+    ASSERT_TRUE(WriteFileBytes(path, ListFile("edited in place,,,\r\n")));
+    EXPECT_EQ(BytesOf(VersionsIn(HistoryFolder())), std::vector<std::string>{first});
+
+    ASSERT_TRUE(SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN));
+    HANDLE reader =
+        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+    EXPECT_FALSE(Generation(2).Write(path));
+    CloseHandle(reader);
+    EXPECT_EQ(GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN,
+              static_cast<DWORD>(FILE_ATTRIBUTE_HIDDEN));
+    EXPECT_EQ(VersionsIn(HistoryFolder()).size(), 1u);
+    SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
+    ASSERT_TRUE(Generation(3).Write(path));
+    EXPECT_EQ(VersionsIn(HistoryFolder()).size(), 2u);
+    EXPECT_TRUE(LeftoversIn(HistoryFolder()).empty());
   }
 }
 
