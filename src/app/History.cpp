@@ -135,6 +135,72 @@ std::optional<std::string> ReadWhole(const std::wstring& path) {
   return bytes;
 }
 
+// A list of texts the profile functions give one after another, each ended by a NUL, in a buffer made
+// larger until the list fits.
+template <class Read>
+std::vector<std::wstring> ProfileList(Read read) {
+  std::vector<wchar_t> buffer(4096);
+  DWORD got = 0;
+  while ((got = read(buffer.data(), static_cast<DWORD>(buffer.size()))) + 2 >= buffer.size() &&
+         buffer.size() < (1u << 24))
+    buffer.resize(buffer.size() * 4);
+  std::vector<std::wstring> texts;
+  for (size_t at = 0; at < got && at < buffer.size();) {
+    const size_t length = wcsnlen(buffer.data() + at, buffer.size() - at);
+    if (length == 0) break;
+    texts.emplace_back(buffer.data() + at, length);
+    at += length + 1;
+  }
+  return texts;
+}
+
+// Whether a file holds the tool's section: one that does not is no settings file of its, though read as
+// one it would give every default.
+bool HasToolSection(const std::wstring& path) {
+  if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) return false;
+  const std::vector<std::wstring> names = ProfileList([&path](wchar_t* buffer, DWORD size) {
+    return GetPrivateProfileSectionNamesW(buffer, size, path.c_str());
+  });
+  return std::any_of(names.begin(), names.end(),
+                     [](const std::wstring& name) { return SameTextIgnoringCase(name, kSettingsSection); });
+}
+
+std::wstring Trimmed(std::wstring_view text) {
+  while (!text.empty() && iswspace(text.front())) text.remove_prefix(1);
+  while (!text.empty() && iswspace(text.back())) text.remove_suffix(1);
+  return std::wstring(text);
+}
+
+// A value as a read of its key gives it: without the quotes around it.
+std::wstring Unquoted(std::wstring value) {
+  if (value.size() >= 2 && (value.front() == L'"' || value.front() == L'\'') && value.back() == value.front())
+    return value.substr(1, value.size() - 2);
+  return value;
+}
+
+// A number as the profile functions' integer read takes it: blanks, a sign, a base prefix (0x, 0o, 0b),
+// the digits up to the first that is none, wrapping past 32 bits.
+uint32_t ProfileInteger(std::wstring_view text) {
+  size_t at = 0;
+  while (at < text.size() && text[at] <= L' ') ++at;
+  bool negative = false;
+  if (at < text.size() && (text[at] == L'+' || text[at] == L'-')) negative = text[at++] == L'-';
+  uint32_t base = 10;
+  if (at + 1 < text.size() && text[at] == L'0') {
+    const wchar_t prefix = static_cast<wchar_t>(towlower(text[at + 1]));
+    base = prefix == L'x' ? 16 : prefix == L'o' ? 8 : prefix == L'b' ? 2 : 10;
+    if (base != 10) at += 2;
+  }
+  uint32_t value = 0;
+  for (; at < text.size(); ++at) {
+    const wchar_t c = static_cast<wchar_t>(towlower(text[at]));
+    const uint32_t digit = c >= L'0' && c <= L'9' ? c - L'0' : c >= L'a' && c <= L'z' ? c - L'a' + 10 : 99;
+    if (digit >= base) break;
+    value = value * base + digit;
+  }
+  return negative ? 0u - value : value;
+}
+
 bool DeleteVersionFile(const std::wstring& path) {
   SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_NORMAL);
   return DeleteFileW(path.c_str()) != FALSE;
@@ -286,29 +352,44 @@ bool ReadListVersion(const std::wstring& path, QcsvDocument& document) {
 }
 
 bool ReadSettingsVersion(const std::wstring& path, Settings& settings) {
-  if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) return false;
-  // A file without the tool's section is no settings file of its: read as one, it would be all defaults.
-  std::vector<wchar_t> names(4096);
-  for (;;) {
-    const DWORD got =
-        GetPrivateProfileSectionNamesW(names.data(), static_cast<DWORD>(names.size()), path.c_str());
-    if (got + 2 < names.size() || names.size() >= (1u << 24)) {
-      names.resize(got);
-      break;
-    }
-    names.resize(names.size() * 4);
-  }
-  bool found = false;
-  for (size_t at = 0; at < names.size() && !found;) {
-    const std::wstring_view name(names.data() + at, wcsnlen(names.data() + at, names.size() - at));
-    found = SameTextIgnoringCase(name, kSettingsSection);
-    at += name.size() + 1;
-  }
-  if (!found) return false;
+  if (!HasToolSection(path)) return false;
   settings.section = kSettingsSection;
   settings.path = path;
   settings.PrepareForLoad();
   settings.Load();
+  settings.ApplyDefaultsAfterLoad(GetUserDefaultLCID());
+  return true;
+}
+
+bool PeekSettingsVersion(const std::wstring& path, Settings& settings) {
+  if (!HasToolSection(path)) return false;
+  settings.section = kSettingsSection;
+  settings.path = path;
+  settings.PrepareForLoad();
+  // Each key's first line in the section, as a read of the key finds it.
+  std::vector<std::pair<std::wstring, std::wstring>> lines;
+  for (const std::wstring& line : ProfileList([&path](wchar_t*buffer, DWORD size) {
+         return GetPrivateProfileSectionW(kSettingsSection, buffer, size, path.c_str());
+       })) {
+    const size_t equals = line.find(L'=');
+    lines.emplace_back(
+        Trimmed(std::wstring_view(line).substr(0, equals)),
+        equals == std::wstring::npos ? std::wstring() : Unquoted(Trimmed(line.substr(equals + 1))));
+  }
+  for (const Settings::Key& key : settings.keys) {
+    const auto found = std::find_if(lines.begin(), lines.end(), [&key](const auto& line) {
+      return SameTextIgnoringCase(line.first, key.name);
+    });
+    const std::wstring value = found == lines.end() ? std::wstring() : found->second;
+    const KeyKind kind = KindOfKey(key.name);
+    if (kind == KeyKind::Text) {
+      *static_cast<std::wstring*>(key.field) = value.substr(0, 255);
+    } else if (kind != KeyKind::None && !value.empty()) {
+      // The integer read takes at most 29 characters.
+      *static_cast<int32_t*>(key.field) =
+          static_cast<int32_t>(ProfileInteger(std::wstring_view(value).substr(0, 29)));
+    }
+  }
   settings.ApplyDefaultsAfterLoad(GetUserDefaultLCID());
   return true;
 }

@@ -87,7 +87,7 @@ bool CHistoryDlg::OnInitDialog() {
   AddListViewColumn(kVersions, 1, Text(strHistoryChangesColumn), kTimeColumnWidth);
   ListView_SetColumnWidth(list, 1, LVSCW_AUTOSIZE_USEHEADER);
 
-  const std::vector<Version> versions = VersionsIn(HistoryFolder());
+  versions = VersionsIn(HistoryFolder());
   for (const HistoryFile& file : HistoryFiles()) {
     const bool kept = std::any_of(versions.begin(), versions.end(), [&file](const Version& version) {
       return SameTextIgnoringCase(version.file, file.name);
@@ -125,38 +125,24 @@ void CHistoryDlg::ListVersions() {
   ListView_DeleteAllItems(list);
   entries.clear();
   const std::wstring current = CurrentPath(*file);
-  const std::vector<Version> versions = VersionsIn(HistoryFolder(), file->name);
-  std::vector<std::vector<std::wstring>> changes;
   if (IsSettingsFile(*file)) {
     // A missing or foreign Vrk.ini counts as the defaults start-up would take.
-    Settings now;
-    if (!ReadSettingsVersion(current, now)) {
-      now.PrepareForLoad();
-      now.ApplyDefaultsAfterLoad(GetUserDefaultLCID());
-    }
-    for (const Version& version : versions) {
-      Settings then;
-      const bool readable = ReadSettingsVersion(version.path, then);
-      entries.push_back({version, readable, {}});
-      changes.push_back(readable ? SettingsChanges(then, now) : std::vector<std::wstring>{});
+    settingsNow = std::make_unique<Settings>();
+    if (!PeekSettingsVersion(current, *settingsNow)) {
+      settingsNow->PrepareForLoad();
+      settingsNow->ApplyDefaultsAfterLoad(GetUserDefaultLCID());
     }
   } else {
-    QcsvDocument now;
-    ReadListVersion(current, now);
-    for (const Version& version : versions) {
-      QcsvDocument then;
-      const bool readable = ReadListVersion(version.path, then);
-      entries.push_back({version, readable, {}});
-      changes.push_back(readable ? ListChanges(then, now) : std::vector<std::wstring>{});
-    }
+    ReadListVersion(current, listNow);
   }
-  for (size_t i = 0; i < entries.size(); ++i) {
-    Entry& entry = entries[i];
-    const int row = AppendListViewRow(kVersions, FormatVersionTime(entry.version.time));
-    SetListViewText(kVersions, row, 1,
-                    entry.readable ? JoinChanges(changes[i], kRowChanges) : Text(strUnreadable));
-    entry.changes = entry.readable ? JoinChanges(changes[i], kDetailChanges)
-                                   : FillText(Text(strUnreadableDetail), {file->name});
+  // The changes are read when the list shows a row: a long history opens as fast as a short one.
+  for (const Version& version : versions) {
+    if (!SameTextIgnoringCase(version.file, file->name)) continue;
+    const int row = AppendListViewRow(kVersions, FormatVersionTime(version.time));
+    ListView_SetItemText(list, row, 1, LPSTR_TEXTCALLBACKW);
+    Entry entry;
+    entry.version = version;
+    entries.push_back(std::move(entry));
   }
   SendMessageW(list, WM_SETREDRAW, TRUE, 0);
   InvalidateRect(list, nullptr, TRUE);
@@ -166,6 +152,36 @@ void CHistoryDlg::ListVersions() {
   ShowVersion(ListViewSelection(kVersions));
 }
 
+CHistoryDlg::Entry* CHistoryDlg::Describe(int row) {
+  const HistoryFile* file = ChosenFile();
+  if (!file || row < 0 || row >= static_cast<int>(entries.size())) return nullptr;
+  Entry& entry = entries[static_cast<size_t>(row)];
+  if (entry.described) return &entry;
+  entry.described = true;
+  std::vector<std::wstring> changes;
+  if (IsSettingsFile(*file)) {
+    Settings then;
+    entry.readable = settingsNow && PeekSettingsVersion(entry.version.path, then);
+    if (entry.readable) changes = SettingsChanges(then, *settingsNow);
+  } else {
+    QcsvDocument then;
+    entry.readable = ReadListVersion(entry.version.path, then);
+    if (entry.readable) changes = ListChanges(then, listNow);
+  }
+  entry.line = entry.readable ? JoinChanges(changes, kRowChanges) : Text(strUnreadable);
+  entry.detail = entry.readable ? JoinChanges(changes, kDetailChanges)
+                                : FillText(Text(strUnreadableDetail), {file->name});
+  return &entry;
+}
+
+LRESULT CHistoryDlg::OnGetChanges(NMLVDISPINFOW& request) {
+  const Entry* entry =
+      request.item.iSubItem == 1 && (request.item.mask & LVIF_TEXT) ? Describe(request.item.iItem) : nullptr;
+  if (entry && request.item.pszText && request.item.cchTextMax > 0)
+    lstrcpynW(request.item.pszText, entry->line.c_str(), request.item.cchTextMax);
+  return 0;
+}
+
 LRESULT CHistoryDlg::OnVersionChanged(NMLISTVIEW& change) {
   if (!listing && (change.uChanged & LVIF_STATE)) ShowVersion(ListViewSelection(kVersions));
   return 0;
@@ -173,17 +189,17 @@ LRESULT CHistoryDlg::OnVersionChanged(NMLISTVIEW& change) {
 
 void CHistoryDlg::ShowVersion(int row) {
   const HistoryFile* file = ChosenFile();
-  if (!file || row < 0 || row >= static_cast<int>(entries.size())) {
+  const Entry* entry = Describe(row);
+  if (!file || !entry) {
     SetItemText(kDetail, {});
     EnableRestore(false);
     return;
   }
-  const Entry& entry = entries[static_cast<size_t>(row)];
-  std::wstring detail = FormatVersionTime(entry.version.time) + kLineBreak + entry.changes;
-  if (entry.readable && IsSettingsFile(*file))
+  std::wstring detail = FormatVersionTime(entry->version.time) + kLineBreak + entry->detail;
+  if (entry->readable && IsSettingsFile(*file))
     detail += kLineBreak + std::wstring(Text(strSettingsRestoreHint));
   SetItemText(kDetail, detail);
-  EnableRestore(entry.readable);
+  EnableRestore(entry->readable);
 }
 
 void CHistoryDlg::EnableRestore(bool enabled) {
@@ -195,11 +211,9 @@ void CHistoryDlg::EnableRestore(bool enabled) {
 
 void CHistoryDlg::OnRestore() {
   const HistoryFile* file = ChosenFile();
-  const int row = ListViewSelection(kVersions);
-  if (!file || row < 0 || row >= static_cast<int>(entries.size()) ||
-      !entries[static_cast<size_t>(row)].readable)
-    return;
-  const Version version = entries[static_cast<size_t>(row)].version;
+  const Entry* entry = Describe(ListViewSelection(kVersions));
+  if (!file || !entry || !entry->readable) return;
+  const Version version = entry->version;
   if (IsSettingsFile(*file)) {
     settingsVersion = version.path;
     EndDialog(IDOK);
@@ -208,7 +222,10 @@ void CHistoryDlg::OnRestore() {
   const bool restored = RestoreVersion(version.path, CurrentPath(*file));
   if (restored && file->flag != 0) NotifyExtension(file->flag);
   // The file replaced is now the newest version: chosen, Restore takes the restore back.
-  if (restored) ListVersions();
+  if (restored) {
+    versions = VersionsIn(HistoryFolder());
+    ListVersions();
+  }
   SetItemText(kDetail, FillText(Text(restored ? strRestored : strRestoreFailed),
                                 {file->name, FormatVersionTime(version.time)}));
 }

@@ -1,4 +1,5 @@
 #pragma once
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,7 @@ class CHistoryDlg : public CDialog {
   BEGIN_MSG_MAP(CHistoryDlg)
     COMMAND_HANDLER(kFiles, LBN_SELCHANGE, OnFileChosen)
     NOTIFY_HANDLER(kVersions, LVN_ITEMCHANGED, OnVersionChanged)
+    NOTIFY_HANDLER(kVersions, LVN_GETDISPINFOW, OnGetChanges)
     COMMAND_ID_HANDLER(kRestore, OnRestore)
     COMMAND_ID_HANDLER(IDOK, OnRestore)
   END_MSG_MAP()
@@ -32,22 +34,32 @@ class CHistoryDlg : public CDialog {
   bool OnInitDialog() override;
 
  private:
+  // A version and, once its row is shown or chosen, what changed since.
   struct Entry {
     Version version;
+    bool described = false;
     bool readable = false;
-    std::wstring changes;  // the detail's words
+    std::wstring line;    // the row's words
+    std::wstring detail;  // the detail's words
   };
 
   void OnFileChosen();
   LRESULT OnVersionChanged(NMLISTVIEW& change);
+  LRESULT OnGetChanges(NMLVDISPINFOW& request);
   void OnRestore();
 
   const HistoryFile* ChosenFile() const;
   void ListVersions();
+  // Reads a version and compares it with the file as it stands, the first time it is asked for.
+  Entry* Describe(int row);
   void ShowVersion(int row);
   void EnableRestore(bool enabled);
 
   std::vector<const HistoryFile*> files;
-  std::vector<Entry> entries;
+  std::vector<Version> versions;  // of every file, as the folder held them when last looked at
+  std::vector<Entry> entries;     // of the chosen file
+  // The chosen file as it stands.
+  std::unique_ptr<Settings> settingsNow;
+  QcsvDocument listNow;
   bool listing = false;
 };

@@ -275,6 +275,56 @@ TEST(History, HostileOrTruncatedVersionsDoNotRead) {
   EXPECT_FALSE(ReadSettingsVersion(dir.File(L"missing"), settings));
 }
 
+// The quick read of a Vrk.ini version gives every value the full read gives: for the tool's own saves and
+// for hand-edited files alike.
+TEST(History, QuickReadOfSettingsVersionsAgreesWithTheFullRead) {
+  TempDir dir;
+  const std::wstring path = dir.File(L"Vrk.ini");
+  Settings saved;
+  saved.section = kSettingsSection;
+  saved.path = path;
+  int n = 0;
+  for (const Settings::Key& key : saved.keys) {
+    if (KindOfKey(key.name) == KeyKind::Text) {
+      *static_cast<std::wstring*>(key.field) = L"D:\\Games\\Morva " + std::to_wstring(n);
+    } else {
+      *static_cast<int32_t*>(key.field) = n % 5 == 0 ? -n : n * 1000;
+    }
+    ++n;
+  }
+  ASSERT_TRUE(saved.Save());
+  const std::string byTheTool = ReadFileBytes(path);
+  const std::string cases[] = {
+      byTheTool,
+      "[MorvaExtender_v5]\r\n",
+      "[MorvaExtender_v5]\r\n iLanguage = 1 "
+      "\r\nwstrMorva=\"C:\\Games\\Morva\"\r\nenLabel=5\r\niStockMK=-3\r\n"
+      "iJpegQuality=12abc\r\nenLabel=0\r\nenPetInfo\r\niDateFormat=\r\n[Other]\r\niSatietyFormat=4\r\n"
+      "[morvaextender_v5]\r\niScreenshotRange=9\r\n",
+      "[Other]\r\nx=1\r\n[MorvaExtender_v5]\r\nwstrMorva='quoted'\r\niWeightGraphColor_Gain=-1\r\n"
+      "iWeightGraphColor_Lose=255\r\nwstrMorva=second\r\n",
+  };
+  for (const std::string& bytes : cases) {
+    SCOPED_TRACE(bytes.substr(0, 80));
+    ASSERT_TRUE(WriteFileBytes(path, bytes));
+    Settings full, quick;
+    ASSERT_TRUE(ReadSettingsVersion(path, full));
+    ASSERT_TRUE(PeekSettingsVersion(path, quick));
+    for (size_t i = 0; i < full.keys.size(); ++i) {
+      SCOPED_TRACE(Utf8(full.keys[i].name));
+      if (KindOfKey(full.keys[i].name) == KeyKind::Text) {
+        EXPECT_EQ(*static_cast<std::wstring*>(quick.keys[i].field),
+                  *static_cast<std::wstring*>(full.keys[i].field));
+      } else {
+        EXPECT_EQ(*static_cast<int32_t*>(quick.keys[i].field), *static_cast<int32_t*>(full.keys[i].field));
+      }
+    }
+  }
+  ASSERT_TRUE(WriteFileBytes(path, "[Other]\r\nenLabel=1\r\n"));
+  Settings none;
+  EXPECT_FALSE(PeekSettingsVersion(path, none));
+}
+
 // Names the history folder holds: only a version's name says which file, when and which number.
 TEST(History, OnlyVersionNamesAreVersions) {
   const struct {
