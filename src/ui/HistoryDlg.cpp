@@ -58,8 +58,9 @@ constexpr ControlDef kControls[] = {
     {Ctl::Static, Dlg::kVersionsLabel, kVersionsX, 6, kVersionsW, 10, SS_LEFT, 0, &strHistoryVersions},
     {Ctl::ListView, Dlg::kVersions, kVersionsX, kListTop, kVersionsW, kVersionsH,
      LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | WS_TABSTOP, WS_EX_CLIENTEDGE, kNoText},
-    {Ctl::Static, Dlg::kDetail, kVersionsX, kDetailY, kVersionsW, kDetailH, SS_LEFT | SS_NOPREFIX, 0,
-     kNoText},
+    // Read-only text that wraps, and scrolls (keys, wheel) when a version changed more than it shows.
+    {Ctl::Edit, Dlg::kDetail, kVersionsX, kDetailY, kVersionsW, kDetailH,
+     ES_MULTILINE | ES_READONLY | ES_AUTOVSCROLL | WS_TABSTOP, 0, kNoText},
     {Ctl::Button, Dlg::kRestore, kWidth - 2 * (Layout::kMargin + Layout::kButtonW), kButtonsY,
      Layout::kButtonW, Layout::kButtonH, BS_DEFPUSHBUTTON | WS_TABSTOP, 0, &strRestore},
     {Ctl::Button, IDCANCEL, kWidth - Layout::kMargin - Layout::kButtonW, kButtonsY, Layout::kButtonW,
