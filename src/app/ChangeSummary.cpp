@@ -1,9 +1,6 @@
 #include "app/ChangeSummary.h"
 
 #include <algorithm>
-#include <cwchar>
-#include <iterator>
-#include <map>
 #include <optional>
 #include <unordered_map>
 #include <vector>

@@ -41,6 +41,12 @@ struct SavedTwice {
                                         LabelFile("a,,,\r\nx,,,\r\nz,,,\r\n")};
 };
 
+// The bytes of Label.qcsv's newest version.
+std::string BytesOfNewest() {
+  const std::vector<Version> versions = VersionsIn(HistoryFolder(), kLabelFile);
+  return versions.empty() ? std::string() : ReadFileBytes(versions.front().path);
+}
+
 std::vector<std::wstring> ListBoxTexts(const CWindow& dialog, int id) {
   std::vector<std::wstring> texts;
   const int count = static_cast<int>(SendMessageW(dialog.Item(id), LB_GETCOUNT, 0, 0));
@@ -125,15 +131,14 @@ TEST_F(HistoryDlgTest, RestoringAListFileIsASaveThatCanBeTakenBack) {
 }
 
 // A version that is no list file, hostile or cut short, reads "Unreadable" and cannot be restored; the
-// keyboard moves between versions and Restore follows.
-TEST_F(HistoryDlgTest, UnreadableVersionsAreShownSoAndCannotBeRestored) {
-  ASSERT_TRUE(SaveToolFile(tool, kLabelFile, LabelFile("a,,,\r\n"), recorder));
-  ASSERT_TRUE(SaveToolFile(tool, kLabelFile, LabelFile("b,,,\r\n"), recorder));
-  ASSERT_TRUE(CreateDirectoryW(HistoryFolder().c_str(), nullptr) || GetLastError() == ERROR_ALREADY_EXISTS);
+// keyboard moves between versions, Restore follows, and Enter restores the one chosen.
+TEST_F(HistoryDlgTest, UnreadableVersionsCannotBeRestoredAndTheKeyboardRestoresOthers) {
+  const std::string first = LabelFile("a,,,\r\n"), second = LabelFile("b,,,\r\n");
+  ASSERT_TRUE(SaveToolFile(tool, kLabelFile, first, recorder));
+  ASSERT_TRUE(SaveToolFile(tool, kLabelFile, second, recorder));
   ASSERT_TRUE(WriteFileBytes(HistoryFolder() + L"\\Label.2024-05-17_13-00-00.7.qcsv", "#format,qc"));
   ASSERT_TRUE(WriteFileBytes(HistoryFolder() + L"\\Label.2024-05-17_13-01-00.8.qcsv",
                              std::string("\x00\xFF\x13", 3)));
-  const std::string before = ReadFileBytes(tool.ToolFile(kLabelFile));
   CHistoryDlg dialog;
   RunModal(dialog, [&](CDialog& d) {
     ListViewDriver versions(d.Item(CHistoryDlg::kVersions));
@@ -143,15 +148,20 @@ TEST_F(HistoryDlgTest, UnreadableVersionsAreShownSoAndCannotBeRestored) {
     EXPECT_EQ(d.GetItemText(CHistoryDlg::kDetail),
               L"May 17, 2024 13:01:00\r\nThis copy cannot be read as Label.qcsv, so it cannot be restored.");
     Click(d, CHistoryDlg::kRestore);
+    EXPECT_EQ(ReadFileBytes(tool.ToolFile(kLabelFile)), second);
     SetFocus(versions.Handle());
     versions.Key(VK_DOWN);
     EXPECT_EQ(versions.Selected(), std::vector<int>{1});
     EXPECT_FALSE(d.IsItemEnabled(CHistoryDlg::kRestore));
     versions.Key(VK_DOWN);
     EXPECT_TRUE(d.IsItemEnabled(CHistoryDlg::kRestore));
+    // Enter goes to the default button, Restore, as the dialog's message loop hands keys over.
+    MSG enter{versions.Handle(), WM_KEYDOWN, VK_RETURN, 0, 0, {}};
+    EXPECT_TRUE(IsDialogMessageW(d.Handle(), &enter));
+    EXPECT_EQ(ReadFileBytes(tool.ToolFile(kLabelFile)), first);
     Click(d, IDCANCEL);
   });
-  EXPECT_EQ(ReadFileBytes(tool.ToolFile(kLabelFile)), before);
+  EXPECT_EQ(BytesOfNewest(), second);
 }
 
 // Without any version the dialog says how versions come about.
