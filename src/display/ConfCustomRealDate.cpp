@@ -45,7 +45,7 @@ void CConfCustomRealDate::OnOk() {
   Settings& settings = GlobalSettings();
   settings.iCustomRealDate_Month = _wtoi(GetItemText(kMonth).c_str());
   settings.iCustomRealDate_Day = _wtoi(GetItemText(kDay).c_str());
-  settings.WriteKey(&Settings::iCustomRealDate_Month);
-  settings.WriteKey(&Settings::iCustomRealDate_Day);
+  // One replace of the file for both, so that the history holds one version for one OK.
+  settings.WriteKeys({&Settings::iCustomRealDate_Month, &Settings::iCustomRealDate_Day});
   EndDialog(IDOK);
 }

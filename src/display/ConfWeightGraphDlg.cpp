@@ -71,10 +71,9 @@ void CConfWeightGraphDlg::OnOk() {
   settings.iWeightGraphColor_Gain = typed(kGainEdit);
   settings.iWeightGraphColor_Current = typed(kCurrentEdit);
   settings.iWeightGraphColor_Lose = typed(kLoseEdit);
-  settings.WriteKey(&Settings::iWeightGraphPosition_Right);
-  settings.WriteKey(&Settings::iWeightGraphColor_Gain);
-  settings.WriteKey(&Settings::iWeightGraphColor_Current);
-  settings.WriteKey(&Settings::iWeightGraphColor_Lose);
+  // One replace of the file for all four, so that the history holds one version for one OK.
+  settings.WriteKeys({&Settings::iWeightGraphPosition_Right, &Settings::iWeightGraphColor_Gain,
+                      &Settings::iWeightGraphColor_Current, &Settings::iWeightGraphColor_Lose});
   NotifyExtensionFromLastWindow(kFlagWeightGraph);
   EndDialog(IDOK);
 }
