@@ -267,8 +267,7 @@ class RecordParser {
     if (size == 0) return;
     const auto* bytes = reinterpret_cast<const unsigned char*>(data);
     if (ascii) {
-      wchar_t* out = Grow(field, size);
-      for (size_t i = 0; i < size; ++i) out[i] = bytes[i];
+      Append(field, bytes, size);
       return;
     }
     // UTF-8 never needs more UTF-16 units than bytes.
@@ -280,18 +279,17 @@ class RecordParser {
       units = static_cast<size_t>(
           MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size)));
     }
-    std::copy_n(wide.data(), units, Grow(field, units));
+    Append(field, wide.data(), units);
   }
 
-  // Room for `count` more characters; a field's first part gets a string of exactly its size.
-  static wchar_t* Grow(std::wstring& field, size_t count) {
-    size_t at = field.size();
-    if (at == 0) {
-      field = std::wstring(count, L'\0');
+  // A field's first part gets a string of exactly its size.
+  template <typename Unit>
+  static void Append(std::wstring& field, const Unit* units, size_t count) {
+    if (field.empty()) {
+      field = std::wstring(units, units + count);
     } else {
-      field.resize(at + count);
+      field.append(std::wstring(units, units + count));
     }
-    return field.data() + at;
   }
 
   // Decodes valid UTF-8 (no overlong form, surrogate or value over U+10FFFF) and returns the
@@ -477,7 +475,6 @@ class QcsvDocument::Source {
     return true;
   }
 
- private:
   FileHandle file;
   size_t size = 0;
   size_t done = 0;
@@ -551,12 +548,15 @@ bool QcsvDocument::Interpret(Source& source, HWND owner) {
   size_t optionBytes = 0;
   for (;;) {
     const std::wstring& head = record[0];
+    // Only a tag line starts with "#": most records are rows, spared the comparisons.
+    const bool tag = !head.empty() && head[0] == L'#';
+    const bool isFormat = tag && head == L"#format";
     // A line break in a field is written as it stands and read back as two records.
-    if (shape.lineBreak && head != L"#format") writesBack = false;
-    if (head == L"#format") {
+    if (shape.lineBreak && !isFormat) writesBack = false;
+    if (isFormat) {
       if (formatSeen) break;
       formatSeen = true;
-    } else if (head == L"#option") {
+    } else if (tag && head == L"#option") {
       size_t colons = 0;
       for (size_t i = 1; i < record.size(); ++i) {
         const std::wstring& field = record[i];
@@ -576,7 +576,7 @@ bool QcsvDocument::Interpret(Source& source, HWND owner) {
       // record held "#option" and the fields with their separators.
       const size_t fields = record.size() - 1;
       optionBytes += shape.bytes - (fields + 2) - 7 + 11 * fields - colons;
-    } else if (head == L"#column") {
+    } else if (tag && head == L"#column") {
       if (columnSeen) break;
       columns.assign(std::make_move_iterator(record.begin() + 1), std::make_move_iterator(record.end()));
       columnSeen = true;
