@@ -1,19 +1,13 @@
 #include "app/Strings.h"
 
-#include <cwchar>
-#include <iterator>
+#include "app/TextFormat.h"
 
 std::wstring FormatBuildDate(uint32_t language, int year, int month, int day) {
-  wchar_t buffer[64];
-  if (language == kJapanese) {
-    swprintf(buffer, std::size(buffer), L"[%d/%02d/%02d]", year, month, day);
-  } else {
-    const wchar_t* name = (month >= 0 && month < static_cast<int>(kMonthAbbreviations.size()))
-                              ? kMonthAbbreviations[month]
-                              : kMonthAbbreviations[0];
-    swprintf(buffer, std::size(buffer), L"[%ls %d, %d]", name, day, year);
-  }
-  return buffer;
+  if (language == kJapanese) return FormatText(L"[%d/%02d/%02d]", year, month, day);
+  const wchar_t* name = (month >= 0 && month < static_cast<int>(kMonthAbbreviations.size()))
+                            ? kMonthAbbreviations[month]
+                            : kMonthAbbreviations[0];
+  return FormatText(L"[%ls %d, %d]", name, day, year);
 }
 
 namespace {

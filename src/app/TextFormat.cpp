@@ -1,0 +1,81 @@
+#include "app/TextFormat.h"
+
+#include <algorithm>
+#include <cstddef>
+
+namespace {
+
+std::wstring Digits(uint64_t value, int base) {
+  std::wstring digits;
+  do {
+    digits += L"0123456789abcdef"[value % static_cast<uint64_t>(base)];
+    value /= static_cast<uint64_t>(base);
+  } while (value != 0);
+  std::reverse(digits.begin(), digits.end());
+  return digits;
+}
+
+bool IsDigit(wchar_t c) {
+  return c >= L'0' && c <= L'9';
+}
+
+}  // namespace
+
+std::wstring TextArg::AsText() const {
+  return isNumber ? AsNumber(10, true) : std::wstring(text);
+}
+
+std::wstring TextArg::AsNumber(int base, bool isSigned) const {
+  if (!isNumber) return std::wstring(text);
+  if (isSigned && number < 0) return L"-" + Digits(0 - static_cast<uint64_t>(number), base);
+  // A negative number shown unsigned reads as the int it came from would, in 32 bits where it fits.
+  const bool fits32 = number >= INT32_MIN && number < 0;
+  return Digits(fits32 ? static_cast<uint32_t>(number) : static_cast<uint64_t>(number), base);
+}
+
+std::wstring FormatText(std::wstring_view pattern, std::span<const TextArg> args) {
+  std::wstring out;
+  out.reserve(pattern.size() + 16 * args.size());
+  auto next = args.begin();
+  size_t at = 0;
+  while (at < pattern.size()) {
+    const size_t percent = pattern.find(L'%', at);
+    out.append(pattern.substr(at, percent - at));
+    if (percent == std::wstring_view::npos) break;
+    size_t p = percent + 1;
+    if (p < pattern.size() && pattern[p] == L'%') {
+      out += L'%';
+      at = p + 1;
+      continue;
+    }
+    const bool zeros = p < pattern.size() && pattern[p] == L'0';
+    size_t width = 0;
+    while (p < pattern.size() && IsDigit(pattern[p]) && width < 1000)
+      width = width * 10 + static_cast<size_t>(pattern[p++] - L'0');
+    // Size prefixes (%ls, %ld, %lld, %zu, %hd) say nothing a TextArg does not know already.
+    while (p < pattern.size() && (pattern[p] == L'l' || pattern[p] == L'h' || pattern[p] == L'z')) ++p;
+    const wchar_t kind = p < pattern.size() ? pattern[p] : L'\0';
+    if (kind != L's' && kind != L'd' && kind != L'i' && kind != L'u' && kind != L'x') {
+      // Not a placeholder: it stands as written, and takes no argument.
+      out.append(pattern.substr(percent, p - percent));
+      at = p;
+      continue;
+    }
+    at = p + 1;
+    if (next == args.end()) continue;
+    const TextArg& arg = *next++;
+    std::wstring value = kind == L's'   ? arg.AsText()
+                         : kind == L'x' ? arg.AsNumber(16, false)
+                                        : arg.AsNumber(10, kind != L'u');
+    if (value.size() < width) {
+      if (zeros && arg.IsNumber()) {
+        const size_t sign = value[0] == L'-' ? 1 : 0;
+        value.insert(sign, width - value.size(), L'0');
+      } else {
+        value.insert(0, width - value.size(), L' ');
+      }
+    }
+    out += value;
+  }
+  return out;
+}
