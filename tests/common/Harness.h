@@ -89,6 +89,9 @@ void Type(const CWindow& dialog, int id, std::wstring_view text);
 void Choose(const CWindow& dialog, int id, int item);
 // The items of a combo box, in its order.
 std::vector<std::wstring> ComboTexts(const CWindow& dialog, int id);
+// Asks the dialog to paint an owner-drawn colour swatch into a bitmap of our own; the colour inside its
+// black border.
+COLORREF SwatchColor(const CDialog& dialog, int swatchId);
 
 // The extension's user-interface window as the running game has it: class "MorvaExtenderUI", title
 // "Morva Extender", the game window's handle at byte 0 and the change mask at byte 8.
