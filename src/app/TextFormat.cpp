@@ -19,19 +19,16 @@ bool IsDigit(wchar_t c) {
   return c >= L'0' && c <= L'9';
 }
 
-}  // namespace
-
-std::wstring TextArg::AsText() const {
-  return isNumber ? AsNumber(10, true) : std::wstring(text);
-}
-
-std::wstring TextArg::AsNumber(int base, bool isSigned) const {
-  if (!isNumber) return std::wstring(text);
-  if (isSigned && number < 0) return L"-" + Digits(0 - static_cast<uint64_t>(number), base);
+// An argument as a placeholder shows it, before padding: a text as it stands, a number in the base.
+std::wstring Shown(const TextArg& arg, int base, bool isSigned) {
+  if (!arg.isNumber) return std::wstring(arg.text);
+  if (isSigned && arg.number < 0) return L"-" + Digits(0 - static_cast<uint64_t>(arg.number), base);
   // A negative number shown unsigned reads as the int it came from would, in 32 bits where it fits.
-  const bool fits32 = number >= INT32_MIN && number < 0;
-  return Digits(fits32 ? static_cast<uint32_t>(number) : static_cast<uint64_t>(number), base);
+  const bool fits32 = arg.number >= INT32_MIN && arg.number < 0;
+  return Digits(fits32 ? static_cast<uint32_t>(arg.number) : static_cast<uint64_t>(arg.number), base);
 }
+
+}  // namespace
 
 std::wstring FormatText(std::wstring_view pattern, std::span<const TextArg> args) {
   std::wstring out;
@@ -64,11 +61,9 @@ std::wstring FormatText(std::wstring_view pattern, std::span<const TextArg> args
     at = p + 1;
     if (next == args.end()) continue;
     const TextArg& arg = *next++;
-    std::wstring value = kind == L's'   ? arg.AsText()
-                         : kind == L'x' ? arg.AsNumber(16, false)
-                                        : arg.AsNumber(10, kind != L'u');
+    std::wstring value = Shown(arg, kind == L'x' ? 16 : 10, kind != L'u' && kind != L'x');
     if (value.size() < width) {
-      if (zeros && arg.IsNumber()) {
+      if (zeros && arg.isNumber) {
         const size_t sign = value[0] == L'-' ? 1 : 0;
         value.insert(sign, width - value.size(), L'0');
       } else {

@@ -10,8 +10,7 @@
 
 // One argument of FormatText: a text (a pair shows in the current language) or a whole number. It only
 // refers to what it was made from, so it lives no longer than the call it is passed to.
-class TextArg {
- public:
+struct TextArg {
   TextArg(std::wstring_view text) : text(text) {}
   TextArg(const wchar_t* text) : text(text ? text : L"") {}
   TextArg(const std::wstring& text) : text(text) {}
@@ -20,14 +19,6 @@ class TextArg {
   requires std::is_integral_v<Number> TextArg(Number number)
       : isNumber(true), number(static_cast<int64_t>(number)) {}
 
-  // The argument as a %s shows it; a number in decimal.
-  std::wstring AsText() const;
-  // The argument as %d, %u or %x shows it (base 10 or 16, signed or not) without padding; a text as it
-  // stands.
-  std::wstring AsNumber(int base, bool isSigned) const;
-  bool IsNumber() const { return isNumber; }
-
- private:
   std::wstring_view text;
   bool isNumber = false;
   int64_t number = 0;

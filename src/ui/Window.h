@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 // Dots per inch of the monitor a window is on (the system's setting on Windows before 10, which
 // lacks the per-window call).
