@@ -102,7 +102,7 @@ int wmain() {
       UpdateWindow(d.Handle());
       opens.push_back(Now() - start);
       openCpu += Cpu() - startCpu;
-      listed = d.ListViewCount(CHistoryDlg::kVersions);
+      listed = ListView_GetItemCount(d.Item(CHistoryDlg::kVersions));
       // Every list file in turn, the slowest counted.
       double slowest = 0;
       for (int file = 1; file < static_cast<int>(HistoryFiles().size()); ++file) {
@@ -112,7 +112,7 @@ int wmain() {
                reinterpret_cast<LPARAM>(d.Item(CHistoryDlg::kFiles)));
         UpdateWindow(d.Handle());
         slowest = std::max(slowest, Now() - chosen);
-        listed = std::min(listed, d.ListViewCount(CHistoryDlg::kVersions));
+        listed = std::min(listed, ListView_GetItemCount(d.Item(CHistoryDlg::kVersions)));
       }
       switches.push_back(slowest);
       d.EndDialog(IDCANCEL);

@@ -7,26 +7,28 @@
 
 #include "app/Paths.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 
 namespace {
 
-constexpr TextPair strRowsFirst{L"%1 rows %2", L"%1 行%2"};
-constexpr TextPair strRowFirst{L"%1 row %2", L"%1 行%2"};
-constexpr TextPair strRowsNext{L"%1 %2", L"%1 行%2"};
+constexpr TextPair strRowsFirst{L"%s rows %s", L"%s 行%s"};
+constexpr TextPair strRowFirst{L"%s row %s", L"%s 行%s"};
+constexpr TextPair strRowsNext{L"%s %s", L"%s 行%s"};
 constexpr TextPair strRowsAdded{L"added", L"追加"};
 constexpr TextPair strRowsRemoved{L"removed", L"削除"};
 constexpr TextPair strRowsChanged{L"changed", L"変更"};
 constexpr TextPair strRowsMoved{L"moved", L"移動"};
 constexpr TextPair strChangeSeparator{L", ", L"、"};
-constexpr TextPair strValueChange{L"%1 %2 → %3", L"%1 %2 → %3"};
+constexpr TextPair strValueChange{L"%s %s → %s", L"%s %s → %s"};
 constexpr TextPair strNoValue{L"(none)", L"（なし）"};
-constexpr TextPair strMoreChanges{L"and %1 more", L"ほか %1 件"};
+constexpr TextPair strMoreChanges{L"and %d more", L"ほか %d 件"};
 constexpr TextPair strNoChange{L"Same as now", L"現在と同じ"};
 constexpr TextPair strLanguageKey{L"Language", L"言語"};
 constexpr TextPair strLanguageEnglish{L"English", L"英語"};
 constexpr TextPair strLanguageJapanese{L"Japanese", L"日本語"};
-// Arguments: year, month's abbreviation, day, then month, day, hours, minutes and seconds with two digits.
-constexpr TextPair strVersionTime{L"%2 %3, %1 %6:%7:%8", L"%1/%4/%5 %6:%7:%8"};
+// Arguments: year, month's abbreviation, month, day, hours, minutes, seconds.
+constexpr TextPair strVersionTime{L"%2$s %4$d, %1$d %5$02d:%6$02d:%7$02d",
+                                  L"%1$d/%3$02d/%4$02d %5$02d:%6$02d:%7$02d"};
 
 // Beyond this many cells the rows between the common start and end are compared as sets, without order.
 constexpr size_t kMaxCells = size_t{2} << 20;
@@ -107,7 +109,7 @@ std::wstring ShownValue(const std::optional<std::wstring>& value) {
 }
 
 std::wstring ValueChange(std::wstring_view name, const std::wstring& then, const std::wstring& now) {
-  return FillText(Text(strValueChange), {name, then, now});
+  return FormatText(strValueChange, name, then, now);
 }
 
 std::wstring RowsInWords(const RowChanges& rows) {
@@ -120,7 +122,7 @@ std::wstring RowsInWords(const RowChanges& rows) {
     if (count == 0) continue;
     const TextPair& pattern = !text.empty() ? strRowsNext : count == 1 ? strRowFirst : strRowsFirst;
     if (!text.empty()) text += Text(strChangeSeparator);
-    text += FillText(Text(pattern), {std::to_wstring(count), Text(*verb)});
+    text += FormatText(pattern, count, *verb);
   }
   return text;
 }
@@ -146,12 +148,6 @@ std::wstring LanguageName(int32_t language) {
   if (language == 0) return Text(strLanguageEnglish);
   if (language == 1) return Text(strLanguageJapanese);
   return std::to_wstring(language);
-}
-
-std::wstring Padded(unsigned value) {
-  std::wstring text = std::to_wstring(value);
-  if (text.size() < 2) text.insert(text.begin(), L'0');
-  return text;
 }
 
 }  // namespace
@@ -248,7 +244,7 @@ std::wstring JoinChanges(const std::vector<std::wstring>& changes, size_t limit)
   }
   if (shown < changes.size()) {
     text += Text(strChangeSeparator);
-    text += FillText(Text(strMoreChanges), {std::to_wstring(changes.size() - shown)});
+    text += FormatText(strMoreChanges, changes.size() - shown);
   }
   return text;
 }
@@ -256,7 +252,6 @@ std::wstring JoinChanges(const std::vector<std::wstring>& changes, size_t limit)
 std::wstring FormatVersionTime(const SYSTEMTIME& time) {
   const wchar_t* month =
       time.wMonth < kMonthAbbreviations.size() ? kMonthAbbreviations[time.wMonth] : kMonthAbbreviations[0];
-  return FillText(Text(strVersionTime),
-                  {std::to_wstring(time.wYear), month, std::to_wstring(time.wDay), Padded(time.wMonth),
-                   Padded(time.wDay), Padded(time.wHour), Padded(time.wMinute), Padded(time.wSecond)});
+  return FormatText(strVersionTime, time.wYear, month, time.wMonth, time.wDay, time.wHour, time.wMinute,
+                    time.wSecond);
 }

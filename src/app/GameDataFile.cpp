@@ -1,11 +1,9 @@
 #include "app/GameDataFile.h"
 
-#include <cwchar>
-#include <iterator>
-
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 
 namespace {
 
@@ -41,11 +39,8 @@ std::wstring GameDataFile::Note() const {
   if (state == State::kMissing || (state == State::kSupplied && skipped == 0)) return {};
   std::wstring note = path;
   if (skipped > 0) {
-    for (uint32_t language : {kEnglish, kJapanese}) {
-      wchar_t line[256];
-      swprintf(line, std::size(line), strRowsSkipped[language], skipped);
-      note += std::wstring(L"\r\n") + line;
-    }
+    for (uint32_t language : {kEnglish, kJapanese})
+      note += L"\r\n" + FormatText(strRowsSkipped[language], skipped);
   }
   if (state == State::kUnreadable) {
     for (uint32_t language : {kEnglish, kJapanese}) note += std::wstring(L"\r\n") + strExamplesUsed[language];

@@ -16,6 +16,7 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 
 namespace {
 
@@ -616,9 +617,7 @@ std::string QcsvDocument::Bytes() const {
 
 bool QcsvDocument::Write(const std::wstring& target, HWND owner) const {
   auto fail = [&target, owner] {
-    std::wstring text = Text(strQcsvCannotWrite);
-    text.replace(text.find(L"%s"), 2, target);
-    ShowMessage(owner, text, Text(strProductName), MB_OK | MB_ICONERROR);
+    ShowMessage(owner, FormatText(strQcsvCannotWrite, target), Text(strProductName), MB_OK | MB_ICONERROR);
     return false;
   };
   DWORD attributes = GetFileAttributesW(target.c_str());

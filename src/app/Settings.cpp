@@ -222,15 +222,15 @@ bool Settings::Save(AtomicFile::Failure* failure) const {
       continue;
     }
     // A key of no known kind is written with an empty value, never left out.
-    wchar_t buffer[256] = {};
+    std::wstring value;
     if (kind == KeyKind::Switch) {
-      swprintf(buffer, std::size(buffer), L"%d", *static_cast<const int32_t*>(key.field) != 0 ? 1 : 0);
+      value = *static_cast<const int32_t*>(key.field) != 0 ? L"1" : L"0";
     } else if (kind == KeyKind::Signed) {
-      swprintf(buffer, std::size(buffer), L"%d", *static_cast<const int32_t*>(key.field));
+      value = std::to_wstring(*static_cast<const int32_t*>(key.field));
     } else if (kind == KeyKind::Unsigned) {
-      swprintf(buffer, std::size(buffer), L"%u", *static_cast<const uint32_t*>(key.field));
+      value = std::to_wstring(*static_cast<const uint32_t*>(key.field));
     }
-    if (!unchanged(key.name, buffer) && !write(key.name, buffer)) return report();
+    if (!unchanged(key.name, value) && !write(key.name, value.c_str())) return report();
   }
   return temp.Commit() || report();
 }
@@ -243,9 +243,8 @@ bool WriteIntegerKeys(const Settings& settings, const std::vector<std::pair<std:
   AtomicFile temp(settings.path);
   if (!temp.CopyTarget()) return false;
   for (const auto& [name, value] : values) {
-    wchar_t buffer[32];
-    swprintf(buffer, std::size(buffer), L"%d", value);
-    if (!WritePrivateProfileStringW(settings.section.c_str(), name.c_str(), buffer, temp.TempPath().c_str()))
+    if (!WritePrivateProfileStringW(settings.section.c_str(), name.c_str(), std::to_wstring(value).c_str(),
+                                    temp.TempPath().c_str()))
       return false;
   }
   return temp.Commit();

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <utility>
 
-#include "app/TextPair.h"
+#include "app/TextFormat.h"
 
 namespace {
 
@@ -237,12 +237,7 @@ int ReadDllBitness(const std::wstring& dllPath) {
 std::wstring LibraryMissingText(const wchar_t* fileName) {
   const int bitness = ReadDllBitness(AudioLibraryFolder() + fileName);
   const bool otherBitness = bitness != 0 && bitness != kOwnBitness;
-  std::wstring text = Text(otherBitness ? strLibraryOtherBitness : strLibraryNotLoaded);
-  size_t at = text.find(L"%s");
-  if (at != std::wstring::npos) text.replace(at, 2, fileName);
-  for (at = text.find(L"%d"); at != std::wstring::npos; at = text.find(L"%d", at))
-    text.replace(at, 2, std::to_wstring(bitness));
-  return text;
+  return FormatText(otherBitness ? strLibraryOtherBitness : strLibraryNotLoaded, fileName, bitness, bitness);
 }
 
 std::wstring_view BassErrorName(int code) {

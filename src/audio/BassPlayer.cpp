@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "app/Paths.h"
+#include "app/TextFormat.h"
 #include "audio/VstHost.h"
 
 namespace {
@@ -164,8 +165,7 @@ void CBassPlayer::GetDeviceInfo(std::wstring& text) {
     return;
   }
   int rate = static_cast<int>(info.freq);
-  text = rate % 1000 == 0 ? Text(strRateKiloHertz) : Text(strRateHertz);
-  text.replace(text.find(L"%d"), 2, std::to_wstring(rate % 1000 == 0 ? rate / 1000 : rate));
+  text = rate % 1000 == 0 ? FormatText(strRateKiloHertz, rate / 1000) : FormatText(strRateHertz, rate);
 }
 
 void CBassPlayer::GetErrorText(std::wstring& text) {

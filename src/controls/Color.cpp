@@ -1,10 +1,8 @@
 #include "controls/Color.h"
 
-#include <cwchar>
-#include <iterator>
-
 #include "app/Paths.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 #include "ui/Window.h"
 
 std::array<COLORREF, 16>& CustomColors() {
@@ -17,9 +15,7 @@ std::array<COLORREF, 16>& CustomColors() {
 }
 
 std::wstring FormatColorHex(COLORREF color) {
-  wchar_t buffer[16];
-  swprintf(buffer, std::size(buffer), L"#%02x%02x%02x", GetRValue(color), GetGValue(color), GetBValue(color));
-  return buffer;
+  return FormatText(L"#%02x%02x%02x", GetRValue(color), GetGValue(color), GetBValue(color));
 }
 
 namespace {
@@ -50,9 +46,7 @@ COLORREF ParseColorHex(std::wstring_view text, COLORREF fallback) {
 
 std::wstring FormatColorRgb(COLORREF color) {
   if (color == kColorNone) return Text(strShowNothing);
-  wchar_t buffer[32];
-  swprintf(buffer, std::size(buffer), L"RGB(%d,%d,%d)", GetRValue(color), GetGValue(color), GetBValue(color));
-  return buffer;
+  return FormatText(L"RGB(%d,%d,%d)", GetRValue(color), GetGValue(color), GetBValue(color));
 }
 
 void PaintColorSwatch(HDC dc, RECT rect, COLORREF color, COLORREF border) {

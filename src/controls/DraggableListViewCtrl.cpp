@@ -16,11 +16,10 @@ constexpr TextPair strColumnCountMismatch{L"CDraggableListViewCtrl Error: Column
 constexpr TextPair strListFileMissing{L"DraggerbleListViewCtrl Error\r\n\r\nqcsv is null",
                                       L"DraggerbleListViewCtrl Error\r\n\r\nqcsv is null"};
 
-constexpr DWORD kGridAndFullRow = LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT;
 // The drag image stands this far right of the cursor so that the row under it stays readable.
 constexpr int kDragImageOffset = 16;
 // The bit of a key message's flags that is set while Alt is held (the context code).
-constexpr LPARAM kAltHeld = LPARAM{1} << 29;
+constexpr UINT kAltHeld = 1u << 29;
 
 const std::wstring& CellOf(const QcsvDocument::Row& row, int column) {
   static const std::wstring empty;
@@ -31,7 +30,7 @@ const std::wstring& CellOf(const QcsvDocument::Row& row, int column) {
 
 bool CDraggableListViewCtrl::Attach(HWND listView) {
   if (!SubclassWindow(listView)) return false;
-  ListView_SetExtendedListViewStyleEx(handle, kGridAndFullRow, kGridAndFullRow);
+  SetUpListView(handle, LVS_EX_GRIDLINES | LVS_EX_FULLROWSELECT);
   return true;
 }
 
@@ -44,14 +43,7 @@ void CDraggableListViewCtrl::SetupColumns(std::span<const TextPair> columns) {
     int n = HeaderColumnCount();
     const wchar_t* label = Text(column);
     columnIndexByLabel[label] = n + 1;
-
-    LVCOLUMNW info{};
-    info.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
-    info.fmt = LVCFMT_LEFT;
-    info.cx = ListView_GetStringWidth(handle, label) + ToDpi(handle, 15);
-    info.pszText = const_cast<wchar_t*>(label);
-    info.iSubItem = n;
-    ListView_InsertColumn(handle, n, &info);
+    AddListViewColumn(handle, {label, ListView_GetStringWidth(handle, label) + ToDpi(handle, 15)});
 
     // Columns past the limit are left for the press guard to report.
     if (n < kMaxColumns) columnKeys[n] = column.English();
@@ -274,21 +266,18 @@ void CDraggableListViewCtrl::OnLButtonUp(POINT at, UINT) {
   InvalidateRect(handle, nullptr, TRUE);
 }
 
-LRESULT CDraggableListViewCtrl::OnGetDlgCode(WPARAM key, LPARAM message) {
+std::optional<UINT> CDraggableListViewCtrl::OnGetDlgCode(UINT key, const MSG* message) {
   // Enter edits the current row, as in Explorer's lists, instead of pressing the default button.
-  const auto* msg = reinterpret_cast<const MSG*>(message);
-  if (key == VK_RETURN && msg && msg->message == WM_KEYDOWN) return DLGC_WANTALLKEYS;
-  return DefaultProc(WM_GETDLGCODE, key, message);
+  if (key == VK_RETURN && message && message->message == WM_KEYDOWN) return DLGC_WANTALLKEYS;
+  return std::nullopt;
 }
 
-LRESULT CDraggableListViewCtrl::OnSysKeyDown(WPARAM key, LPARAM flags) {
-  if ((key == VK_UP || key == VK_DOWN) && (flags & kAltHeld)) {
-    const int from = FirstSelected();
-    const int to = key == VK_UP ? from - 1 : from + 1;
-    if (MoveRow(from, to) && onRowMoved) onRowMoved(from, to);
-    return 0;
-  }
-  return DefaultProc(WM_SYSKEYDOWN, key, flags);
+bool CDraggableListViewCtrl::OnSysKeyDown(UINT key, UINT flags) {
+  if ((key != VK_UP && key != VK_DOWN) || !(flags & kAltHeld)) return false;
+  const int from = FirstSelected();
+  const int to = key == VK_UP ? from - 1 : from + 1;
+  if (MoveRow(from, to) && onRowMoved) onRowMoved(from, to);
+  return true;
 }
 
 bool CDraggableListViewCtrl::MoveRow(int from, int to) {

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -67,16 +68,16 @@ class CDraggableListViewCtrl : public CWindowImpl {
     MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
     MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
     MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
-    MESSAGE_HANDLER(WM_GETDLGCODE, OnGetDlgCode)
-    MESSAGE_HANDLER(WM_SYSKEYDOWN, OnSysKeyDown)
+    GETDLGCODE_HANDLER(OnGetDlgCode)
+    KEY_HANDLER(WM_SYSKEYDOWN, OnSysKeyDown)
   END_MSG_MAP()
 
  private:
   void OnLButtonDown(POINT at, UINT keys);
   void OnLButtonUp(POINT at, UINT keys);
   void OnMouseMove(POINT at, UINT keys);
-  LRESULT OnGetDlgCode(WPARAM key, LPARAM message);
-  LRESULT OnSysKeyDown(WPARAM key, LPARAM flags);
+  std::optional<UINT> OnGetDlgCode(UINT key, const MSG* message);
+  bool OnSysKeyDown(UINT key, UINT flags);
 
   int HeaderColumnCount() const;
   // For each shown column, the list-file column it shows (-1 when the file lacks it).

@@ -3,6 +3,7 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 #include "controls/Color.h"
 
 namespace {
@@ -51,10 +52,8 @@ bool CListEditorDlg::OnInitDialog() {
   listFile.Read(path, handle);
   // Never replace a file silently with what little could be read of it: the first save keeps it.
   if (listFile.FileNotReadWhole()) {
-    std::wstring text = Text(strListNotReadWhole);
-    for (size_t at = text.find(L"%s"); at != std::wstring::npos; at = text.find(L"%s", at + path.size()))
-      text.replace(at, 2, path);
-    ShowMessage(handle, text, Text(strProductName), MB_OK | MB_ICONWARNING);
+    ShowMessage(handle, FormatText(strListNotReadWhole, path, path), Text(strProductName),
+                MB_OK | MB_ICONWARNING);
   }
   for (auto& [name, color] : colorOptions) *color = ParseColorHex(listFile.OptionOr(name, L""), kColorNone);
   OnOpened();
@@ -88,9 +87,7 @@ bool CListEditorDlg::CanBeWritten(const RowCells& cells) {
   // The file's tag lines are told from rows by their first field alone; such a row would not come back.
   const QcsvDocument::Row& row = cells.Cells();
   if (row.empty() || (row[0] != L"#format" && row[0] != L"#option" && row[0] != L"#column")) return true;
-  std::wstring text = Text(strRowReadAsTag);
-  text.replace(text.find(L"%s"), 2, row[0]);
-  ShowMessage(handle, text, Text(strProductName), MB_OK | MB_ICONWARNING);
+  ShowMessage(handle, FormatText(strRowReadAsTag, row[0]), Text(strProductName), MB_OK | MB_ICONWARNING);
   return false;
 }
 

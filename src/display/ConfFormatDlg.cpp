@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <cwchar>
 #include <iterator>
 
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 #include "controls/Color.h"
 #include "display/ConfFormatItemDlg.h"
 #include "ui/Window.h"
@@ -92,17 +92,11 @@ bool SameType(const std::wstring& a, const wchar_t* b) {
 
 // The range text of row `i` among thresholds listed top to bottom, largest first as the bands expect.
 std::wstring RangeText(const std::vector<int>& t, size_t i, bool topDown) {
-  const wchar_t* word = Text(topDown ? strOrMore : strOrLess);
-  wchar_t text[128];
-  if (!topDown && i + 1 < t.size())
-    swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i + 1] + 1, t[i]);
-  else if (!topDown)
-    swprintf(text, std::size(text), Text(strRangeFromZero), t[i], word, t[i]);
-  else if (i == 0)
-    swprintf(text, std::size(text), Text(strRangeOpen), t[i], word, t[i]);
-  else
-    swprintf(text, std::size(text), Text(strRangeBetween), t[i], word, t[i], t[i - 1] - 1);
-  return text;
+  const TextPair& word = topDown ? strOrMore : strOrLess;
+  if (!topDown && i + 1 < t.size()) return FormatText(strRangeBetween, t[i], word, t[i + 1] + 1, t[i]);
+  if (!topDown) return FormatText(strRangeFromZero, t[i], word, t[i]);
+  if (i == 0) return FormatText(strRangeOpen, t[i], word, t[i]);
+  return FormatText(strRangeBetween, t[i], word, t[i], t[i - 1] - 1);
 }
 
 }  // namespace

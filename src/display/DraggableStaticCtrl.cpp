@@ -100,11 +100,6 @@ void CDraggableStaticCtrl::OnLButtonUp(POINT, UINT) {
   EndDrag();
 }
 
-LRESULT CDraggableStaticCtrl::OnCaptureChanged(WPARAM, LPARAM) {
-  EndDrag();
-  return 0;
-}
-
 void CDraggableStaticCtrl::EndDrag() {
   if (!dragging) return;
   dragging = false;
@@ -141,7 +136,7 @@ void CDraggableStaticCtrl::OnContextMenu(HWND, POINT screen) {
   }
 }
 
-LRESULT CDraggableStaticCtrl::OnPaint(WPARAM, LPARAM) {
+void CDraggableStaticCtrl::OnPaint() {
   PAINTSTRUCT paint;
   HDC dc = BeginPaint(handle, &paint);
   const RECT client = ClientRect();
@@ -171,5 +166,4 @@ LRESULT CDraggableStaticCtrl::OnPaint(WPARAM, LPARAM) {
   if (dragging || foreground == kColorNone) DrawFocusRect(dc, &client);
   SelectObject(dc, oldFont);
   EndPaint(handle, &paint);
-  return 0;
 }

@@ -33,10 +33,10 @@ class CDraggableStaticCtrl : public CWindowImpl {
     MOUSE_HANDLER(WM_LBUTTONDOWN, OnLButtonDown)
     MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
     MOUSE_HANDLER(WM_LBUTTONUP, OnLButtonUp)
-    MESSAGE_HANDLER(WM_CAPTURECHANGED, OnCaptureChanged)
+    CAPTURECHANGED_HANDLER(OnCaptureChanged)
     CONTEXTMENU_HANDLER(OnContextMenu)
-    MESSAGE_HANDLER(WM_ERASEBKGND, OnEraseBackground)
-    MESSAGE_HANDLER(WM_PAINT, OnPaint)
+    ERASEBKGND_HANDLER(OnEraseBackground)
+    PAINT_HANDLER(OnPaint)
   END_MSG_MAP()
 
   // Takes over the static and paints it over `picture` (the game's copy, owned by the dialog).
@@ -57,10 +57,11 @@ class CDraggableStaticCtrl : public CWindowImpl {
   void OnLButtonDown(POINT at, UINT keys);
   void OnMouseMove(POINT at, UINT keys);
   void OnLButtonUp(POINT at, UINT keys);
-  LRESULT OnCaptureChanged(WPARAM, LPARAM);
+  void OnCaptureChanged(HWND) { EndDrag(); }
   void OnContextMenu(HWND, POINT screen);
-  LRESULT OnEraseBackground(WPARAM, LPARAM) { return 1; }
-  LRESULT OnPaint(WPARAM, LPARAM);
+  // The paint covers every pixel.
+  bool OnEraseBackground(HDC) { return true; }
+  void OnPaint();
   void EndDrag();
   POINT OnScreen(POINT client) const;
 

@@ -7,16 +7,16 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 #include "controls/ColorMenu.h"
 #include "lists/ConfLogExItemDlg.h"
+#include "ui/AboutDlg.h"
 
 namespace {
 
 constexpr TextPair strFontNormal{L"Normal", L"標準"};
 constexpr TextPair strFontBold{L"Bold", L"太字"};
 constexpr TextPair strFontItalic{L"Italic", L"斜体"};
-constexpr TextPair strHelpQuestionBefore{L"Do you want to see help page at [", L""};
-constexpr TextPair strHelpQuestionAfter{L"] ?", L"に接続してヘルプを表示しますか？"};
 
 constexpr wchar_t kOptionFontSize[] = L"FontSize";
 constexpr wchar_t kOptionFontBold[] = L"FontBold";
@@ -83,10 +83,6 @@ int ScreenPixelsPerInchY() {
 
 }  // namespace
 
-std::wstring LogExHelpUrl() {
-  return std::wstring(kSiteUrl) + kLogExHelpPage;
-}
-
 std::wstring ContrastColorText(COLORREF background) {
   const int brightness =
       GetRValue(background) * 299 + GetGValue(background) * 587 + GetBValue(background) * 114;
@@ -95,9 +91,7 @@ std::wstring ContrastColorText(COLORREF background) {
 
 std::wstring DescribeLogFont(std::wstring_view face, int points, bool bold, bool italic) {
   const TextPair& style = bold ? strFontBold : italic ? strFontItalic : strFontNormal;
-  wchar_t text[LF_FACESIZE + 64];
-  swprintf(text, std::size(text), L"%ls [%dpt, %ls]", std::wstring(face).c_str(), points, Text(style));
-  return text;
+  return FormatText(L"%ls [%dpt, %ls]", face, points, style);
 }
 
 CConfLogExDlg::CConfLogExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
@@ -214,9 +208,5 @@ LRESULT CConfLogExDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
 }
 
 void CConfLogExDlg::OnHelp() {
-  const std::wstring question =
-      std::wstring(Text(strHelpQuestionBefore)) + std::wstring(kLogExHelpHost) + Text(strHelpQuestionAfter);
-  if (ShowMessage(handle, question, Text(strTitleMusicExtender), MB_YESNO | MB_ICONQUESTION) == IDYES) {
-    ShellOpen(handle, LogExHelpUrl());
-  }
+  AskToOpenHelpPage(handle, kLogExHelpPage);
 }

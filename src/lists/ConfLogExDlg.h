@@ -8,19 +8,9 @@
 #include "app/Settings.h"
 #include "controls/Color.h"
 #include "controls/ListEditorDlg.h"
-#include "ui/AboutDlg.h"
 
-// The host of a web address: what stands between "://" and the next "/".
-constexpr std::wstring_view UrlHost(std::wstring_view url) {
-  const size_t scheme = url.find(L"://");
-  const size_t start = scheme == std::wstring_view::npos ? 0 : scheme + 3;
-  return url.substr(start, url.find(L'/', start) - start);
-}
-
-// The help question names the extension's site by its host; Yes opens the Log Extractor's page there.
-inline constexpr std::wstring_view kLogExHelpHost = UrlHost(kSiteUrl);
+// The Log Extractor's help page on the extension's site.
 inline constexpr wchar_t kLogExHelpPage[] = L"help/logex.html";
-std::wstring LogExHelpUrl();
 
 // The new rule's colour that reads on the log background: white on a dark one, black on a light one.
 std::wstring ContrastColorText(COLORREF background);

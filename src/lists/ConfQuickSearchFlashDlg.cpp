@@ -84,10 +84,8 @@ void CConfQuickSearchFlashDlg::OnPreviewTick() {
   InvalidateRect(Item(kPreview), nullptr, FALSE);
 }
 
-LRESULT CConfQuickSearchFlashDlg::OnDrawPreview(WPARAM id, LPARAM item) {
-  if (id != kPreview) return FALSE;
-  DrawColorSwatch(*reinterpret_cast<const DRAWITEMSTRUCT*>(item), previewColor, RGB(0, 0, 0));
-  return TRUE;
+void CConfQuickSearchFlashDlg::OnDrawPreview(const DRAWITEMSTRUCT& item) const {
+  DrawColorSwatch(item, previewColor, RGB(0, 0, 0));
 }
 
 void CConfQuickSearchFlashDlg::OnOk() {

@@ -33,10 +33,10 @@ class CConfQuickSearchFlashDlg : public CDialog {
   BEGIN_MSG_MAP(CConfQuickSearchFlashDlg)
     COMMAND_ID_HANDLER(IDOK, OnOk)
     TIMER_HANDLER(kPreviewTimer, OnPreviewTick)
+    DRAWITEM_HANDLER(kPreview, OnDrawPreview)
     CHAIN_MSG_MAP_MEMBER(fields[0])
     CHAIN_MSG_MAP_MEMBER(fields[1])
     CHAIN_MSG_MAP_MEMBER(fields[2])
-    MESSAGE_HANDLER(WM_DRAWITEM, OnDrawPreview)  // what the fields leave: the preview
   END_MSG_MAP()
 
   std::array<COLORREF, 3> colors;
@@ -47,7 +47,7 @@ class CConfQuickSearchFlashDlg : public CDialog {
   bool OnInitDialog() override;
   void OnOk();
   void OnPreviewTick();
-  LRESULT OnDrawPreview(WPARAM id, LPARAM item);
+  void OnDrawPreview(const DRAWITEMSTRUCT& item) const;
 
   std::array<ColorField, 3> fields;
   COLORREF previewColor;

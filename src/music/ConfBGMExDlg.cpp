@@ -31,10 +31,6 @@ constexpr TextPair strUnusableSoundFont{
     L"Move or rename the file and choose it again. The previous SoundFont is kept.",
     L"サウンドフォントのパスにカンマ（,）やダブルクォート（\"）は使えません。\r\n"
     L"ファイルを移動するか名前を変えてから選び直してください。以前のサウンドフォントのままにします。"};
-constexpr TextPair strHelpQuestion{L"Do you want to see help page at [morva-extender.example.net] ?",
-                                   L"morva-extender.example.netに接続してヘルプを表示しますか？"};
-// The Music Extender page of the extension's web site.
-constexpr wchar_t kHelpPage[] = L"help/music-extender.html";
 // The methods in the order of the "Device" values.
 constexpr const wchar_t* kMethodNames[] = {L"BASSMIDI", L"MCI", L"DirectMusic"};
 
@@ -254,9 +250,6 @@ void CConfBGMExDlg::OnContextMenu(HWND window, POINT screen) {
   if (command) Send(WM_COMMAND, MAKEWPARAM(command, 0), 0);
 }
 
-LRESULT CConfBGMExDlg::OnHelp(WPARAM, LPARAM) {
-  if (ShowMessage(handle, Text(strHelpQuestion), Text(strTitleMusicExtender), MB_YESNO | MB_ICONQUESTION) ==
-      IDYES)
-    ShellOpen(handle, std::wstring(kSiteUrl) + kHelpPage);
-  return TRUE;
+void CConfBGMExDlg::OnHelp(const HELPINFO&) {
+  AskToOpenHelpPage(handle, kMusicExtenderHelpPage);
 }

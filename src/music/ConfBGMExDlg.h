@@ -9,6 +9,8 @@
 // setting of Vrk.ini instead (enMusicExtender_NoReplace), written at once on OK.
 inline constexpr const wchar_t* kDeviceOption = L"Device";
 inline constexpr const wchar_t* kSoundFontOption = L"SoundFont";
+// The Music Extender's help page on the extension's site.
+inline constexpr wchar_t kMusicExtenderHelpPage[] = L"help/music-extender.html";
 // The text of a new comment row; a row whose first cell starts with '#' is a comment.
 inline constexpr const wchar_t* kNewComment = L"#NewComment";
 
@@ -42,7 +44,7 @@ class CConfBGMExDlg : public CListEditorDlg {
     COMMAND_ID_HANDLER(kSoundFontButton, OnChooseSoundFont)
     NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
     CONTEXTMENU_HANDLER(OnContextMenu)
-    MESSAGE_HANDLER(WM_HELP, OnHelp)
+    HELP_HANDLER(OnHelp)
     CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
@@ -60,7 +62,7 @@ class CConfBGMExDlg : public CListEditorDlg {
   void OnChooseSoundFont();
   LRESULT OnDraw(NMLVCUSTOMDRAW& draw);
   void OnContextMenu(HWND window, POINT screen);
-  LRESULT OnHelp(WPARAM, LPARAM);
+  void OnHelp(const HELPINFO&);
   bool IsComment(size_t row);
   std::wstring CellText(size_t row, int column);
 

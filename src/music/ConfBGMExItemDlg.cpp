@@ -4,7 +4,6 @@
 #include <shellapi.h>
 
 #include <array>
-#include <cwchar>
 #include <iterator>
 #include <regex>
 #include <utility>
@@ -16,7 +15,9 @@
 #include "app/Prompt.h"
 #include "app/QcsvDocument.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 #include "audio/AudioLibraries.h"
+#include "ui/ListControls.h"
 #include "music/SceneTable.h"
 #include "ui/Window.h"
 
@@ -187,11 +188,10 @@ bool CConfBGMExItemDlg::OnInitDialog() {
   CreatePlayer();
 
   if (SceneTable().empty()) ShowDataFileNote(handle, RebuildSceneTable());
-  ListView_SetExtendedListViewStyle(Item(kTargets), LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
-  AddListViewColumn(kTargets, 0, Text(strColumnFile), 200);
-  AddListViewColumn(kTargets, 1, Text(strScene), 200);
-  ListView_SetExtendedListViewStyle(Item(kPlaylist), LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES);
-  AddListViewColumn(kPlaylist, 0, Text(strColumnPlaylist), 600);
+  constexpr DWORD kGridAndFullRow = LVS_EX_FULLROWSELECT | LVS_EX_GRIDLINES;
+  SetUpListView(Item(kTargets), kGridAndFullRow,
+                {{Text(strColumnFile), ToDpi(handle, 200)}, {Text(strScene), ToDpi(handle, 200)}});
+  SetUpListView(Item(kPlaylist), kGridAndFullRow, {{Text(strColumnPlaylist), ToDpi(handle, 600)}});
 
   FillCandidates();
 
@@ -236,7 +236,8 @@ void CConfBGMExItemDlg::FillCandidates() {
   SendMessageW(Item(kTargetCandidates), LB_SETTABSTOPS, 1, reinterpret_cast<LPARAM>(&tabStop));
   for (const auto& [key, label] : SceneTable()) {
     targetKeys.push_back(key);
-    AddListBoxEntry(kTargetCandidates, key + L"\t" + label);
+    const std::wstring entry = key + L"\t" + label;
+    SendMessageW(Item(kTargetCandidates), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
   }
 
   // Shortcuts the player keeps in the game's user folder and its music folder (to music anywhere else),
@@ -254,37 +255,34 @@ void CConfBGMExItemDlg::FillCandidates() {
         if (HasExtension(name, kMusicKinds[k])) kind = &music[k];
       }
       if (!kind) continue;
-      wchar_t entry[MAX_PATH * 2];
-      const int length = swprintf(entry, std::size(entry), L"%ls\\%ls", folder.c_str(), name.c_str());
-      kind->emplace_back(entry, static_cast<size_t>(std::max(length, 0)));
+      kind->push_back(folder + L"\\" + name);
     }
   }
   std::vector<std::wstring> entries;
   for (auto* group : {&shortcuts[0], &shortcuts[1], &music[0], &music[1], &music[2], &music[3]})
     std::move(group->begin(), group->end(), std::back_inserter(entries));
-  AddListBoxEntries(kFileCandidates, entries);
+  AddListBoxEntries(Item(kFileCandidates), entries);
 }
 
 void CConfBGMExItemDlg::AddTarget(const std::wstring& key) {
-  for (const std::wstring& chosen : ListViewColumn(kTargets)) {
+  for (const std::wstring& chosen : ListViewColumnTexts(Item(kTargets))) {
     if (chosen == key) return;
   }
-  const std::wstring scene = SceneLabel(key);
-  const int row = AppendListViewRow(kTargets, key);
-  if (!scene.empty()) SetListViewText(kTargets, row, 1, scene);
+  AppendListViewRow(Item(kTargets), {key, SceneLabel(key)});
 }
 
 void CConfBGMExItemDlg::AddPlayFile(const std::wstring& path) {
-  AppendListViewRow(kPlaylist, path);
+  AppendListViewRow(Item(kPlaylist), {path});
 }
 
 void CConfBGMExItemDlg::RemoveSelected(int listId) {
-  const int selected = ListViewSelection(listId);
-  if (selected >= 0) DeleteListViewRow(listId, selected);
+  HWND list = Item(listId);
+  const int selected = ListViewSelection(list);
+  if (selected >= 0) ListView_DeleteItem(list, selected);
 }
 
 void CConfBGMExItemDlg::OnAddTarget() {
-  const int selected = ListBoxSelection(kTargetCandidates);
+  const int selected = ListBoxSelection(Item(kTargetCandidates));
   if (selected >= 0 && static_cast<size_t>(selected) < targetKeys.size())
     AddTarget(targetKeys[static_cast<size_t>(selected)]);
 }
@@ -294,8 +292,8 @@ void CConfBGMExItemDlg::OnRemoveTarget() {
 }
 
 void CConfBGMExItemDlg::OnAddFile() {
-  const int selected = ListBoxSelection(kFileCandidates);
-  if (selected >= 0) AddPlayFile(ListBoxText(kFileCandidates, selected));
+  const int selected = ListBoxSelection(Item(kFileCandidates));
+  if (selected >= 0) AddPlayFile(ListBoxText(Item(kFileCandidates), selected));
 }
 
 void CConfBGMExItemDlg::OnRemoveFile() {
@@ -308,14 +306,14 @@ void CConfBGMExItemDlg::OnStop() {
 }
 
 void CConfBGMExItemDlg::OnFileCandidate() {
-  const int selected = ListBoxSelection(kFileCandidates);
-  if (selected >= 0) Audition(ListBoxText(kFileCandidates, selected));
+  const int selected = ListBoxSelection(Item(kFileCandidates));
+  if (selected >= 0) Audition(ListBoxText(Item(kFileCandidates), selected));
 }
 
 LRESULT CConfBGMExItemDlg::OnPlaylistChanged(NMLISTVIEW& change) {
   const bool selectedNow = (change.uChanged & LVIF_STATE) && (change.uNewState & LVIS_SELECTED) &&
                            !(change.uOldState & LVIS_SELECTED);
-  if (selectedNow && change.iItem >= 0) Audition(ListViewText(kPlaylist, change.iItem));
+  if (selectedNow && change.iItem >= 0) Audition(ListViewItemText(change.hdr.hwndFrom, change.iItem, 0));
   return 0;
 }
 
@@ -402,23 +400,19 @@ void CConfBGMExItemDlg::OnDropFiles(HDROP drop) {
   std::wstring text;
   for (size_t i = 0; i < refused.size() && i < kListed; ++i) text += L"\"" + refused[i] + L"\"\r\n";
   if (refused.size() > kListed) {
-    wchar_t more[128];
-    swprintf(more, std::size(more), L"%ls %d %ls", Text(strAnd), static_cast<int>(refused.size() - kListed),
-             Text(strFiles));
-    text += more;
-    text += L"\r\n";
+    text += FormatText(L"%ls %d %ls\r\n", strAnd, refused.size() - kListed, strFiles);
   }
   text += Text(strNotSupported);
   ShowMessage(handle, text, Text(strTitleMusicCondition), MB_OK | MB_ICONWARNING);
 }
 
 void CConfBGMExItemDlg::OnOk() {
-  if (ListViewCount(kTargets) == 0) {
+  if (ListView_GetItemCount(Item(kTargets)) == 0) {
     ShowMessage(handle, Text(strNoTarget), Text(strTitleMusicCondition), MB_OK | MB_ICONWARNING);
     return;
   }
-  orgfile = JoinValues(ListViewColumn(kTargets));
-  playlist = JoinValues(ListViewColumn(kPlaylist));
+  orgfile = JoinValues(ListViewColumnTexts(Item(kTargets)));
+  playlist = JoinValues(ListViewColumnTexts(Item(kPlaylist)));
   month = PressedNumbers(*this, kMonthGrid);
   day = PressedNumbers(*this, kDayGrid);
   std::vector<std::wstring> periods;

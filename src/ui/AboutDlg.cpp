@@ -6,6 +6,7 @@
 
 #include "app/Prompt.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 
 namespace {
 
@@ -13,6 +14,9 @@ constexpr TextPair strAboutOk{L"OK", L"わかった"};
 constexpr TextPair strAboutNotice{
     L"This is an unofficial tool for Morva. It is free software and comes with no warranty.",
     L"このツールはMorvaの非公式ツールです。フリーソフトであり、無保証です。"};
+// %s is the site's host.
+constexpr TextPair strHelpQuestion{L"Do you want to see help page at [%s] ?",
+                                   L"%sに接続してヘルプを表示しますか？"};
 
 constexpr DialogDef kDialog{
     &strAboutTitle, 0, 0, 220, 92, WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME};
@@ -24,6 +28,16 @@ constexpr ControlDef kControls[] = {
 };
 
 }  // namespace
+
+std::wstring SitePageUrl(std::wstring_view page) {
+  return kSiteUrl + std::wstring(page);
+}
+
+void AskToOpenHelpPage(HWND owner, std::wstring_view page) {
+  if (ShowMessage(owner, FormatText(strHelpQuestion, kSiteHost), Text(strTitleMusicExtender),
+                  MB_YESNO | MB_ICONQUESTION) == IDYES)
+    ShellOpen(owner, SitePageUrl(page));
+}
 
 CAboutDlg::CAboutDlg() : CDialog(kDialog, kControls) {}
 

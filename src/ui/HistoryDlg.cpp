@@ -8,6 +8,8 @@
 #include "app/ExtensionNotify.h"
 #include "app/Paths.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
+#include "ui/ListControls.h"
 
 namespace {
 
@@ -19,19 +21,19 @@ constexpr TextPair strHistoryChangesColumn{L"Changed since then", L"その後の
 constexpr TextPair strRestore{L"Restore", L"元に戻す"};
 constexpr TextPair strClose{L"Close", L"閉じる"};
 constexpr TextPair strUnreadable{L"Unreadable", L"読み込めません"};
-// %1 is the file's name.
-constexpr TextPair strUnreadableDetail{L"This copy cannot be read as %1, so it cannot be restored.",
-                                       L"このコピーは %1 として読み込めないため、元に戻せません。"};
+// %s is the file's name.
+constexpr TextPair strUnreadableDetail{L"This copy cannot be read as %s, so it cannot be restored.",
+                                       L"このコピーは %s として読み込めないため、元に戻せません。"};
 constexpr TextPair strSettingsRestoreHint{
     L"Restore puts these settings into the main dialog: its OK saves them, its Cancel discards them.",
     L"「元に戻す」を押すと、この設定がメイン画面に入ります。メイン画面のOKで保存され、キャンセルで破棄されま"
     L"す。"};
-// %1 is the file's name, %2 the time of the save that had replaced the version.
-constexpr TextPair strRestored{L"%1 is back as it was before the save of %2.",
-                               L"%1 を %2 の保存より前の状態に戻しました。"};
+// %s is the file's name, %s the time of the save that had replaced the version.
+constexpr TextPair strRestored{L"%s is back as it was before the save of %s.",
+                               L"%s を %s の保存より前の状態に戻しました。"};
 constexpr TextPair strRestoreFailed{
-    L"%1 could not be restored: another program may be holding it. It is as it was.",
-    L"%1 "
+    L"%s could not be restored: another program may be holding it. It is as it was.",
+    L"%s "
     L"を元に戻せませんでした。別のプログラムが使用している可能性があります。ファイルは変更されていません。"};
 constexpr TextPair strNoVersions{L"No earlier versions yet: each save keeps the version it replaces.",
                                  L"以前の版はまだありません。保存するたびに、置き換える前の版が残ります。"};
@@ -83,20 +85,22 @@ CHistoryDlg::CHistoryDlg() : CDialog(kDialog, kControls) {}
 
 bool CHistoryDlg::OnInitDialog() {
   HWND list = Item(kVersions);
-  ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
-  AddListViewColumn(kVersions, 0, Text(strHistoryTimeColumn), kTimeColumnWidth);
-  AddListViewColumn(kVersions, 1, Text(strHistoryChangesColumn), kTimeColumnWidth);
+  SetUpListView(
+      list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER,
+      {{Text(strHistoryTimeColumn), kTimeColumnWidth}, {Text(strHistoryChangesColumn), kTimeColumnWidth}});
   ListView_SetColumnWidth(list, 1, LVSCW_AUTOSIZE_USEHEADER);
 
   versions = VersionsIn(HistoryFolder());
+  std::vector<std::wstring> names;
   for (const HistoryFile& file : HistoryFiles()) {
     const bool kept = std::any_of(versions.begin(), versions.end(), [&file](const Version& version) {
       return SameTextIgnoringCase(version.file, file.name);
     });
     if (!kept) continue;
     files.push_back(&file);
-    AddListBoxEntry(kFiles, file.name);
+    names.push_back(file.name);
   }
+  AddListBoxEntries(Item(kFiles), names);
   if (files.empty()) {
     SetItemText(kDetail, Text(strNoVersions));
     EnableRestore(false);
@@ -108,7 +112,7 @@ bool CHistoryDlg::OnInitDialog() {
 }
 
 const HistoryFile* CHistoryDlg::ChosenFile() const {
-  const int chosen = ListBoxSelection(kFiles);
+  const int chosen = ListBoxSelection(Item(kFiles));
   return chosen >= 0 && chosen < static_cast<int>(files.size()) ? files[static_cast<size_t>(chosen)]
                                                                 : nullptr;
 }
@@ -139,7 +143,7 @@ void CHistoryDlg::ListVersions() {
   // The changes are read when the list shows a row: a long history opens as fast as a short one.
   for (const Version& version : versions) {
     if (!SameTextIgnoringCase(version.file, file->name)) continue;
-    const int row = AppendListViewRow(kVersions, FormatVersionTime(version.time));
+    const int row = AppendListViewRow(list, {FormatVersionTime(version.time)});
     ListView_SetItemText(list, row, 1, LPSTR_TEXTCALLBACKW);
     Entry entry;
     entry.version = version;
@@ -150,7 +154,7 @@ void CHistoryDlg::ListVersions() {
   listing = false;
   // The newest version is chosen, so that Restore takes back the last save at once.
   ListView_SetItemState(list, 0, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
-  ShowVersion(ListViewSelection(kVersions));
+  ShowVersion(ListViewSelection(Item(kVersions)));
 }
 
 CHistoryDlg::Entry* CHistoryDlg::Describe(int row) {
@@ -170,8 +174,8 @@ CHistoryDlg::Entry* CHistoryDlg::Describe(int row) {
     if (entry.readable) changes = ListChanges(then, listNow);
   }
   entry.line = entry.readable ? JoinChanges(changes, kRowChanges) : Text(strUnreadable);
-  entry.detail = entry.readable ? JoinChanges(changes, kDetailChanges)
-                                : FillText(Text(strUnreadableDetail), {file->name});
+  entry.detail =
+      entry.readable ? JoinChanges(changes, kDetailChanges) : FormatText(strUnreadableDetail, file->name);
   return &entry;
 }
 
@@ -184,7 +188,7 @@ LRESULT CHistoryDlg::OnGetChanges(NMLVDISPINFOW& request) {
 }
 
 LRESULT CHistoryDlg::OnVersionChanged(NMLISTVIEW& change) {
-  if (!listing && (change.uChanged & LVIF_STATE)) ShowVersion(ListViewSelection(kVersions));
+  if (!listing && (change.uChanged & LVIF_STATE)) ShowVersion(ListViewSelection(Item(kVersions)));
   return 0;
 }
 
@@ -212,7 +216,7 @@ void CHistoryDlg::EnableRestore(bool enabled) {
 
 void CHistoryDlg::OnRestore() {
   const HistoryFile* file = ChosenFile();
-  const Entry* entry = Describe(ListViewSelection(kVersions));
+  const Entry* entry = Describe(ListViewSelection(Item(kVersions)));
   if (!file || !entry || !entry->readable) return;
   const Version version = entry->version;
   if (IsSettingsFile(*file)) {
@@ -227,6 +231,6 @@ void CHistoryDlg::OnRestore() {
     versions = VersionsIn(HistoryFolder());
     ListVersions();
   }
-  SetItemText(kDetail, FillText(Text(restored ? strRestored : strRestoreFailed),
-                                {file->name, FormatVersionTime(version.time)}));
+  SetItemText(kDetail, FormatText(restored ? strRestored : strRestoreFailed, file->name,
+                                  FormatVersionTime(version.time)));
 }

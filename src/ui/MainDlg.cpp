@@ -12,6 +12,7 @@
 #include "app/StartUp.h"
 #include "app/StartUpSteps.h"
 #include "app/Strings.h"
+#include "app/TextFormat.h"
 #include "ui/AboutDlg.h"
 #include "ui/FeatureDialogs.h"
 #include "ui/HistoryDlg.h"
@@ -124,40 +125,41 @@ constexpr TextPair strGameNotFound{
     L"あります。詳しくは説明書を確認してください。"};
 
 // Layout in dialog units; the main dialog keeps its own margin and row pitch, apart from the other dialogs'.
+constexpr int16_t kMainWidth = 354;
 constexpr int kMainMargin = 7;
 constexpr int kListWidth = 96;
 constexpr int kRowsLeft = kMainMargin + kListWidth + 6;
 constexpr int kOptionPitch = 16;
 constexpr int kRowHeight = 12;
 constexpr int kConfigWidth = 40;
-constexpr int kConfigLeft = 354 - kMainMargin - kConfigWidth;
+constexpr int kConfigLeft = kMainWidth - kMainMargin - kConfigWidth;
 constexpr int kCheckWidthWithButton = kConfigLeft - 4 - kRowsLeft;
-constexpr int kCheckWidth = 354 - kMainMargin - kRowsLeft;
+constexpr int kCheckWidth = kMainWidth - kMainMargin - kRowsLeft;
 constexpr int kBottomRow = 194;
 constexpr int kGameRow = 174;
-constexpr int kButtonWidth = 50;
-constexpr int kButtonHeight = 15;
+constexpr int16_t kButtonWidth = 50;
+constexpr int16_t kButtonHeight = 15;
 
-constexpr DialogDef kDialog{&strConfigTitle, 0, 0, 354, 216, DialogStyle::kMain};
-constexpr ControlDef kControls[] = {
-    {Ctl::ListView, CMainDlg::kCategoryListId, kMainMargin, kMainMargin, kListWidth, 160,
-     LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOCOLUMNHEADER | LVS_SHAREIMAGELISTS | WS_TABSTOP,
-     WS_EX_CLIENTEDGE, kNoText},
-    {Ctl::Static, CMainDlg::kGameLabelId, kMainMargin, kGameRow + 2, 64, 10, SS_LEFT, 0, &strGameLocation},
-    {Ctl::Edit, CMainDlg::kGameLocationId, kMainMargin + 66, kGameRow, 216, 13,
-     WS_BORDER | ES_AUTOHSCROLL | WS_TABSTOP, 0, kNoText},
-    {Ctl::Button, CMainDlg::kSearchGameId, 354 - kMainMargin - 58, kGameRow - 1, 58, kButtonHeight,
-     WS_TABSTOP, 0, &strSearchGame},
-    {Ctl::ComboBox, CMainDlg::kLanguageId, kMainMargin, kBottomRow + 1, 64, 60,
-     CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0, kNoText},
-    {Ctl::Static, CMainDlg::kDateId, kMainMargin + 70, kBottomRow + 3, 100, 10, SS_LEFT, 0, kNoText},
-    {Ctl::Button, CMainDlg::kHistoryId, 354 - kMainMargin - 3 * kButtonWidth - 12, kBottomRow, kButtonWidth,
-     kButtonHeight, WS_TABSTOP, 0, &strHistoryButton},
-    {Ctl::Button, IDOK, 354 - kMainMargin - 2 * kButtonWidth - 6, kBottomRow, kButtonWidth, kButtonHeight,
-     BS_DEFPUSHBUTTON | WS_TABSTOP, 0, &strOk},
-    {Ctl::Button, IDCANCEL, 354 - kMainMargin - kButtonWidth, kBottomRow, kButtonWidth, kButtonHeight,
-     WS_TABSTOP, 0, &strCancel},
-};
+constexpr DialogDef kDialog{&strConfigTitle, 0, 0, kMainWidth, 216, DialogStyle::kMain};
+constexpr auto kControls = JoinControls(
+    std::array<ControlDef, 7>{{
+        {Ctl::ListView, CMainDlg::kCategoryListId, kMainMargin, kMainMargin, kListWidth, 160,
+         LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_NOCOLUMNHEADER | LVS_SHAREIMAGELISTS |
+             WS_TABSTOP,
+         WS_EX_CLIENTEDGE, kNoText},
+        {Ctl::Static, CMainDlg::kGameLabelId, kMainMargin, kGameRow + 2, 64, 10, SS_LEFT, 0,
+         &strGameLocation},
+        {Ctl::Edit, CMainDlg::kGameLocationId, kMainMargin + 66, kGameRow, 216, 13,
+         WS_BORDER | ES_AUTOHSCROLL | WS_TABSTOP, 0, kNoText},
+        {Ctl::Button, CMainDlg::kSearchGameId, kMainWidth - kMainMargin - 58, kGameRow - 1, 58, kButtonHeight,
+         WS_TABSTOP, 0, &strSearchGame},
+        {Ctl::ComboBox, CMainDlg::kLanguageId, kMainMargin, kBottomRow + 1, 64, 60,
+         CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0, kNoText},
+        {Ctl::Static, CMainDlg::kDateId, kMainMargin + 70, kBottomRow + 3, 100, 10, SS_LEFT, 0, kNoText},
+        {Ctl::Button, CMainDlg::kHistoryId, kMainWidth - kMainMargin - 3 * kButtonWidth - 2 * Layout::kMargin,
+         kBottomRow, kButtonWidth, kButtonHeight, WS_TABSTOP, 0, &strHistoryButton},
+    }},
+    OkCancelRow(kMainWidth - kMainMargin, kBottomRow, Anchor::TopLeft, kButtonWidth, kButtonHeight));
 
 constexpr COLORREF kIconMask = RGB(255, 0, 255);
 
@@ -227,7 +229,6 @@ bool CMainDlg::OnInitDialog() {
   STARTUP_STEP("system menu extended");
 
   HWND list = Item(kCategoryListId);
-  ListView_SetExtendedListViewStyle(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER);
   const int iconSize = ToDpi(handle, 16);
   icons.reset(ImageList_Create(iconSize, iconSize, ILC_COLOR32 | ILC_MASK, std::size(kCategories), 0));
   AddCategoryIcons(icons.get(), iconSize);
@@ -235,10 +236,7 @@ bool CMainDlg::OnInitDialog() {
   STARTUP_STEP("category icons drawn");
   RECT listClient{};
   GetClientRect(list, &listClient);
-  LVCOLUMNW column{};
-  column.mask = LVCF_WIDTH;
-  column.cx = listClient.right;
-  ListView_InsertColumn(list, 0, &column);
+  SetUpListView(list, LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER, {{L"", listClient.right}});
   STARTUP_STEP("category column added");
 
   HWND language = Item(kLanguageId);
@@ -414,9 +412,8 @@ void CMainDlg::OnOk() {
   settings.wstrMorva = GetItemText(kGameLocationId);
   if (!settings.Save()) {
     // The old file stands as it was; the dialog stays open with every choice, to try again or cancel.
-    std::wstring text = Text(strSettingsNotSaved);
-    text.replace(text.find(L"%s"), 2, settings.path);
-    ShowMessage(handle, text, Text(strProductName), MB_OK | MB_ICONWARNING);
+    ShowMessage(handle, FormatText(strSettingsNotSaved, settings.path), Text(strProductName),
+                MB_OK | MB_ICONWARNING);
     return;
   }
   NotifyExtension(kFlagSettings);

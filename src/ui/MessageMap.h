@@ -3,6 +3,7 @@
 
 #include <commctrl.h>
 
+#include <optional>
 #include <type_traits>
 
 // Message maps of dialogs (CDialog) and subclassed windows (CWindowImpl). A map lists its entries
@@ -21,6 +22,13 @@
 //     SYSCOMMAND_HANDLER(kAboutCommand, OnAbout)            // void OnAbout()
 //     DROPFILES_HANDLER(OnDrop)                             // void OnDrop(HDROP)
 //     DRAWITEM_HANDLER(kSwatch, OnDrawSwatch)               // void OnDrawSwatch(const DRAWITEMSTRUCT&)
+//     PAINT_HANDLER(OnPaint)                                // void OnPaint()
+//     ERASEBKGND_HANDLER(OnEraseBackground)                 // bool OnEraseBackground(HDC)
+//     CAPTURECHANGED_HANDLER(OnCaptureChanged)              // void OnCaptureChanged(HWND gaining)
+//     GETDLGCODE_HANDLER(OnGetDlgCode)                      // optional<UINT> OnGetDlgCode(UINT, const MSG*)
+//     KEY_HANDLER(WM_SYSKEYDOWN, OnSysKey)                  // bool OnSysKey(UINT key, UINT flags)
+//     SIZING_HANDLER(OnSizing)                              // void OnSizing(UINT edge, RECT& proposed)
+//     HELP_HANDLER(OnHelp)                                  // void OnHelp(const HELPINFO&)
 //     MESSAGE_HANDLER(WM_APP, OnOther)                      // LRESULT OnOther(WPARAM, LPARAM)
 //     CHAIN_MSG_MAP_MEMBER(colorField)                      // a member with a map of its own
 //     CHAIN_MSG_MAP(CListEditorDlg)                         // the base class's map
@@ -28,7 +36,8 @@
 //
 // A notification handler takes the notification structure its code sends (NMHDR&, NMLISTVIEW&,
 // NMITEMACTIVATE&, NMLVCUSTOMDRAW&, NMLVKEYDOWN& ...); the map casts to the type the handler names.
-// A handler that returns void answers 0.
+// A handler that returns void answers 0. Where a handler may leave a message to the window's own
+// procedure, it says so by returning false or no value; the map then goes on as if it had no entry.
 
 namespace msgmap {
 
@@ -151,6 +160,66 @@ inline POINT PointOf(LPARAM position) {
     func(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));       \
     lResult = TRUE;                                               \
     return true;                                                  \
+  }
+
+// WM_PAINT: void func(); the handler paints between BeginPaint and EndPaint.
+#define PAINT_HANDLER(func) \
+  if (uMsg == WM_PAINT) {   \
+    func();                 \
+    lResult = 0;            \
+    return true;            \
+  }
+
+// WM_ERASEBKGND: bool func(HDC); true when the background needs no more erasing.
+#define ERASEBKGND_HANDLER(func)                                  \
+  if (uMsg == WM_ERASEBKGND) {                                    \
+    lResult = func(reinterpret_cast<HDC>(wParam)) ? TRUE : FALSE; \
+    return true;                                                  \
+  }
+
+// The window lost the mouse capture: void func(HWND gaining), the window that takes it (or null).
+#define CAPTURECHANGED_HANDLER(func)      \
+  if (uMsg == WM_CAPTURECHANGED) {        \
+    func(reinterpret_cast<HWND>(lParam)); \
+    lResult = 0;                          \
+    return true;                          \
+  }
+
+// WM_GETDLGCODE: std::optional<UINT> func(UINT key, const MSG* message), the keys the control wants;
+// no value leaves the answer to the window's own procedure.
+#define GETDLGCODE_HANDLER(func)                                                                     \
+  if (uMsg == WM_GETDLGCODE) {                                                                       \
+    if (const std::optional<UINT> code = func(UINT(wParam), reinterpret_cast<const MSG*>(lParam))) { \
+      lResult = *code;                                                                               \
+      return true;                                                                                   \
+    }                                                                                                \
+  }
+
+// A key message (WM_KEYDOWN, WM_SYSKEYDOWN ...): bool func(UINT key, UINT flags), the flags being the
+// message's repeat count, scan code and context bits; false leaves the key to the window's own procedure.
+#define KEY_HANDLER(msg, func)              \
+  if (uMsg == static_cast<UINT>(msg)) {     \
+    if (func(UINT(wParam), UINT(lParam))) { \
+      lResult = 0;                          \
+      return true;                          \
+    }                                       \
+  }
+
+// The user drags a border: void func(UINT edge, RECT& proposed), the WMSZ_ edge and the rectangle in
+// screen coordinates, which the handler may change.
+#define SIZING_HANDLER(func)                              \
+  if (uMsg == WM_SIZING) {                                \
+    func(UINT(wParam), *reinterpret_cast<RECT*>(lParam)); \
+    lResult = TRUE;                                       \
+    return true;                                          \
+  }
+
+// Help asked for (F1): void func(const HELPINFO&).
+#define HELP_HANDLER(func)                            \
+  if (uMsg == WM_HELP) {                              \
+    func(*reinterpret_cast<const HELPINFO*>(lParam)); \
+    lResult = TRUE;                                   \
+    return true;                                      \
   }
 
 #define TIMER_HANDLER(timerId, func)                                \

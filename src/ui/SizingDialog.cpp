@@ -23,10 +23,8 @@ void CSizingDialog::ClampSizing(UINT edge, RECT& rect, int minWidth, int minHeig
   if (right && rect.right < rect.left + minWidth) rect.right = rect.left + minWidth;
 }
 
-LRESULT CSizingDialog::OnSizing(WPARAM edge, LPARAM proposed) {
-  ClampSizing(static_cast<UINT>(edge), *reinterpret_cast<RECT*>(proposed), ToDpi(handle, minWidth),
-              ToDpi(handle, minHeight));
-  return TRUE;
+void CSizingDialog::OnSizing(UINT edge, RECT& proposed) {
+  ClampSizing(edge, proposed, ToDpi(handle, minWidth), ToDpi(handle, minHeight));
 }
 
 void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {

@@ -30,11 +30,11 @@ class CSizingDialog : public CDialog {
 
   // Derived dialogs chain this map: CHAIN_MSG_MAP(CSizingDialog).
   BEGIN_MSG_MAP(CSizingDialog)
-    MESSAGE_HANDLER(WM_SIZING, OnSizing)
+    SIZING_HANDLER(OnSizing)
   END_MSG_MAP()
 
  private:
-  LRESULT OnSizing(WPARAM edge, LPARAM proposed);
+  void OnSizing(UINT edge, RECT& proposed);
 
   int minWidth;
   int minHeight;

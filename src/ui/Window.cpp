@@ -70,6 +70,22 @@ std::wstring ListViewItemText(HWND list, int row, int column) {
   }
 }
 
+void SetUpListView(HWND list, DWORD extendedStyles, std::initializer_list<ListViewColumn> columns) {
+  ListView_SetExtendedListViewStyleEx(list, extendedStyles, extendedStyles);
+  for (const ListViewColumn& column : columns) AddListViewColumn(list, column);
+}
+
+void AddListViewColumn(HWND list, const ListViewColumn& column) {
+  std::wstring header(column.header);
+  LVCOLUMNW info{};
+  info.mask = LVCF_FMT | LVCF_WIDTH | LVCF_TEXT | LVCF_SUBITEM;
+  info.fmt = LVCFMT_LEFT;
+  info.cx = column.width;
+  info.pszText = header.data();
+  info.iSubItem = Header_GetItemCount(ListView_GetHeader(list));
+  ListView_InsertColumn(list, info.iSubItem, &info);
+}
+
 POINT ContextMenuPoint(POINT screen, HWND window, POINT keyboardAt) {
   if (screen.x != -1 || screen.y != -1) return screen;
   ClientToScreen(window, &keyboardAt);
@@ -160,93 +176,6 @@ int CWindow::ComboSelection(int id) const {
 
 void CWindow::SetComboSelection(int id, int index) const {
   SendMessageW(Item(id), CB_SETCURSEL, static_cast<WPARAM>(index), 0);
-}
-
-void CWindow::AddListBoxEntry(int id, std::wstring_view text) const {
-  const std::wstring entry(text);
-  SendMessageW(Item(id), LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
-}
-
-int CWindow::ListBoxSelection(int id) const {
-  return static_cast<int>(SendMessageW(Item(id), LB_GETCURSEL, 0, 0));
-}
-
-std::wstring CWindow::ListBoxText(int id, int index) const {
-  HWND list = Item(id);
-  const LRESULT length = SendMessageW(list, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0);
-  if (length <= 0) return {};
-  std::wstring text(static_cast<size_t>(length) + 1, L'\0');
-  text.resize(static_cast<size_t>(
-      SendMessageW(list, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()))));
-  return text;
-}
-
-void CWindow::AddListBoxEntries(int id, const std::vector<std::wstring>& entries) const {
-  HWND list = Item(id);
-  SendMessageW(list, WM_SETREDRAW, FALSE, 0);
-  SendMessageW(list, LB_INITSTORAGE, entries.size(), entries.size() * MAX_PATH);
-  const std::wstring* widest = nullptr;
-  for (const std::wstring& entry : entries) {
-    SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entry.c_str()));
-    if (!widest || entry.size() > widest->size()) widest = &entry;
-  }
-  // Measuring every entry would cost more than listing them: the longest one gives the scroll width,
-  // with room for a wider glyph or two.
-  SIZE size{};
-  if (widest) {
-    HDC dc = GetDC(list);
-    HGDIOBJ oldFont = SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
-    GetTextExtentPoint32W(dc, widest->c_str(), static_cast<int>(widest->size()), &size);
-    SelectObject(dc, oldFont);
-    ReleaseDC(list, dc);
-  }
-  SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(size.cx + size.cx / 8 + 8), 0);
-  SendMessageW(list, WM_SETREDRAW, TRUE, 0);
-}
-
-void CWindow::AddListViewColumn(int id, int index, std::wstring_view header, int width) const {
-  std::wstring text(header);
-  LVCOLUMNW column{};
-  column.mask = LVCF_TEXT | LVCF_WIDTH;
-  column.cx = ToDpi(handle, width);
-  column.pszText = text.data();
-  ListView_InsertColumn(Item(id), index, &column);
-}
-
-int CWindow::ListViewCount(int id) const {
-  return ListView_GetItemCount(Item(id));
-}
-
-int CWindow::AppendListViewRow(int id, std::wstring_view first) const {
-  std::wstring text(first);
-  LVITEMW item{};
-  item.mask = LVIF_TEXT;
-  item.iItem = ListViewCount(id);
-  item.pszText = text.data();
-  return ListView_InsertItem(Item(id), &item);
-}
-
-void CWindow::SetListViewText(int id, int row, int column, std::wstring_view text) const {
-  std::wstring cell(text);
-  ListView_SetItemText(Item(id), row, column, cell.data());
-}
-
-std::wstring CWindow::ListViewText(int id, int row, int column) const {
-  return ListViewItemText(Item(id), row, column);
-}
-
-std::vector<std::wstring> CWindow::ListViewColumn(int id, int column) const {
-  std::vector<std::wstring> texts;
-  for (int row = 0; row < ListViewCount(id); ++row) texts.push_back(ListViewText(id, row, column));
-  return texts;
-}
-
-int CWindow::ListViewSelection(int id) const {
-  return ListView_GetNextItem(Item(id), -1, LVNI_SELECTED);
-}
-
-void CWindow::DeleteListViewRow(int id, int row) const {
-  ListView_DeleteItem(Item(id), row);
 }
 
 void CWindow::AddTooltips(std::initializer_list<std::pair<int, std::wstring_view>> tips) const {

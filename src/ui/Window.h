@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 // Dots per inch of the monitor a window is on (the system's setting on Windows before 10, which
 // lacks the per-window call).
@@ -21,6 +20,16 @@ RECT OwnerWorkArea(HWND window);
 
 // The text of a list view's cell, however long.
 std::wstring ListViewItemText(HWND list, int row, int column);
+
+// One column of a report list view: its header and its width in the list's own pixels.
+struct ListViewColumn {
+  std::wstring_view header;
+  int width;
+};
+// Every list view of the tool is made ready this way: the extended styles added to those it has, then
+// the columns, left-aligned, after those it has.
+void SetUpListView(HWND list, DWORD extendedStyles, std::initializer_list<ListViewColumn> columns = {});
+void AddListViewColumn(HWND list, const ListViewColumn& column);
 
 // Where a context menu opens: at the mouse, or when asked for from the keyboard (WM_CONTEXTMENU at
 // -1, -1) at a point given in the window's client coordinates.
@@ -61,22 +70,6 @@ class CWindow {
   void AddComboItem(int id, std::wstring_view text) const;
   int ComboSelection(int id) const;
   void SetComboSelection(int id, int index) const;
-  // List boxes: entries, the selected entry (-1 when none) and an entry's text.
-  void AddListBoxEntry(int id, std::wstring_view text) const;
-  int ListBoxSelection(int id) const;
-  std::wstring ListBoxText(int id, int index) const;
-  // Many entries at once: one redraw, and a scroll width that shows the longest entry whole.
-  void AddListBoxEntries(int id, const std::vector<std::wstring>& entries) const;
-  // List views in report view: columns (widths in pixels at 96 DPI), rows (appended, the row's index
-  // returned), cells, the first selected row (-1 when none).
-  void AddListViewColumn(int id, int index, std::wstring_view header, int width) const;
-  int ListViewCount(int id) const;
-  int AppendListViewRow(int id, std::wstring_view first) const;
-  void SetListViewText(int id, int row, int column, std::wstring_view text) const;
-  std::wstring ListViewText(int id, int row, int column = 0) const;
-  std::vector<std::wstring> ListViewColumn(int id, int column = 0) const;
-  int ListViewSelection(int id) const;
-  void DeleteListViewRow(int id, int row) const;
   // A tooltip for each of the controls, shown while the mouse rests on it.
   void AddTooltips(std::initializer_list<std::pair<int, std::wstring_view>> tips) const;
 

@@ -148,6 +148,25 @@ std::vector<std::wstring> ComboTexts(const CWindow& dialog, int id) {
   return texts;
 }
 
+COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
+  HDC screen = GetDC(nullptr);
+  HDC dc = CreateCompatibleDC(screen);
+  HBITMAP bitmap = CreateCompatibleBitmap(screen, 20, 10);
+  HGDIOBJ previous = SelectObject(dc, bitmap);
+  DRAWITEMSTRUCT item{ODT_STATIC, UINT(swatchId), 0, ODA_DRAWENTIRE, 0, dialog.Item(swatchId),
+                      dc,         {0, 0, 20, 10}, 0};
+  EXPECT_EQ(SendMessageW(dialog.Handle(), WM_DRAWITEM, swatchId, reinterpret_cast<LPARAM>(&item)), TRUE)
+      << "swatch " << swatchId << " drawn by its dialog";
+  COLORREF border = GetPixel(dc, 0, 0);
+  COLORREF inside = GetPixel(dc, 10, 5);
+  SelectObject(dc, previous);
+  DeleteObject(bitmap);
+  DeleteDC(dc);
+  ReleaseDC(nullptr, screen);
+  EXPECT_EQ(border, 0u) << "swatch border";
+  return inside;
+}
+
 ExtensionWindow::ExtensionWindow(uint32_t initialMask, HWND game) {
   WNDCLASSEXW windowClass{};
   windowClass.cbSize = sizeof(windowClass);

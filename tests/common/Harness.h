@@ -91,6 +91,9 @@ void Choose(const CWindow& dialog, int id, int item);
 void ChooseEntry(const CWindow& dialog, int id, int entry);
 // The items of a combo box, in its order.
 std::vector<std::wstring> ComboTexts(const CWindow& dialog, int id);
+// Asks the dialog to paint an owner-drawn colour swatch into a bitmap of our own; the colour inside its
+// black border.
+COLORREF SwatchColor(const CDialog& dialog, int swatchId);
 
 // Saves the bytes as the tool's file `name` the way the tool saves (one replace), so that the file it
 // replaces is kept in the history. The recorder's clock moves on a minute first: each version has a

@@ -20,25 +20,6 @@ using Colorize = CConfColorizeDlg;
 constexpr int kTextEdit = Edged::kTextEdit, kTextSwatch = Edged::kTextSwatch,
               kTextSelect = Edged::kTextSelect;
 
-// Asks the dialog to paint a swatch into a bitmap of our own and reads back the colour inside the border.
-COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
-  HDC screen = GetDC(nullptr);
-  HDC dc = CreateCompatibleDC(screen);
-  HBITMAP bitmap = CreateCompatibleBitmap(screen, 20, 10);
-  HGDIOBJ previous = SelectObject(dc, bitmap);
-  DRAWITEMSTRUCT item{ODT_STATIC, UINT(swatchId), 0, ODA_DRAWENTIRE, 0, dialog.Item(swatchId),
-                      dc,         {0, 0, 20, 10}, 0};
-  SendMessageW(dialog.Handle(), WM_DRAWITEM, swatchId, reinterpret_cast<LPARAM>(&item));
-  COLORREF border = GetPixel(dc, 0, 0);
-  COLORREF inside = GetPixel(dc, 10, 5);
-  SelectObject(dc, previous);
-  DeleteObject(bitmap);
-  DeleteDC(dc);
-  ReleaseDC(nullptr, screen);
-  EXPECT_EQ(border, 0u) << "swatch border";
-  return inside;
-}
-
 class ColorDialogsTest : public testing::Test {
  protected:
   ScopedLanguage language{kEnglish};

@@ -9,10 +9,11 @@
 #include <vector>
 
 #include "app/Paths.h"
+#include "common/AudioFolder.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
 #include "lists/ConfLogExItemDlg.h"
-#include "common/AudioFolder.h"
+#include "ui/AboutDlg.h"
 
 namespace {
 
@@ -266,7 +267,7 @@ TEST_F(ConfLogExTest, CustomDrawColoursTheColourColumnOnTheBackground) {
 // In both languages every text fits, and the caption's "?" asks to open the help page with the Music
 // Extender's caption; Yes opens it.
 TEST_F(ConfLogExTest, TextsFitAndContextHelpAsksAndYesOpensTheHelpPage) {
-  const std::wstring host(kLogExHelpHost);
+  const std::wstring host(kSiteHost);
   const struct {
     uint32_t language;
     int answer;
@@ -278,7 +279,7 @@ TEST_F(ConfLogExTest, TextsFitAndContextHelpAsksAndYesOpensTheHelpPage) {
        IDYES,
        L"Do you want to see help page at [" + host + L"] ?",
        L"Config Music Extender",
-       {LogExHelpUrl()}},
+       {SitePageUrl(kLogExHelpPage)}},
       {kJapanese, IDNO, host + L"に接続してヘルプを表示しますか？", L"BGM拡張の設定", {}},
   };
   for (const auto& c : cases) {
@@ -305,7 +306,7 @@ TEST_F(ConfLogExTest, TextsFitAndContextHelpAsksAndYesOpensTheHelpPage) {
     EXPECT_EQ(answers.asked[0].type & MB_TYPEMASK, static_cast<UINT>(MB_YESNO));
     EXPECT_EQ(answers.shellOpened, c.opened);
   }
-  EXPECT_EQ(LogExHelpUrl().find(L"https://" + host + L"/"), 0u);
+  EXPECT_EQ(SitePageUrl(kLogExHelpPage), L"https://" + host + L"/help/logex.html");
 }
 
 // "Select..." offers the game's ".wav" sounds by name; the one chosen fills the edit.

@@ -192,7 +192,11 @@ TEST_F(KeywordEditorsTest, QuickSearchFlashColoursKeepTheirKeysAndThePreviewBlen
                  d.Send(WM_TIMER, Flash::kPreviewTimer);
                  EXPECT_EQ(static_cast<Flash&>(d).PreviewColor(), ParseColorHex(texts[at.color], kColorNone))
                      << "at " << at.tick << " ms";
+                 // The preview paints what it holds, the three fields their own colours.
+                 EXPECT_EQ(SwatchColor(d, Flash::kPreview), static_cast<Flash&>(d).PreviewColor());
                }
+               for (int i = 0; i < 3; ++i)
+                 EXPECT_EQ(SwatchColor(d, Flash::kSwatch1 + i), ParseColorHex(texts[i], kColorNone));
                Click(d, IDOK);
              },
              [&](CDialog& d) {

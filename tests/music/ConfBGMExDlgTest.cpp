@@ -283,22 +283,34 @@ TEST_F(MusicExtenderTest, SoundFontIsChosenWithTheFolderRestoredAndUnstorablePat
   }
 }
 
-// F1 asks before going to the web; only Yes opens the help page.
+// F1 asks before going to the web, in the words of the Log Extractor's question; only Yes opens the
+// Music Extender's help page.
 TEST_F(MusicExtenderTest, HelpAsksBeforeOpeningThePage) {
-  for (int answer : {IDNO, IDYES}) {
-    recorder.messageAnswers.push_back(answer);
+  const struct {
+    uint32_t language;
+    int answer;
+    const wchar_t* question;
+  } cases[] = {
+      {kJapanese, IDNO, L"morva-extender.example.netに接続してヘルプを表示しますか？"},
+      {kEnglish, IDYES, L"Do you want to see help page at [morva-extender.example.net] ?"},
+  };
+  for (const auto& c : cases) {
+    ScopedLanguage language(c.language);
+    recorder.messageAnswers.push_back(c.answer);
     Dlg editor;
     RunModal(editor, [&](CDialog& d) {
       HELPINFO info{};
       info.cbSize = sizeof(info);
-      d.Send(WM_HELP, 0, reinterpret_cast<LPARAM>(&info));
+      EXPECT_EQ(d.Send(WM_HELP, 0, reinterpret_cast<LPARAM>(&info)), TRUE);
       Click(d, IDCANCEL);
     });
     ASSERT_FALSE(recorder.asked.empty());
+    EXPECT_EQ(recorder.asked.back().text, c.question);
     EXPECT_EQ(recorder.asked.back().caption, Text(strTitleMusicExtender));
   }
   EXPECT_EQ(recorder.asked.size(), 2u);
-  EXPECT_EQ(recorder.shellOpened.size(), 1u);
+  EXPECT_EQ(recorder.shellOpened,
+            std::vector<std::wstring>{L"https://morva-extender.example.net/help/music-extender.html"});
 }
 
 // Every label, button and check box shows its whole text in both languages.

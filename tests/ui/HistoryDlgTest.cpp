@@ -14,6 +14,7 @@
 #include "app/Strings.h"
 #include "common/Harness.h"
 #include "common/PromptRecorder.h"
+#include "ui/ListControls.h"
 #include "ui/MainDlg.h"
 
 namespace {
@@ -50,7 +51,7 @@ std::string BytesOfNewest() {
 std::vector<std::wstring> ListBoxTexts(const CWindow& dialog, int id) {
   std::vector<std::wstring> texts;
   const int count = static_cast<int>(SendMessageW(dialog.Item(id), LB_GETCOUNT, 0, 0));
-  for (int i = 0; i < count; ++i) texts.push_back(dialog.ListBoxText(id, i));
+  for (int i = 0; i < count; ++i) texts.push_back(ListBoxText(dialog.Item(id), i));
   return texts;
 }
 
@@ -192,7 +193,8 @@ TEST_F(HistoryDlgTest, RestoredSettingsStandInTheMainDialogUntilItsOkOrCancel) {
         [&] { Click(main, CMainDlg::kHistoryId); },
         [&](CDialog& history) {
           EXPECT_EQ(history.GetText(), L"History");
-          EXPECT_EQ(history.ListBoxText(CHistoryDlg::kFiles, history.ListBoxSelection(CHistoryDlg::kFiles)),
+          EXPECT_EQ(ListBoxText(history.Item(CHistoryDlg::kFiles),
+                                ListBoxSelection(history.Item(CHistoryDlg::kFiles))),
                     L"Vrk.ini");
           EXPECT_NE(history.GetItemText(CHistoryDlg::kDetail).find(L"its OK saves them"), std::wstring::npos);
           Click(history, CHistoryDlg::kRestore);

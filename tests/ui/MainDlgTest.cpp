@@ -66,6 +66,18 @@ TEST_F(MainDlgTest, OpensOnTheFirstCategoryAndATickSurvivesSwitchingCategoryAndB
     const LRESULT hit = dialog.Send(WM_NCHITTEST, 0, MAKELPARAM(edge.x, edge.y));
     EXPECT_FALSE(hit >= HTLEFT && hit <= HTBOTTOMRIGHT) << hit;
   }
+  // OK, the default button, and Cancel stand side by side below the game's row; Cancel ends at the right
+  // margin the Search and Config buttons keep.
+  const RECT ok = dialog.ItemRect(IDOK);
+  const RECT cancel = dialog.ItemRect(IDCANCEL);
+  const RECT search = dialog.ItemRect(CMainDlg::kSearchGameId);
+  EXPECT_TRUE(GetWindowLongW(dialog.Item(IDOK), GWL_STYLE) & BS_DEFPUSHBUTTON);
+  EXPECT_EQ(ok.top, cancel.top);
+  EXPECT_GT(ok.top, search.bottom);
+  EXPECT_LT(ok.right, cancel.left);
+  EXPECT_NEAR(cancel.right, search.right, 1);
+  EXPECT_NEAR(cancel.right, dialog.ItemRect(CMainDlg::kFirstConfigId).right, 1);
+  EXPECT_LT(cancel.right, dialog.ClientRect().right);
   EXPECT_EQ(dialog.ShownCategory(), 0);
   EXPECT_TRUE(dialog.IsChecked(CMainDlg::kFirstCheckId + 2));
   EXPECT_EQ(dialog.GetItemText(CMainDlg::kDateId), BuildDateText());
