@@ -74,12 +74,22 @@ struct StoredKey {
   std::wstring value;
 };
 
-std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstring_view section,
-                                             const std::vector<Settings::Key>& keys) {
-  std::map<std::wstring, StoredKey> stored;
+// A section without a name is written without its line, so that on the next read what follows joins
+// the section before; until the file is written and read again, the profile functions keep it apart,
+// where no delete of a key of the section reaches it. `unreachable` tells that a key of ours stands there.
+struct StoredKeys {
+  std::map<std::wstring, StoredKey> keys;
+  bool unreachable = false;
+};
+
+StoredKeys ScanStoredKeys(const std::wstring& path, std::wstring_view section,
+                          const std::vector<Settings::Key>& keys) {
+  StoredKeys scan;
+  std::map<std::wstring, StoredKey>& stored = scan.keys;
   const std::wstring text = ProfileText(path);
   int copy = 0;  // which copy of the section the lines belong to; 0 outside it
   int copies = 0;
+  bool nameless = false;  // the lines stand under a section without a name that follows a copy
   for (size_t at = 0; at < text.size();) {
     size_t end = text.find_first_of(L"\r\n", at);
     if (end == std::wstring::npos) end = text.size();
@@ -90,8 +100,12 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
     if (line.front() == L'[' && close != std::wstring_view::npos) {
       std::wstring_view name = Trimmed(line.substr(1, close - 1));
       name = name.substr(0, name.find(L'\0'));
-      // A section without a name is written without its line, so what follows joins the one before.
-      if (!name.empty()) copy = SameName(name, section) ? ++copies : 0;
+      if (!name.empty()) {
+        copy = SameName(name, section) ? ++copies : 0;
+        nameless = false;
+      } else {
+        nameless = copy != 0;
+      }
       continue;
     }
     if (copy == 0) continue;
@@ -102,6 +116,7 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
     for (const Settings::Key& key : keys) {
       if (!SameName(name, key.name)) continue;
       StoredKey& entry = stored[key.name];
+      scan.unreachable = scan.unreachable || nameless;
       ++entry.count;
       entry.outsideFirstCopy = entry.outsideFirstCopy || copy > 1;
       entry.hasValue = equals != std::wstring_view::npos;
@@ -111,7 +126,7 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
       }
     }
   }
-  return stored;
+  return scan;
 }
 
 }  // namespace
@@ -192,9 +207,18 @@ bool Settings::Save(AtomicFile::Failure* failure) const {
     return WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()) ||
            temp.Fail("write a key");
   };
+  // A key of ours under a section without a name joins the section only once the file is written and
+  // read again. Deleting and adding the first key makes the profile functions write it (the key gets
+  // its value below), so that the deletes below reach every copy.
+  StoredKeys scan = ScanStoredKeys(temp.TempPath(), section, keys);
+  if (scan.unreachable) {
+    const std::wstring& first = keys.front().name;
+    if (!write(first, nullptr) || !write(first, L"")) return report();
+    scan = ScanStoredKeys(temp.TempPath(), section, keys);
+  }
   // A key the file repeats (a hand edit, or a section that stands twice) would keep its other lines
   // beside the one written: all of them go first, and the key is written once.
-  const std::map<std::wstring, StoredKey> stored = StoredKeys(temp.TempPath(), section, keys);
+  const std::map<std::wstring, StoredKey>& stored = scan.keys;
   for (const auto& [name, entry] : stored) {
     if (entry.count == 1 && !entry.outsideFirstCopy) continue;
     for (int i = 0; i < entry.count; ++i) {
