@@ -7,6 +7,7 @@
 //
 //   settings_fuzz [FILES [SEED [CORPUS]]]   mutate the corpus (10,000 files by default)
 //   settings_fuzz --replay CORPUS           every file of the corpus once
+//   --share I/N                             the I-th of N parts of the files a seed makes
 
 #include <windows.h>
 
@@ -346,6 +347,11 @@ int wmain(int argc, wchar_t** argv) {
   SetUnhandledExceptionFilter(OnException);
   std::signal(SIGABRT, OnAbort);
   started = std::chrono::steady_clock::now();
+  Share share;
+  if (!ParseShare(TakeOption(argc, argv, L"--share"), share)) {
+    std::printf("settings-fuzz: --share takes I/N, I from 1 to N\n");
+    return 2;
+  }
   const Corpus corpus = OpenCorpus(argc, argv, VRK_SETTINGS_CORPUS, "settings-fuzz");
   if (corpus.files.empty()) return 2;
   corpusFolder = corpus.folder;
@@ -372,9 +378,13 @@ int wmain(int argc, wchar_t** argv) {
     const long long files = argc > 1 ? std::wcstoll(argv[1], nullptr, 10) : 10000;
     const uint32_t seed =
         argc > 2 ? static_cast<uint32_t>(std::wcstoul(argv[2], nullptr, 10)) : GetTickCount();
-    std::printf("settings-fuzz: seed %u, %zu corpus files\n", seed, corpus.files.size());
+    std::printf("settings-fuzz: seed %u, share %lld/%lld of %lld files, %zu corpus files\n", seed,
+                share.index + 1, share.count, files, corpus.files.size());
     IniMutator mutator(seed, corpus.files);
-    for (long long i = 0; i < files; ++i) run(mutator.Next(), nullptr);
+    for (long long i = 0; i < share.End(files); ++i) {
+      std::string bytes = mutator.Next();
+      if (i >= share.Begin(files)) run(bytes, nullptr);
+    }
   }
   DeleteFileW(path.c_str());
   RemoveDirectoryW(folder.c_str());
