@@ -622,11 +622,7 @@ class EditorMutator {
 
 // The tool's folder inside a game folder, in a temporary folder of its own.
 std::wstring MakeToolFolder() {
-  wchar_t temp[MAX_PATH];
-  // A folder in memory spares the disk a flush at every save (`make fuzz` gives one).
-  if (!GetEnvironmentVariableW(L"VRK_FUZZ_FOLDER", temp, MAX_PATH)) GetTempPathW(MAX_PATH, temp);
-  const std::wstring root = std::wstring(temp) + L"vrk-editor-fuzz-" + std::to_wstring(GetCurrentProcessId());
-  CreateDirectoryW(root.c_str(), nullptr);
+  const std::wstring root = MakeOwnFolder(L"vrk-editor-fuzz");
   CreateDirectoryW((root + L"\\game").c_str(), nullptr);
   const std::wstring tool = root + L"\\game\\Vrk";
   CreateDirectoryW(tool.c_str(), nullptr);

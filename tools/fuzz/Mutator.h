@@ -117,6 +117,21 @@ inline bool ParseShare(const std::wstring& text, Share& share) {
   return true;
 }
 
+// A new folder of this process's own, NAME-<process>-<n>, in the folder VRK_FUZZ_FOLDER names (`make
+// fuzz` gives one in memory, which spares the disk a flush at every save), else in the temporary
+// folder. Processes under different Wine servers may share a process number, hence the <n> that makes
+// the name one nobody holds.
+inline std::wstring MakeOwnFolder(const std::wstring& name) {
+  wchar_t base[MAX_PATH];
+  if (!GetEnvironmentVariableW(L"VRK_FUZZ_FOLDER", base, MAX_PATH)) GetTempPathW(MAX_PATH, base);
+  const std::wstring stem = base + name + L"-" + std::to_wstring(GetCurrentProcessId()) + L"-";
+  for (int n = 0;; ++n) {
+    const std::wstring folder = stem + std::to_wstring(n);
+    if (CreateDirectoryW(folder.c_str(), nullptr)) return folder;
+    if (GetLastError() != ERROR_ALREADY_EXISTS || n == 1000) return folder;
+  }
+}
+
 // A watchdog: calls `hang` when `progress` has not moved for 20 seconds.
 inline void StartWatchdog(const std::atomic<long long>& progress, void (*hang)()) {
   std::thread([&progress, hang] {

@@ -377,12 +377,7 @@ int wmain(int argc, wchar_t** argv) {
   const Corpus corpus = OpenCorpus(argc, argv, VRK_SETTINGS_CORPUS, "settings-fuzz");
   if (corpus.files.empty()) return 2;
   corpusFolder = corpus.folder;
-  wchar_t temp[MAX_PATH];
-  // A folder in memory spares the disk a flush at every save (`make fuzz` gives one).
-  if (!GetEnvironmentVariableW(L"VRK_FUZZ_FOLDER", temp, MAX_PATH)) GetTempPathW(MAX_PATH, temp);
-  const std::wstring folder =
-      std::wstring(temp) + L"vrk-settings-fuzz-" + std::to_wstring(GetCurrentProcessId());
-  CreateDirectoryW(folder.c_str(), nullptr);
+  const std::wstring folder = MakeOwnFolder(L"vrk-settings-fuzz");
   const std::wstring path = folder + L"\\Vrk.ini";
   bool ok = true;
   auto run = [&](std::string_view bytes, const wchar_t* name) {
