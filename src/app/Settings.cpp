@@ -5,6 +5,8 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #define VRK_REGISTER_KEY(name) Register(VRK_WIDE_TEXT(#name), &name);
 
@@ -12,7 +14,7 @@ namespace {
 
 // The text of a settings file as the profile functions decode it: UTF-16 after its mark, UTF-8 after
 // its mark, else the ANSI code page.
-std::wstring ProfileText(const std::wstring& path) {
+std::string FileBytes(const std::wstring& path) {
   std::string bytes;
   HANDLE file =
       CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -22,6 +24,25 @@ std::wstring ProfileText(const std::wstring& path) {
   DWORD got = 0;
   while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
   CloseHandle(file);
+  return bytes;
+}
+
+bool StartsWithMark(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xEF\xBB\xBF");
+}
+
+bool ReplaceBytes(const std::wstring& path, std::string_view bytes) {
+  HANDLE file =
+      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  DWORD written = 0;
+  const bool ok = WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+                  written == bytes.size();
+  return CloseHandle(file) && ok;
+}
+
+std::wstring ProfileText(const std::wstring& path) {
+  const std::string bytes = FileBytes(path);
   if (bytes.size() >= 2 && (bytes[0] == '\xFF' && bytes[1] == '\xFE')) {
     std::wstring text((bytes.size() - 2) / 2, L'\0');
     for (size_t i = 0; i < text.size(); ++i)
@@ -203,8 +224,19 @@ bool Settings::Save(AtomicFile::Failure* failure) const {
     return false;
   };
   if (!temp.CopyTarget()) return report();
+  // A file without a mark whose first line starts with a mark's bytes (a hand edit) starts with them
+  // once a profile call drops the blank lines before that line, and the next call would read it in
+  // another encoding: a line end put back in front after each call keeps it read as it was.
+  const std::string original = FileBytes(path);
+  const bool mayGainMark = !StartsWithMark(original) && (original.find("\xEF\xBB\xBF") != std::string::npos ||
+                                                         original.find("\xFF\xFE") != std::string::npos ||
+                                                         original.find("\xFE\xFF") != std::string::npos);
   auto write = [&](const std::wstring& name, const wchar_t* value) {
-    return WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()) ||
+    if (!WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()))
+      return temp.Fail("write a key");
+    if (!mayGainMark) return true;
+    const std::string written = FileBytes(temp.TempPath());
+    return !StartsWithMark(written) || ReplaceBytes(temp.TempPath(), "\r\n" + written) ||
            temp.Fail("write a key");
   };
   // A key of ours under a section without a name joins the section only once the file is written and

@@ -7,9 +7,10 @@
 //
 //   editor_fuzz [PER_EDITOR [SEED [CORPUS]]]   mutate each editor's seeds (2,000 files each by default)
 //   editor_fuzz --replay CORPUS                every file of the corpus once; its name starts with the editor
-//   --editors NAME,NAME...                     only these editors (list files' names without ".qcsv")
-//   --share I/N                                the I-th of N parts of each editor's files a seed makes; the
-//                                              editors that open over the game run whole in the first part
+//   --share I/N                                the I-th of N parts of each editor's files a seed makes; each
+//                                              share needs a Wine server of its own (run-fuzz gives it one):
+//                                              the editors find the game by its window, and would take
+//                                              another process's
 
 #include <windows.h>
 
@@ -23,7 +24,6 @@
 #include <functional>
 #include <iterator>
 #include <memory>
-#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -155,7 +155,6 @@ struct Editor {
   std::vector<Value> options;
   std::vector<Value> cells;
   bool sortsRows = false;  // an old file's rows are sorted when it opens
-  bool needsGame = false;  // opens only over the running game (the simulator's)
 };
 
 template <class Dialog>
@@ -244,25 +243,9 @@ const std::vector<Editor>& Editors() {
        0,
        0,
        InfoLayerOptions(),
-       {},
-       false,
-       true},
+       {}},
   };
   return editors;
-}
-
-// The editors named in a comma-separated list, all of them for an empty one; empty when a name is
-// unknown.
-std::vector<const Editor*> ChosenEditors(const std::wstring& names) {
-  std::vector<const Editor*> chosen;
-  for (const Editor& editor : Editors()) {
-    if (names.empty() ||
-        (L"," + names + L",").find(L"," + std::wstring(editor.name) + L",") != std::wstring::npos)
-      chosen.push_back(&editor);
-  }
-  size_t listed = names.empty() ? chosen.size() : 1 + std::count(names.begin(), names.end(), L',');
-  if (listed != chosen.size()) chosen.clear();
-  return chosen;
 }
 
 const Editor* EditorOf(const std::wstring& fileName) {
@@ -650,40 +633,6 @@ void RemoveToolFolder(const std::wstring& tool) {
   RemoveDirectoryW(game.substr(0, game.rfind(L'\\')).c_str());
 }
 
-// The game and the extension's window, on a thread of their own that answers messages at once, as the
-// running game does. The editors of the other processes of `make fuzz` notify this extension window,
-// and a change to another process's window is a message its thread must take: this process's own
-// thread, busy opening editors, would keep them waiting.
-class GameThread {
- public:
-  explicit GameThread(SimulatorOptions options) {
-    HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    thread = std::thread([this, options, ready] {
-      CGameSimulator simulator(options);
-      MSG message;
-      PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // the queue that takes WM_QUIT
-      threadId = GetCurrentThreadId();
-      SetEvent(ready);
-      while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
-      }
-    });
-    WaitForSingleObject(ready, INFINITE);
-    CloseHandle(ready);
-  }
-  ~GameThread() {
-    PostThreadMessageW(threadId, WM_QUIT, 0, 0);
-    thread.join();
-  }
-  GameThread(const GameThread&) = delete;
-  GameThread& operator=(const GameThread&) = delete;
-
- private:
-  std::thread thread;
-  DWORD threadId = 0;
-};
-
 bool Report(const Editor& editor, std::string_view bytes, const Outcome& outcome, const wchar_t* name) {
   if (!outcome.failure) return true;
   ++(std::string_view(outcome.failure).starts_with("wrong") ? counts.wrong : counts.lost);
@@ -728,30 +677,14 @@ int wmain(int argc, wchar_t** argv) {
     std::printf("editor-fuzz: --share takes I/N, I from 1 to N\n");
     return 2;
   }
-  const std::vector<const Editor*> editors = ChosenEditors(TakeOption(argc, argv, L"--editors"));
-  if (editors.empty()) {
-    std::printf("editor-fuzz: --editors takes names of");
-    for (const Editor& editor : Editors()) std::printf(" %ls", editor.name);
-    std::printf(", joined by commas\n");
-    return 2;
-  }
-  auto chosen = [&editors](const Editor* editor) {
-    return std::find(editors.begin(), editors.end(), editor) != editors.end();
-  };
   const Corpus corpus = OpenCorpus(argc, argv, VRK_EDITOR_CORPUS, "editor-fuzz");
   if (corpus.files.empty()) return 2;
   corpusFolder = corpus.folder;
   const std::wstring tool = MakeToolFolder();
-  // The game runs in one process only, which opens the editors that open over it: the other processes
-  // of `make fuzz` run beside it without one, so that no editor takes another process's game for its own.
-  const bool runsGame = corpus.replay || share.First();
-  std::optional<GameThread> game;
-  if (runsGame) {
-    SimulatorOptions options;
-    options.toolFolder = tool;
-    options.visible = true;
-    game.emplace(options);
-  }
+  SimulatorOptions game;
+  game.toolFolder = tool;
+  game.visible = true;
+  CGameSimulator simulator(game);
 
   // A file that keeps an editor busy for 20 s is a hang.
   StartWatchdog(progress, [] { Stop("hang", &counts.hangs); });
@@ -760,7 +693,7 @@ int wmain(int argc, wchar_t** argv) {
   if (corpus.replay) {
     for (size_t i = 0; i < corpus.files.size(); ++i) {
       const Editor* editor = EditorOf(corpus.names[i]);
-      if (!editor || !chosen(editor)) continue;
+      if (!editor) continue;
       const std::wstring path = tool + L"\\" + editor->name + L".qcsv";
       for (bool editRow : {false, true})
         ok = Report(*editor, corpus.files[i], Try(*editor, path, corpus.files[i], editRow),
@@ -774,10 +707,7 @@ int wmain(int argc, wchar_t** argv) {
     std::printf("editor-fuzz: seed %u, share %lld/%lld, %zu corpus files\n", seed, share.index + 1,
                 share.count, corpus.files.size());
     std::fflush(stdout);
-    for (const Editor* chosenEditor : editors) {
-      const Editor& editor = *chosenEditor;
-      if (editor.needsGame && !runsGame) continue;
-      const Share part = editor.needsGame ? Share{} : share;
+    for (const Editor& editor : Editors()) {
       std::vector<std::string> seeds;
       for (size_t i = 0; i < corpus.files.size(); ++i) {
         if (EditorOf(corpus.names[i]) == &editor) seeds.push_back(corpus.files[i]);
@@ -787,8 +717,8 @@ int wmain(int argc, wchar_t** argv) {
       const long long before = counts.lost + counts.wrong;
       EditorMutator mutator(seed, editor, seeds);
       const std::wstring path = tool + L"\\" + editor.name + L".qcsv";
-      const long long first = part.Begin(perEditor);
-      const long long end = part.End(perEditor);
+      const long long first = share.Begin(perEditor);
+      const long long end = share.End(perEditor);
       for (long long i = 0; i < end; ++i) {
         const std::string input = mutator.Next();
         if (i >= first) ok = Report(editor, input, Try(editor, path, input, i % 2 == 1), nullptr) && ok;
