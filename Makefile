@@ -51,10 +51,10 @@ torture: setup $(X64)/build.ninja
 
 # A million mutated list files through the reader, built with the run-time checks; 2,000 hostile files
 # for each list editor, opened and confirmed in process; 10,000 hostile Vrk.ini files loaded and saved.
-# Failures join the corpora.
+# Failures join the corpora. SEED=N makes the files of an earlier run again.
 fuzz: setup $(X64)/build.ninja
 	cmake --build $(X64) -j$(JOBS) --target fuzz editor_fuzz settings_fuzz
-	scripts/run-fuzz $(X64)
+	scripts/run-fuzz $(X64) $(SEED)
 
 screenshots: setup $(X64)/build.ninja
 	cmake --build $(X64) -j$(JOBS)

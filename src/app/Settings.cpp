@@ -5,6 +5,8 @@
 #include <iterator>
 #include <map>
 #include <memory>
+#include <string>
+#include <string_view>
 
 #define VRK_REGISTER_KEY(name) Register(VRK_WIDE_TEXT(#name), &name);
 
@@ -12,7 +14,7 @@ namespace {
 
 // The text of a settings file as the profile functions decode it: UTF-16 after its mark, UTF-8 after
 // its mark, else the ANSI code page.
-std::wstring ProfileText(const std::wstring& path) {
+std::string FileBytes(const std::wstring& path) {
   std::string bytes;
   HANDLE file =
       CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -22,6 +24,56 @@ std::wstring ProfileText(const std::wstring& path) {
   DWORD got = 0;
   while (ReadFile(file, buffer, sizeof(buffer), &got, nullptr) && got > 0) bytes.append(buffer, got);
   CloseHandle(file);
+  return bytes;
+}
+
+bool StartsWithMark(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF") || bytes.starts_with("\xEF\xBB\xBF");
+}
+
+bool ReplaceBytes(const std::wstring& path, std::string_view bytes) {
+  HANDLE file =
+      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return false;
+  DWORD written = 0;
+  const bool ok = WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr) &&
+                  written == bytes.size();
+  return CloseHandle(file) && ok;
+}
+
+// A copy of the settings file that the profile calls write, key by key, before it replaces the file
+// in one rename: a crash midway leaves the old file whole, and the bytes are those the calls make on
+// the file itself.
+struct ProfileCopy {
+  ProfileCopy(const std::wstring& path, const std::wstring& section) : temp(path), section(section) {
+    opened = temp.CopyTarget();
+    // A file without a mark whose first line starts with a mark's bytes (a hand edit) starts with
+    // them once a profile call drops the blank lines before that line, and the next call would read
+    // it in another encoding: a line end put back in front after each call keeps it read as it was.
+    const std::string original = FileBytes(path);
+    mayGainMark = !StartsWithMark(original) && (original.find("\xEF\xBB\xBF") != std::string::npos ||
+                                                original.find("\xFF\xFE") != std::string::npos ||
+                                                original.find("\xFE\xFF") != std::string::npos);
+  }
+  bool Opened() const { return opened; }
+  // Writes a key (deletes it for a null value).
+  bool Write(const std::wstring& name, const wchar_t* value) {
+    if (!WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()))
+      return temp.Fail("write a key");
+    if (!mayGainMark) return true;
+    const std::string written = FileBytes(temp.TempPath());
+    return !StartsWithMark(written) || ReplaceBytes(temp.TempPath(), "\r\n" + written) ||
+           temp.Fail("write a key");
+  }
+
+  AtomicFile temp;
+  const std::wstring& section;
+  bool opened = false;
+  bool mayGainMark = false;
+};
+
+std::wstring ProfileText(const std::wstring& path) {
+  const std::string bytes = FileBytes(path);
   if (bytes.size() >= 2 && (bytes[0] == '\xFF' && bytes[1] == '\xFE')) {
     std::wstring text((bytes.size() - 2) / 2, L'\0');
     for (size_t i = 0; i < text.size(); ++i)
@@ -74,12 +126,22 @@ struct StoredKey {
   std::wstring value;
 };
 
-std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstring_view section,
-                                             const std::vector<Settings::Key>& keys) {
-  std::map<std::wstring, StoredKey> stored;
+// A section without a name is written without its line, so that on the next read what follows joins
+// the section before; until the file is written and read again, the profile functions keep it apart,
+// where no delete of a key of the section reaches it. `unreachable` tells that a key of ours stands there.
+struct StoredKeys {
+  std::map<std::wstring, StoredKey> keys;
+  bool unreachable = false;
+};
+
+StoredKeys ScanStoredKeys(const std::wstring& path, std::wstring_view section,
+                          const std::vector<Settings::Key>& keys) {
+  StoredKeys scan;
+  std::map<std::wstring, StoredKey>& stored = scan.keys;
   const std::wstring text = ProfileText(path);
   int copy = 0;  // which copy of the section the lines belong to; 0 outside it
   int copies = 0;
+  bool nameless = false;  // the lines stand under a section without a name that follows a copy
   for (size_t at = 0; at < text.size();) {
     size_t end = text.find_first_of(L"\r\n", at);
     if (end == std::wstring::npos) end = text.size();
@@ -90,8 +152,12 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
     if (line.front() == L'[' && close != std::wstring_view::npos) {
       std::wstring_view name = Trimmed(line.substr(1, close - 1));
       name = name.substr(0, name.find(L'\0'));
-      // A section without a name is written without its line, so what follows joins the one before.
-      if (!name.empty()) copy = SameName(name, section) ? ++copies : 0;
+      if (!name.empty()) {
+        copy = SameName(name, section) ? ++copies : 0;
+        nameless = false;
+      } else {
+        nameless = copy != 0;
+      }
       continue;
     }
     if (copy == 0) continue;
@@ -102,6 +168,7 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
     for (const Settings::Key& key : keys) {
       if (!SameName(name, key.name)) continue;
       StoredKey& entry = stored[key.name];
+      scan.unreachable = scan.unreachable || nameless;
       ++entry.count;
       entry.outsideFirstCopy = entry.outsideFirstCopy || copy > 1;
       entry.hasValue = equals != std::wstring_view::npos;
@@ -111,7 +178,7 @@ std::map<std::wstring, StoredKey> StoredKeys(const std::wstring& path, std::wstr
       }
     }
   }
-  return stored;
+  return scan;
 }
 
 }  // namespace
@@ -182,22 +249,27 @@ void Settings::ApplyDefaultsAfterLoad(LCID userLocale) {
 }
 
 bool Settings::Save(AtomicFile::Failure* failure) const {
-  // The profile calls rewrite the file once per key; made on a copy that then replaces the file in
-  // one rename, a crash midway leaves the old file whole. Other sections and keys come along as they
-  // stand, and the bytes are those the calls make on the file itself.
-  AtomicFile temp(path);
+  // Other sections and keys come along as they stand.
+  ProfileCopy copy(path, section);
+  AtomicFile& temp = copy.temp;
   auto report = [&] {
     if (failure) *failure = temp.LastFailure();
     return false;
   };
-  if (!temp.CopyTarget()) return report();
-  auto write = [&](const std::wstring& name, const wchar_t* value) {
-    return WritePrivateProfileStringW(section.c_str(), name.c_str(), value, temp.TempPath().c_str()) ||
-           temp.Fail("write a key");
-  };
+  if (!copy.Opened()) return report();
+  auto write = [&copy](const std::wstring& name, const wchar_t* value) { return copy.Write(name, value); };
+  // A key of ours under a section without a name joins the section only once the file is written and
+  // read again. Deleting and adding the first key makes the profile functions write it (the key gets
+  // its value below), so that the deletes below reach every copy.
+  StoredKeys scan = ScanStoredKeys(temp.TempPath(), section, keys);
+  if (scan.unreachable) {
+    const std::wstring& first = keys.front().name;
+    if (!write(first, nullptr) || !write(first, L"")) return report();
+    scan = ScanStoredKeys(temp.TempPath(), section, keys);
+  }
   // A key the file repeats (a hand edit, or a section that stands twice) would keep its other lines
   // beside the one written: all of them go first, and the key is written once.
-  const std::map<std::wstring, StoredKey> stored = StoredKeys(temp.TempPath(), section, keys);
+  const std::map<std::wstring, StoredKey>& stored = scan.keys;
   for (const auto& [name, entry] : stored) {
     if (entry.count == 1 && !entry.outsideFirstCopy) continue;
     for (int i = 0; i < entry.count; ++i) {
@@ -240,14 +312,12 @@ namespace {
 // The keys written by the profile calls on a copy of the file that then replaces it: the same bytes as
 // written on the file itself, and a reader meets the old file or the new one.
 bool WriteIntegerKeys(const Settings& settings, const std::vector<std::pair<std::wstring, int32_t>>& values) {
-  AtomicFile temp(settings.path);
-  if (!temp.CopyTarget()) return false;
+  ProfileCopy copy(settings.path, settings.section);
+  if (!copy.Opened()) return false;
   for (const auto& [name, value] : values) {
-    if (!WritePrivateProfileStringW(settings.section.c_str(), name.c_str(), std::to_wstring(value).c_str(),
-                                    temp.TempPath().c_str()))
-      return false;
+    if (!copy.Write(name, std::to_wstring(value).c_str())) return false;
   }
-  return temp.Commit();
+  return copy.temp.Commit();
 }
 
 }  // namespace

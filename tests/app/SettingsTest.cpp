@@ -158,6 +158,9 @@ TEST(Settings, RepeatedKeyIsWrittenOnce) {
       {"in another case", Ini("ENLABEL=0\r\nmyOwnKey=x\r\n enLabel = 1\r\n"), "0"},
       {"only in a second copy of the section",
        Ini("myOwnKey=x\r\n") + "[Other]\r\nenLabel=1\r\n" + Ini("enLabel=1\r\n"), "0"},
+      // Read apart from the section, written as part of it.
+      {"twice under a section without a name after it", Ini("myOwnKey=x\r\n[]\r\nenLabel=1\r\nenLabel=1\r\n"),
+       "0"},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);

@@ -7,6 +7,10 @@
 //
 //   editor_fuzz [PER_EDITOR [SEED [CORPUS]]]   mutate each editor's seeds (2,000 files each by default)
 //   editor_fuzz --replay CORPUS                every file of the corpus once; its name starts with the editor
+//   --share I/N                                the I-th of N parts of each editor's files a seed makes; each
+//                                              share needs a Wine server of its own (run-fuzz gives it one):
+//                                              the editors find the game by its window, and would take
+//                                              another process's
 
 #include <windows.h>
 
@@ -601,11 +605,7 @@ class EditorMutator {
 
 // The tool's folder inside a game folder, in a temporary folder of its own.
 std::wstring MakeToolFolder() {
-  wchar_t temp[MAX_PATH];
-  // A folder in memory spares the disk a flush at every save (`make fuzz` gives one).
-  if (!GetEnvironmentVariableW(L"VRK_FUZZ_FOLDER", temp, MAX_PATH)) GetTempPathW(MAX_PATH, temp);
-  const std::wstring root = std::wstring(temp) + L"vrk-editor-fuzz-" + std::to_wstring(GetCurrentProcessId());
-  CreateDirectoryW(root.c_str(), nullptr);
+  const std::wstring root = MakeOwnFolder(L"vrk-editor-fuzz");
   CreateDirectoryW((root + L"\\game").c_str(), nullptr);
   const std::wstring tool = root + L"\\game\\Vrk";
   CreateDirectoryW(tool.c_str(), nullptr);
@@ -677,6 +677,11 @@ int wmain(int argc, wchar_t** argv) {
   prompts.exitProcess = [](UINT) { Stop("guard", &counts.crashes); };
 
   started = std::chrono::steady_clock::now();
+  Share share;
+  if (!ParseShare(TakeOption(argc, argv, L"--share"), share)) {
+    std::printf("editor-fuzz: --share takes I/N, I from 1 to N\n");
+    return 2;
+  }
   const Corpus corpus = OpenCorpus(argc, argv, VRK_EDITOR_CORPUS, "editor-fuzz");
   if (corpus.files.empty()) return 2;
   corpusFolder = corpus.folder;
@@ -704,7 +709,8 @@ int wmain(int argc, wchar_t** argv) {
     const long long perEditor = argc > 1 ? std::wcstoll(argv[1], nullptr, 10) : 2000;
     const uint32_t seed =
         argc > 2 ? static_cast<uint32_t>(std::wcstoul(argv[2], nullptr, 10)) : GetTickCount();
-    std::printf("editor-fuzz: seed %u, %zu corpus files\n", seed, corpus.files.size());
+    std::printf("editor-fuzz: seed %u, share %lld/%lld, %zu corpus files\n", seed, share.index + 1,
+                share.count, corpus.files.size());
     std::fflush(stdout);
     for (const Editor& editor : Editors()) {
       std::vector<std::string> seeds;
@@ -716,14 +722,17 @@ int wmain(int argc, wchar_t** argv) {
       const long long before = counts.lost + counts.wrong;
       EditorMutator mutator(seed, editor, seeds);
       const std::wstring path = tool + L"\\" + editor.name + L".qcsv";
-      for (long long i = 0; i < perEditor; ++i) {
+      const long long first = share.Begin(perEditor);
+      const long long end = share.End(perEditor);
+      for (long long i = 0; i < end; ++i) {
         const std::string input = mutator.Next();
-        ok = Report(editor, input, Try(editor, path, input, i % 2 == 1), nullptr) && ok;
+        if (i >= first) ok = Report(editor, input, Try(editor, path, input, i % 2 == 1), nullptr) && ok;
       }
       const double seconds =
           std::chrono::duration<double>(std::chrono::steady_clock::now() - editorStart).count();
-      std::printf("editor-fuzz: %ls %lld files, %lld failed, %.1f ms a file\n", editor.name, perEditor,
-                  counts.lost + counts.wrong - before, 1000 * seconds / static_cast<double>(perEditor));
+      std::printf("editor-fuzz: %ls %lld files, %lld failed, %.1f ms a file\n", editor.name, end - first,
+                  counts.lost + counts.wrong - before,
+                  end > first ? 1000 * seconds / static_cast<double>(end - first) : 0.0);
       std::fflush(stdout);
     }
   }

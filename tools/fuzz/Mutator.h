@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdint>
 #include <cstdio>
+#include <cwchar>
 #include <random>
 #include <string>
 #include <string_view>
@@ -77,6 +78,58 @@ inline Corpus OpenCorpus(int argc, wchar_t** argv, const wchar_t* fallback, cons
   corpus.files = LoadCorpus(corpus.folder, &corpus.names);
   if (corpus.files.empty()) std::printf("%s: no corpus in %ls\n", program, corpus.folder.c_str());
   return corpus;
+}
+
+// Takes "NAME VALUE" out of the arguments wherever it stands, so that the others keep their places;
+// empty when it is not there.
+inline std::wstring TakeOption(int& argc, wchar_t** argv, std::wstring_view name) {
+  for (int i = 1; i + 1 < argc; ++i) {
+    if (argv[i] != name) continue;
+    std::wstring value = argv[i + 1];
+    for (int j = i; j + 2 <= argc; ++j) argv[j] = argv[j + 2];
+    argc -= 2;
+    return value;
+  }
+  return {};
+}
+
+// The part of a run one process takes when `make fuzz` runs a program in several at once
+// ("--share I/N"): the I-th of N runs of inputs in a row. Each process still makes every input before
+// its part, so that the processes of one seed together meet exactly the inputs one process meets alone.
+struct Share {
+  long long index = 0;
+  long long count = 1;
+  long long Begin(long long inputs) const { return inputs * index / count; }
+  long long End(long long inputs) const { return inputs * (index + 1) / count; }
+  bool First() const { return index == 0; }
+};
+
+// "I/N" with I from 1 to N; nothing gives the whole run. False for anything else.
+inline bool ParseShare(const std::wstring& text, Share& share) {
+  if (text.empty()) return true;
+  wchar_t* end = nullptr;
+  const long long index = std::wcstoll(text.c_str(), &end, 10);
+  if (*end != L'/') return false;
+  const wchar_t* countText = end + 1;
+  const long long count = std::wcstoll(countText, &end, 10);
+  if (*end || end == countText || index < 1 || index > count) return false;
+  share = {index - 1, count};
+  return true;
+}
+
+// A new folder of this process's own, NAME-<process>-<n>, in the folder VRK_FUZZ_FOLDER names (`make
+// fuzz` gives one in memory, which spares the disk a flush at every save), else in the temporary
+// folder. Processes under different Wine servers may share a process number, hence the <n> that makes
+// the name one nobody holds.
+inline std::wstring MakeOwnFolder(const std::wstring& name) {
+  wchar_t base[MAX_PATH];
+  if (!GetEnvironmentVariableW(L"VRK_FUZZ_FOLDER", base, MAX_PATH)) GetTempPathW(MAX_PATH, base);
+  const std::wstring stem = base + name + L"-" + std::to_wstring(GetCurrentProcessId()) + L"-";
+  for (int n = 0;; ++n) {
+    const std::wstring folder = stem + std::to_wstring(n);
+    if (CreateDirectoryW(folder.c_str(), nullptr)) return folder;
+    if (GetLastError() != ERROR_ALREADY_EXISTS || n == 1000) return folder;
+  }
 }
 
 // A watchdog: calls `hang` when `progress` has not moved for 20 seconds.
