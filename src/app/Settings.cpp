@@ -245,6 +245,18 @@ void Settings::WriteKey(int32_t Settings::*field) const {
   WriteKey(KeyName(field), this->*field);
 }
 
+std::wstring Settings::ReadText(std::wstring_view name, size_t maxLength) const {
+  std::wstring text(maxLength + 1, L'\0');
+  text.resize(GetPrivateProfileStringW(section.c_str(), std::wstring(name).c_str(), L"", text.data(),
+                                       static_cast<DWORD>(text.size()), path.c_str()));
+  return text;
+}
+
+int32_t Settings::ReadInteger(std::wstring_view name, int32_t fallback) const {
+  return static_cast<int32_t>(
+      GetPrivateProfileIntW(section.c_str(), std::wstring(name).c_str(), fallback, path.c_str()));
+}
+
 std::wstring_view Settings::KeyName(int32_t Settings::*field) const {
   for (const Key& key : keys) {
     if (static_cast<const void*>(key.field) == &(this->*field)) return key.name;

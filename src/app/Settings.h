@@ -167,6 +167,11 @@ class Settings {
   void WriteKey(std::wstring_view name, int32_t value) const;
   // The same for the key of a field, with the field's value.
   void WriteKey(int32_t Settings::*field) const;
+  // A key the record does not keep (one of the extension's own), read from Vrk.ini as it stands now: a text
+  // of at most `maxLength` characters, empty when missing; a number, `fallback` when missing. The key
+  // does not join the record, so Save never writes it.
+  std::wstring ReadText(std::wstring_view name, size_t maxLength) const;
+  int32_t ReadInteger(std::wstring_view name, int32_t fallback) const;
   // The key name of a field of the record.
   std::wstring_view KeyName(int32_t Settings::*field) const;
 };

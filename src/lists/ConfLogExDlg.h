@@ -50,6 +50,13 @@ class CConfLogExDlg : public CListEditorDlg {
 
   CConfLogExDlg();
 
+  // The log windows' font and background colour, kept in options of the list file.
+  std::wstring fontFace;
+  int32_t fontSize = 0;
+  int32_t fontBold = 0;
+  int32_t fontItalic = 0;
+  COLORREF bkColor = kColorNone;
+
   BEGIN_MSG_MAP(CConfLogExDlg)
     COMMAND_ID_HANDLER(kFont, OnFont)
     COMMAND_ID_HANDLER(kBkColor, OnBkColor)
@@ -62,7 +69,6 @@ class CConfLogExDlg : public CListEditorDlg {
  protected:
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
-  void StoreOptions() override;
 
  private:
   void OnFont();
@@ -72,10 +78,5 @@ class CConfLogExDlg : public CListEditorDlg {
   void OnHelp();
   void ShowFontText();
 
-  std::wstring fontFace;
-  int fontSize = 0;
   int fontHeight = 0;
-  bool fontBold = false;
-  bool fontItalic = false;
-  COLORREF bkColor = kColorNone;
 };
