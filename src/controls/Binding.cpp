@@ -29,32 +29,26 @@ void BoundValues::Show(const CWindow& dialog, const QcsvDocument* file) const {
     const uint16_t id = shown.id;
     if (shown.kind == BindKind::Text) {
       const std::wstring text = file && value.store.option ? file->OptionOr(value.option, L"") : L"";
-      if (id) {
-        dialog.SetItemText(id, text);
-      } else {
-        *value.text = text;
-      }
+      if (value.text) *value.text = text;
+      if (id) dialog.SetItemText(id, text);
       continue;
     }
     const int32_t stored = StoredNumber(value.store, shown.kind, value.option, file);
     const int32_t held = std::clamp(stored, shown.low, shown.high);
+    const auto color = static_cast<COLORREF>(stored);
+    if (value.number) *value.number = shown.kind == BindKind::Check ? stored != 0 : held;
+    if (value.color) *value.color = color;
+    if (value.field) value.field->Set(dialog.Handle(), color);
+    if (!id) continue;
     switch (shown.kind) {
       case BindKind::Check:
-        if (id) {
-          dialog.CheckButton(id, stored != 0);
-        } else {
-          *value.number = stored != 0 ? 1 : 0;
-        }
+        dialog.CheckButton(id, stored != 0);
         break;
       case BindKind::Radio:
         if (stored == held) dialog.CheckButton(id + stored - shown.low, true);
         break;
       case BindKind::Number:
-        if (id) {
-          dialog.SetItemText(id, std::to_wstring(held));
-        } else {
-          *value.number = held;
-        }
+        dialog.SetItemText(id, std::to_wstring(held));
         break;
       case BindKind::Track:
         dialog.SetTrackRange(id, shown.low, shown.high, kTrackPage);
@@ -65,13 +59,7 @@ void BoundValues::Show(const CWindow& dialog, const QcsvDocument* file) const {
         dialog.SetComboSelection(id, stored == held ? stored : -1);
         break;
       case BindKind::Color:
-        if (value.field) {
-          value.field->Set(dialog.Handle(), static_cast<COLORREF>(stored));
-        } else if (id) {
-          dialog.SetItemText(id, FormatColorHex(static_cast<COLORREF>(stored)));
-        } else {
-          *value.color = static_cast<COLORREF>(stored);
-        }
+        dialog.SetItemText(id, FormatColorHex(color));
         break;
       case BindKind::Text:
         break;
@@ -85,10 +73,14 @@ namespace {
 // to stay as it was.
 std::optional<int32_t> HeldNumber(const BindControl& shown, const CWindow& dialog, const int32_t* number,
                                   const COLORREF* color, const ColorField* field) {
+  if (field) return static_cast<int32_t>(field->color);
+  if (color) return static_cast<int32_t>(*color);
+  if (number)
+    return shown.kind == BindKind::Check ? *number != 0 : std::clamp(*number, shown.low, shown.high);
   const uint16_t id = shown.id;
   switch (shown.kind) {
     case BindKind::Check:
-      return (id ? dialog.IsChecked(id) : *number != 0) ? 1 : 0;
+      return dialog.IsChecked(id) ? 1 : 0;
     case BindKind::Radio:
       for (int32_t choice = shown.low; choice <= shown.high; ++choice) {
         if (dialog.IsChecked(id + choice - shown.low)) return choice;
@@ -96,8 +88,7 @@ std::optional<int32_t> HeldNumber(const BindControl& shown, const CWindow& dialo
       if (shown.none == Bind::kKeep) return std::nullopt;
       return shown.none;
     case BindKind::Number:
-      return std::clamp(id ? LeadingInteger(dialog.GetItemText(id)).value_or(0) : *number, shown.low,
-                        shown.high);
+      return std::clamp(LeadingInteger(dialog.GetItemText(id)).value_or(0), shown.low, shown.high);
     case BindKind::Track:
       return dialog.TrackPos(id);
     case BindKind::Combo: {
@@ -106,9 +97,7 @@ std::optional<int32_t> HeldNumber(const BindControl& shown, const CWindow& dialo
       return chosen;
     }
     case BindKind::Color:
-      return static_cast<int32_t>(field ? field->color
-                                  : id  ? ParseColorHex(dialog.GetItemText(id), kColorNone)
-                                        : *color);
+      return static_cast<int32_t>(ParseColorHex(dialog.GetItemText(id), kColorNone));
     case BindKind::Text:
       break;
   }
@@ -133,7 +122,7 @@ void BoundValues::Store(const CWindow& dialog, QcsvDocument* file, bool listSave
     const BindControl& shown = value.shown;
     if (shown.kind == BindKind::Text) {
       if (file && value.store.option)
-        file->SetOption(value.option, shown.id ? dialog.GetItemText(shown.id) : *value.text);
+        file->SetOption(value.option, value.text ? *value.text : dialog.GetItemText(shown.id));
       continue;
     }
     const std::optional<int32_t> held = HeldNumber(shown, dialog, value.number, value.color, value.field);
