@@ -18,7 +18,10 @@ namespace {
 
 using namespace bench;
 
-constexpr int kRounds = 5;
+// Opening takes a few milliseconds, so a steady best needs many rounds on a shared machine; a drag takes
+// a few hundred, so it comes in every second round.
+constexpr int kRounds = 40;
+constexpr int kRoundsPerDrag = 2;
 constexpr int kSteps = 180;
 constexpr TextPair kSample{L" 12.3 fps", L" 12.3 fps"};
 constexpr uint16_t kTextId = 1000, kPictureId = 1001;
@@ -85,26 +88,31 @@ int wmain() {
   double open = 1e9, floorOpen = 1e9, drag = 1e9, floorDrag = 1e9;
   int finalLeft = 0;
   for (int round = 0; round < kRounds; ++round) {
+    const bool drags = round % kRoundsPerDrag == 0;
     {
       CConfInfoLayerDlg dialog(CombinePath(folder, kInfoLayerFile));
       open = std::min(open, OpenEditor(dialog));
-      HWND item = dialog.Item(CConfInfoLayerDlg::kFrameId);
-      SendMessageW(item, WM_LBUTTONDOWN, MK_LBUTTON, 0);
-      // The cursor stays at the item's corner as the item follows it.
-      drag = std::min(drag, Steps(dialog.Handle(), [&](int) {
-                        SendMessageW(item, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(4, 0));
-                      }));
-      SendMessageW(item, WM_LBUTTONUP, 0, 0);
-      finalLeft = dialog.ItemRect(CConfInfoLayerDlg::kFrameId).left;
+      if (drags) {
+        HWND item = dialog.Item(CConfInfoLayerDlg::kFrameId);
+        SendMessageW(item, WM_LBUTTONDOWN, MK_LBUTTON, 0);
+        // The cursor stays at the item's corner as the item follows it.
+        drag = std::min(drag, Steps(dialog.Handle(), [&](int) {
+                          SendMessageW(item, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(4, 0));
+                        }));
+        SendMessageW(item, WM_LBUTTONUP, 0, 0);
+        finalLeft = dialog.ItemRect(CConfInfoLayerDlg::kFrameId).left;
+      }
     }
     BitmapHandle picture;
     CHostDlg host(533, 400, kControls);
     floorOpen = std::min(floorOpen, PlainOpen(game.Game(), host, picture));
-    HWND text = host.Item(kTextId);
-    floorDrag =
-        std::min(floorDrag, Steps(host.Handle(), [&](int left) {
-                   SetWindowPos(text, nullptr, left, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
-                 }));
+    if (drags) {
+      HWND text = host.Item(kTextId);
+      floorDrag =
+          std::min(floorDrag, Steps(host.Handle(), [&](int left) {
+                     SetWindowPos(text, nullptr, left, 0, 0, 0, SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+                   }));
+    }
   }
   std::printf(
       "infolayer-open: ratio %.2f (editor %.1f ms to its items placed, plain dialog showing a copy of the "
@@ -113,7 +121,7 @@ int wmain() {
       open / floorOpen, open, floorOpen, kRounds);
   std::printf(
       "infolayer-drag: ratio %.2f (%.3f ms per 4-pixel step with repaint, plain static over a picture floor "
-      "%.3f ms; %d steps, ended at left %d)\n",
-      drag / floorDrag, drag / kSteps, floorDrag / kSteps, kSteps, finalLeft);
+      "%.3f ms; %d steps, ended at left %d; best of %d)\n",
+      drag / floorDrag, drag / kSteps, floorDrag / kSteps, kSteps, finalLeft, kRounds / kRoundsPerDrag);
   return finalLeft == kSteps * 4 ? 0 : 1;
 }

@@ -1,5 +1,7 @@
 // Measures reading and writing a 10 MB list file against the floor for the same bytes: reading the
-// file whole plus one UTF-8 to UTF-16 conversion, and one conversion back plus one file write.
+// file whole plus one UTF-8 to UTF-16 conversion, and one conversion back plus one file write. Saves that
+// keep the version they replace (a file in the tool's folder) are measured beside the same saves of a
+// file elsewhere, which keep none.
 #include <windows.h>
 
 #include <psapi.h>
@@ -12,7 +14,9 @@
 #include <utility>
 #include <vector>
 
+#include "app/History.h"
 #include "app/ListSchemas.h"
+#include "app/Paths.h"
 #include "app/QcsvDocument.h"
 
 namespace {
@@ -172,6 +176,32 @@ int wmain(int argc, wchar_t** argv) {
   auto [write, writeFloor] = BestOfPair([&] { doc.Write(kFile); }, [&] { WriteFloor(loaded, false); });
   double writeFloorFlushed = BestOfPair([&] { WriteFloor(loaded, true); }, [] {}).first;
 
+  // Two documents a save apart, written in turn, so that every save replaces a different file: in the
+  // tool's folder each keeps that file as a version (and past twenty removes the oldest), elsewhere none.
+  wchar_t current[MAX_PATH]{};
+  GetCurrentDirectoryW(MAX_PATH, current);
+  const std::wstring tool = std::wstring(current) + L"\\bench-tool";
+  CreateDirectoryW(tool.c_str(), nullptr);
+  SetProgramFolder(tool + L"\\VrkConfig.exe");
+  const std::wstring inTool = tool + L"\\" + kLogExFile,
+                     plain = std::wstring(current) + L"\\bench_qcsv_plain.qcsv";
+  QcsvDocument other = doc;
+  other.SetOption(L"WindowWidth", 801);
+  int turns[2] = {0, 0};
+  auto save = [&](const std::wstring& path) {
+    int& turn = turns[path == inTool ? 0 : 1];
+    (turn++ % 2 ? other : doc).Write(path);
+  };
+  // The history full first: each measured save also removes the oldest version.
+  for (size_t i = 0; i <= kHistoryDepth; ++i) save(inTool);
+  auto [withHistory, withoutHistory] = BestOfPair([&] { save(inTool); }, [&] { save(plain); });
+  const size_t versions = VersionsIn(HistoryFolder(), kLogExFile).size();
+  for (const Version& version : VersionsIn(HistoryFolder())) DeleteFileW(version.path.c_str());
+  RemoveDirectoryW(HistoryFolder().c_str());
+  DeleteFileW(inTool.c_str());
+  DeleteFileW(plain.c_str());
+  RemoveDirectoryW(tool.c_str());
+
   // Each run reads into a fresh document, as an editor does; freeing the previous one is not timed.
   double read = 1e300;
   double readFloor = 1e300;
@@ -210,7 +240,12 @@ int wmain(int argc, wchar_t** argv) {
       "qcsv-write: ratio %.2f (write %.1f ms incl. temporary file, flush to disk and rename; floor %.1f ms: "
       "one WideCharToMultiByte + one WriteFile; the floor with a flush to disk %.1f ms, ratio to it %.2f)\n",
       write / writeFloor, write, writeFloor, writeFloorFlushed, write / writeFloorFlushed);
+  std::printf(
+      "qcsv-write with history: ratio %.2f (save keeping the replaced file as a version %.1f ms, the same "
+      "save "
+      "of a file outside the tool's folder %.1f ms, side by side, best of %d; %zu versions kept)\n",
+      withHistory / withoutHistory, withHistory, withoutHistory, kRuns, versions);
   DeleteFileW(kFile);
   DeleteFileW(kFloorFile);
-  return measured ? 0 : 1;
+  return measured && versions == kHistoryDepth ? 0 : 1;
 }

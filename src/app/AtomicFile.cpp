@@ -4,6 +4,7 @@
 #include <cwctype>
 #include <utility>
 
+#include "app/History.h"
 #include "app/Paths.h"
 
 namespace {
@@ -51,7 +52,7 @@ void AtomicFile::SetRetryWaitForTests(std::function<void(DWORD milliseconds)> wa
   RetryWait() = std::move(wait);
 }
 
-void AtomicFile::RemoveLeftovers(const std::wstring& target) {
+void AtomicFile::RemoveLeftovers(const std::wstring& target, bool keepAttributes) {
   size_t slash = target.find_last_of(L"\\/");
   std::wstring folder = slash == std::wstring::npos ? std::wstring() : target.substr(0, slash + 1);
   std::wstring targetName = target.substr(folder.size());
@@ -60,29 +61,41 @@ void AtomicFile::RemoveLeftovers(const std::wstring& target) {
   if (search == INVALID_HANDLE_VALUE) return;
   do {
     // A file another save still has open cannot be deleted and is left to it.
-    if (IsLeftoverOf(found.cFileName, targetName)) Delete(folder + found.cFileName);
+    if (IsLeftoverOf(found.cFileName, targetName)) {
+      const std::wstring path = folder + found.cFileName;
+      if (keepAttributes) {
+        DeleteFileW(path.c_str());
+      } else {
+        Delete(path);
+      }
+    }
   } while (FindNextFileW(search, &found));
   FindClose(search);
 }
 
-AtomicFile::AtomicFile(std::wstring targetPath) : target(std::move(targetPath)) {
-  RemoveLeftovers(target);
+HANDLE AtomicFile::CreateTemporary(const std::wstring& target, std::wstring& path) {
   static unsigned counter = 0;
   for (int attempt = 0; attempt < 100; ++attempt) {
-    std::wstring path = target + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" +
+    std::wstring name = target + L"." + std::to_wstring(GetCurrentProcessId()) + L"-" +
                         std::to_wstring(++counter) + kTempSuffix;
-    handle = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
-                         FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (handle != INVALID_HANDLE_VALUE) {
-      tempPath = std::move(path);
-      return;
+    HANDLE file = CreateFileW(name.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                              FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+      path = std::move(name);
+      return file;
     }
     // A name another process left (its number may come again) and that is still held, or is being
     // deleted, is passed over like one that exists.
     const DWORD error = GetLastError();
     if (error != ERROR_FILE_EXISTS && error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION) break;
   }
-  Fail("create the temporary file");
+  return INVALID_HANDLE_VALUE;
+}
+
+AtomicFile::AtomicFile(std::wstring targetPath) : target(std::move(targetPath)) {
+  RemoveLeftovers(target);
+  handle = CreateTemporary(target, tempPath);
+  if (handle == INVALID_HANDLE_VALUE) Fail("create the temporary file");
 }
 
 bool AtomicFile::Fail(const char* step) {
@@ -167,11 +180,16 @@ bool AtomicFile::Commit() {
     return false;
   }
   if (!Close()) return Fail("close the temporary file");
+  // Copied before the rename and made a version only after it, so that a save that fails keeps none.
+  PendingVersion replaced(target, tempPath);
   for (int attempt = 0; attempt < kRetryAttempts; ++attempt) {
     if (attempt > 0) WaitBeforeRetry();
     committed = MoveFileExW(tempPath.c_str(), target.c_str(),
                             MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
-    if (committed) return true;
+    if (committed) {
+      replaced.Keep();
+      return true;
+    }
     DWORD error = GetLastError();
     if (error != ERROR_SHARING_VIOLATION && error != ERROR_ACCESS_DENIED) break;
   }

@@ -37,13 +37,19 @@ class AtomicFile {
   // A read-only target is not copied: it is not to be replaced.
   bool CopyTarget();
   // Puts the bytes on the disk and renames the file over the target. While another program holds
-  // the target open the rename is tried again for about a second.
+  // the target open the rename is tried again for about a second. The file replaced is kept in the
+  // history when it is one of the tool's (History.h).
   bool Commit();
 
   // The wait between rename attempts; tests replace it so as not to sleep (empty: Sleep).
   static void SetRetryWaitForTests(std::function<void(DWORD milliseconds)> wait);
-  // Removes temporary files of this target left by saves that never finished.
-  static void RemoveLeftovers(const std::wstring& target);
+  // Removes temporary files of this target left by saves that never finished. One that may be a second
+  // name of a file still in use (a version being kept, History.h) is removed without touching the
+  // attributes the two names share.
+  static void RemoveLeftovers(const std::wstring& target, bool keepAttributes = false);
+  // Creates a temporary file of this target's (a name only a save of it makes), open for writing and
+  // shared for reading, and gives its path; INVALID_HANDLE_VALUE when none could be made.
+  static HANDLE CreateTemporary(const std::wstring& target, std::wstring& path);
 
  private:
   std::wstring target;

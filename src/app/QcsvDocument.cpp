@@ -2,13 +2,19 @@
 
 #include <windows.h>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 #include <algorithm>
+#include <bit>
 #include <climits>
 #include <cstring>
 #include <cwchar>
 #include <memory>
 
 #include "app/AtomicFile.h"
+#include "app/Handles.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
@@ -24,8 +30,16 @@ constexpr TextPair strQcsvCannotWrite{L"QCSV error: Cannot write \"%s\".",
 // The extension converts one block (the options or one row) through a buffer of this size; a block
 // that does not fit is left out, and the writer does the same so both agree on the file.
 constexpr size_t kBlockLimit = 0x100000;
-// Converted text is written out in pieces of about this many characters to bound memory.
-constexpr size_t kFlushChars = size_t{1} << 22;
+// A file is read in pieces of this size (a record longer than half a piece makes it larger).
+constexpr size_t kReadPiece = size_t{1} << 18;
+// Converted text is written out in pieces of about this many characters, which bounds memory and keeps
+// each piece in the processor's cache between its making and its conversion.
+constexpr size_t kFlushChars = size_t{1} << 18;
+
+size_t& ReadPiece() {
+  static size_t piece = kReadPiece;
+  return piece;
+}
 
 QcsvDocument::WriteStep& CustomWriteStep() {
   static QcsvDocument::WriteStep step;
@@ -64,75 +78,198 @@ void AppendField(std::wstring& out, std::wstring_view field) {
   out.push_back(L'"');
 }
 
+// What a save writes of a record that was read, gathered while its fields are split: a save gives
+// the record back as it was only when no field breaks a line and the writer does not leave it out.
+struct RecordShape {
+  size_t bytes = 0;           // the writer's line: fields (quoted as it quotes), separators and CR LF
+  bool lineBreak = false;     // CR or LF in a field: written as it stands, read back as two records
+  bool quoteOrComma = false;  // a quote or "," in a field
+};
+
+// Finds the first byte from `s` on that structures a file ("," the quote, CR or LF), or `end`, and
+// ORs the bytes it passes into `seen`.
+const char* FindMark(const char* s, const char* end, unsigned& seen) {
+#if defined(__SSE2__)
+  const __m128i comma = _mm_set1_epi8(','), quote = _mm_set1_epi8('"');
+  const __m128i cr = _mm_set1_epi8('\r'), lf = _mm_set1_epi8('\n');
+  for (; end - s >= 16; s += 16) {
+    const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s));
+    const __m128i marks = _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(v, comma), _mm_cmpeq_epi8(v, quote)),
+                                       _mm_or_si128(_mm_cmpeq_epi8(v, cr), _mm_cmpeq_epi8(v, lf)));
+    const unsigned found = static_cast<unsigned>(_mm_movemask_epi8(marks));
+    const unsigned high = static_cast<unsigned>(_mm_movemask_epi8(v));
+    if (found) {
+      const int at = std::countr_zero(found);
+      seen |= high & ((1u << at) - 1);
+      return s + at;
+    }
+    seen |= high;
+  }
+#endif
+  for (; s < end; ++s) {
+    const auto c = static_cast<unsigned char>(*s);
+    if (c == ',' || c == '"' || c == '\r' || c == '\n') break;
+    seen |= c & 0x80u;
+  }
+  return s;
+}
+
 // Splits the file's UTF-8 bytes into records of UTF-16 fields. The characters that structure a
 // file ("," the quote, CR and LF) are ASCII, and UTF-8 never uses an ASCII byte inside a longer
 // sequence, so splitting the bytes gives the fields that splitting the converted text would; each
-// field is then converted by itself, which spares a UTF-16 copy of the whole file.
+// field is then converted by itself, which spares a UTF-16 copy of the whole file. The bytes may
+// come in pieces: a record that runs past the bytes at hand is read again once more have come.
 class RecordParser {
  public:
-  RecordParser(const char* begin, const char* end) : p(begin), end(end) {}
-
-  bool AtEnd() const { return p >= end; }
+  // The bytes at hand; `isLast` when no more follow them.
+  void See(const char* begin, const char* stop, bool isLast) {
+    p = begin;
+    end = stop;
+    last = isLast;
+  }
+  bool AtEnd() const { return p >= end && last; }
+  // Where the next record starts.
+  const char* Position() const { return p; }
   // Whether some bytes were not UTF-8 (they became replacement characters).
   bool Lossy() const { return lossy; }
 
-  void Next(QcsvDocument::Row& record) {
+  // Reads the next record and what a save writes of it. False when the bytes at hand end inside the
+  // record and more follow; the position then stays at its start.
+  bool Next(QcsvDocument::Row& record, RecordShape& shape) {
+    const char* start = p;
+    record.clear();
+    shape = RecordShape();
     for (;;) {
       record.emplace_back();
-      if (NextField(record.back())) return;
+      const Ends ends = NextField(record.back(), shape);
+      if (ends == Ends::Cut) {
+        p = start;
+        return false;
+      }
+      if (ends == Ends::Record) {
+        // A separator between fields, and CR LF.
+        shape.bytes += record.size() + 1;
+        return true;
+      }
     }
   }
 
  private:
-  // Reads one field; returns true when the record ends after it (CR LF or end of file).
-  bool NextField(std::wstring& field) {
-    bool isQuoted = p < end && *p == '"';
+  enum class Ends { Field, Record, Cut };
+
+  // Reads one field, and adds what the writer makes of it to `shape`.
+  Ends NextField(std::wstring& field, RecordShape& shape) {
+    const char* s = p;
+    const char* quotedBegin = s;
+    const char* quotedEnd = s;
+    unsigned quotedSeen = 0;
+    size_t quotes = 0;
+    bool comma = false;
+    bool lineBreak = false;
+    bool doubled = false;
+    const bool isQuoted = s < end && *s == '"';
     if (isQuoted) {
-      quoted.clear();
-      ++p;
+      // Up to the quote that is not doubled; "," CR and LF are text in between.
+      quotedBegin = ++s;
       for (;;) {
-        const char* quote = static_cast<const char*>(std::memchr(p, '"', static_cast<size_t>(end - p)));
-        if (!quote) {
-          quoted.append(p, end);
-          p = end;
-          Append(field, quoted.data(), quoted.size(), false);
-          return true;
+        s = FindMark(s, end, quotedSeen);
+        if (s == end) {
+          if (!last) return Ends::Cut;
+          break;
         }
-        quoted.append(p, quote);
-        if (quote + 1 < end && quote[1] == '"') {
-          quoted.push_back('"');
-          p = quote + 2;
+        if (*s == '"') {
+          if (s + 1 == end || s[1] != '"') break;
+          // One of the pair is kept.
+          doubled = true;
+          ++quotes;
+          s += 2;
           continue;
         }
-        p = quote + 1;
-        break;
+        if (*s == ',') {
+          comma = true;
+        } else {
+          lineBreak = true;
+        }
+        ++s;
       }
+      quotedEnd = s;
+      if (s == end) {
+        // No closing quote: the field runs to the end of the file.
+        p = end;
+        const size_t size = Decode(field, quotedBegin, quotedEnd, doubled, quotedSeen);
+        Add(shape, size, quotes, comma, lineBreak);
+        return Ends::Record;
+      }
+      ++s;
     }
     // Unquoted text, or what follows a closing quote, runs to the next "," or CR LF.
-    const char* s = p;
-    unsigned char seen = 0;
-    for (; s < end; ++s) {
-      auto c = static_cast<unsigned char>(*s);
-      if (c == ',' || (c == '\r' && s + 1 < end && s[1] == '\n')) break;
-      seen |= c;
+    const char* text = s;
+    unsigned seen = 0;
+    for (;;) {
+      s = FindMark(s, end, seen);
+      if (s == end) {
+        if (!last) return Ends::Cut;
+        break;
+      }
+      const char c = *s;
+      if (c == ',') break;
+      if (c == '\r') {
+        if (s + 1 < end && s[1] == '\n') break;
+        lineBreak = true;
+      } else if (c == '\n') {
+        lineBreak = true;
+      } else {
+        ++quotes;
+      }
+      ++s;
     }
     // The two parts are converted apart: in the whole text the closing quote stands between them.
-    if (isQuoted) Append(field, quoted.data(), quoted.size(), false);
-    Append(field, p, static_cast<size_t>(s - p), seen < 0x80);
+    size_t size = isQuoted ? Decode(field, quotedBegin, quotedEnd, doubled, quotedSeen) : 0;
+    size += static_cast<size_t>(s - text);
+    Append(field, text, static_cast<size_t>(s - text), seen == 0);
+    Add(shape, size, quotes, comma, lineBreak);
     if (s == end) {
       p = end;
-      return true;
+      return Ends::Record;
     }
     p = s + (*s == ',' ? 1 : 2);
-    return *s != ',';
+    return *s == ',' ? Ends::Field : Ends::Record;
+  }
+
+  // The field's text takes `size` bytes as UTF-8 (so long as the file was UTF-8); the writer quotes
+  // it when it holds "," or a quote, and doubles each quote.
+  static void Add(RecordShape& shape, size_t size, size_t quotes, bool comma, bool lineBreak) {
+    const bool quoted = quotes > 0 || comma;
+    shape.bytes += size + (quoted ? 2 + quotes : 0);
+    shape.quoteOrComma |= quoted;
+    shape.lineBreak |= lineBreak;
+  }
+
+  // Converts the quoted part, one quote of each doubled pair left out; returns its size in bytes.
+  size_t Decode(std::wstring& field, const char* begin, const char* stop, bool doubled, unsigned seen) {
+    if (!doubled) {
+      Append(field, begin, static_cast<size_t>(stop - begin), seen == 0);
+      return static_cast<size_t>(stop - begin);
+    }
+    quoted.clear();
+    for (const char* s = begin; s < stop;) {
+      const char* quote = static_cast<const char*>(std::memchr(s, '"', static_cast<size_t>(stop - s)));
+      if (!quote) {
+        quoted.append(s, stop);
+        break;
+      }
+      quoted.append(s, quote + 1);
+      s = quote + 2;
+    }
+    Append(field, quoted.data(), quoted.size(), seen == 0);
+    return quoted.size();
   }
 
   void Append(std::wstring& field, const char* data, size_t size, bool ascii) {
     if (size == 0) return;
     const auto* bytes = reinterpret_cast<const unsigned char*>(data);
-    if (ascii || std::all_of(bytes, bytes + size, [](unsigned char c) { return c < 0x80; })) {
-      wchar_t* out = Grow(field, size);
-      for (size_t i = 0; i < size; ++i) out[i] = bytes[i];
+    if (ascii) {
+      Append(field, bytes, size);
       return;
     }
     // UTF-8 never needs more UTF-16 units than bytes.
@@ -144,18 +281,17 @@ class RecordParser {
       units = static_cast<size_t>(
           MultiByteToWideChar(CP_UTF8, 0, data, static_cast<int>(size), wide.data(), static_cast<int>(size)));
     }
-    std::copy_n(wide.data(), units, Grow(field, units));
+    Append(field, wide.data(), units);
   }
 
-  // Room for `count` more characters; a field's first part gets a string of exactly its size.
-  static wchar_t* Grow(std::wstring& field, size_t count) {
-    size_t at = field.size();
-    if (at == 0) {
-      field = std::wstring(count, L'\0');
+  // A field's first part gets a string of exactly its size.
+  template <typename Unit>
+  static void Append(std::wstring& field, const Unit* units, size_t count) {
+    if (field.empty()) {
+      field = std::wstring(units, units + count);
     } else {
-      field.resize(at + count);
+      field.append(std::wstring(units, units + count));
     }
-    return field.data() + at;
   }
 
   // Decodes valid UTF-8 (no overlong form, surrogate or value over U+10FFFF) and returns the
@@ -206,8 +342,9 @@ class RecordParser {
     return static_cast<size_t>(out - start);
   }
 
-  const char* p;
-  const char* end;
+  const char* p = nullptr;
+  const char* end = nullptr;
+  bool last = true;
   std::string quoted;
   std::vector<wchar_t> wide;
   bool lossy = false;
@@ -218,12 +355,12 @@ using Sink = std::function<bool(std::string_view bytes)>;
 // Converts the collected text and hands it on, leaving the text empty.
 bool Flush(const Sink& sink, std::wstring& text, std::string& bytes) {
   if (text.empty()) return true;
-  int wideCount = static_cast<int>(text.size());
-  int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), wideCount, nullptr, 0, nullptr, nullptr);
-  bytes.resize(static_cast<size_t>(size));
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), wideCount, bytes.data(), size, nullptr, nullptr);
+  // One conversion into room for the longest form (3 bytes a unit) spares a pass to measure it.
+  if (bytes.size() < text.size() * 3) bytes.resize(text.size() * 3);
+  int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), bytes.data(),
+                                 static_cast<int>(bytes.size()), nullptr, nullptr);
   text.clear();
-  return sink(bytes);
+  return sink(std::string_view(bytes.data(), static_cast<size_t>(size)));
 }
 
 // Produces the file's bytes in pieces of bounded size; false when the sink refuses one.
@@ -234,7 +371,9 @@ bool Serialize(const QcsvDocument& doc, const Sink& sink) {
   std::string bytes;
   // Adds the block that starts at `start` only when its UTF-8 form fits the extension's buffer.
   auto endBlock = [&text](size_t start) {
-    if (Utf8Length(text.data() + start, text.size() - start) > kBlockLimit) text.resize(start);
+    // No unit takes more than 3 bytes, so a short block is not measured.
+    const size_t units = text.size() - start;
+    if (units > kBlockLimit / 3 && Utf8Length(text.data() + start, units) > kBlockLimit) text.resize(start);
   };
   if (!doc.Options().empty()) {
     size_t optionsStart = text.size();
@@ -286,13 +425,79 @@ bool QcsvDocument::ReadQuietly(const std::wstring& filePath, HWND owner) {
   return Load(filePath, owner, false);
 }
 
+// The bytes a read takes: all at once, or a file's in pieces of bounded size, so that reading holds
+// the document and one piece rather than the whole file as well.
+class QcsvDocument::Source {
+ public:
+  explicit Source(std::string_view bytes) : begin(bytes.data()), end(bytes.data() + bytes.size()) {}
+  Source(FileHandle opened, size_t size) : file(std::move(opened)), size(size), last(size == 0) {}
+
+  const char* Begin() const { return begin; }
+  const char* End() const { return end; }
+  // Whether no bytes follow End().
+  bool Last() const { return last; }
+
+  // Reads the first piece; false when the file cannot be read.
+  bool Start() {
+    capacity = std::min(ReadPiece(), size);
+    buffer.reset(new char[capacity]);
+    return ReadAfter(0);
+  }
+
+  // Keeps the bytes from `from` on and reads those that follow; false when the file cannot be read
+  // to its end.
+  bool More(const char* from) {
+    if (last) return false;
+    const size_t kept = static_cast<size_t>(end - from);
+    if (kept > capacity / 2) {
+      // A record longer than half a piece doubles the piece, so that no record is read again often.
+      const size_t larger = std::min(capacity * 2, kept + size - done);
+      std::unique_ptr<char[]> grown(new char[larger]);
+      std::memcpy(grown.get(), from, kept);
+      buffer = std::move(grown);
+      capacity = larger;
+    } else {
+      std::memmove(buffer.get(), from, kept);
+    }
+    return ReadAfter(kept);
+  }
+
+ private:
+  bool ReadAfter(size_t kept) {
+    DWORD got = 0;
+    if (!ReadFile(file.Get(), buffer.get() + kept, static_cast<DWORD>(std::min(capacity - kept, size - done)),
+                  &got, nullptr) ||
+        got == 0)
+      return false;
+    done += got;
+    begin = buffer.get();
+    end = begin + kept + got;
+    last = done == size;
+    if (last) file.Close();
+    return true;
+  }
+
+  FileHandle file;
+  size_t size = 0;
+  size_t done = 0;
+  std::unique_ptr<char[]> buffer;
+  size_t capacity = 0;
+  const char* begin = nullptr;
+  const char* end = nullptr;
+  bool last = true;
+};
+
+void QcsvDocument::SetReadPieceForTests(size_t bytes) {
+  ReadPiece() = bytes ? bytes : kReadPiece;
+}
+
 bool QcsvDocument::Load(const std::wstring& filePath, HWND owner, bool tellUser) {
   Clear();
   path = filePath;
   keepOldFile = false;
-  HANDLE file = CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
-                            OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr);
-  if (file == INVALID_HANDLE_VALUE) {
+  FileHandle file(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE, nullptr,
+                              OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+  if (!file.IsOpen()) {
     DWORD error = GetLastError();
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) return false;
     keepOldFile = true;
@@ -302,64 +507,86 @@ bool QcsvDocument::Load(const std::wstring& filePath, HWND owner, bool tellUser)
     return false;
   }
   LARGE_INTEGER fileSize{};
-  bool sized = GetFileSizeEx(file, &fileSize) && fileSize.QuadPart < 0x7FFFFFFF;
-  size_t size = sized ? static_cast<size_t>(fileSize.QuadPart) : 0;
-  std::unique_ptr<char[]> bytes;
-  size_t got = 0;
-  if (size > 0) {
-    bytes.reset(new char[size]);
-    DWORD piece = 0;
-    while (got < size && ReadFile(file, bytes.get() + got, static_cast<DWORD>(size - got), &piece, nullptr) &&
-           piece > 0) {
-      got += piece;
-    }
-  }
-  CloseHandle(file);
-  if (got != size) {
+  bool sized = GetFileSizeEx(file.Get(), &fileSize) && fileSize.QuadPart < 0x7FFFFFFF;
+  Source source(std::move(file), sized ? static_cast<size_t>(fileSize.QuadPart) : 0);
+  if (!source.Last() && !source.Start()) {
     // Read only in part: not taken at all.
     keepOldFile = true;
     return false;
   }
-  return Interpret(std::string_view(bytes.get(), got), owner);
+  return Interpret(source, owner);
 }
 
 bool QcsvDocument::ReadBytes(std::string_view bytes) {
   Clear();
-  return Interpret(bytes, nullptr);
+  Source source(bytes);
+  return Interpret(source, nullptr);
 }
 
-bool QcsvDocument::Interpret(std::string_view bytes, HWND owner) {
+bool QcsvDocument::Interpret(Source& source, HWND owner) {
   // Refused bytes are kept by the first save; an empty file holds nothing to lose.
-  keepOldFile = !bytes.empty();
-  if (bytes.empty()) return false;
-  RecordParser parser(bytes.data(), bytes.data() + bytes.size());
+  keepOldFile = source.Begin() != source.End();
+  if (!keepOldFile) return false;
+  RecordParser parser;
+  parser.See(source.Begin(), source.End(), source.Last());
   Row record;
-  parser.Next(record);
-  if (record.size() < 2 || record[0] != L"#format" || record[1] != L"qcsv") return false;
+  RecordShape shape;
+  // Takes the next record, reading on while it runs past the bytes at hand; false when the file
+  // cannot be read to its end.
+  auto next = [&] {
+    while (!parser.Next(record, shape)) {
+      if (!source.More(parser.Position())) return false;
+      parser.See(source.Begin(), source.End(), source.Last());
+    }
+    return true;
+  };
+  if (!next() || record.size() < 2 || record[0] != L"#format" || record[1] != L"qcsv") return false;
 
   bool formatSeen = false;
   bool columnSeen = false;
+  // Whether a save writes back what is read, decided record by record: no line break in a field, no
+  // "," or quote in an option value, no block the writer leaves out.
+  bool writesBack = true;
+  size_t optionBytes = 0;
   for (;;) {
     const std::wstring& head = record[0];
-    if (head == L"#format") {
+    // Only a tag line starts with "#": most records are rows, spared the comparisons.
+    const bool tag = !head.empty() && head[0] == L'#';
+    const bool isFormat = tag && head == L"#format";
+    // A line break in a field is written as it stands and read back as two records.
+    if (shape.lineBreak && !isFormat) writesBack = false;
+    if (isFormat) {
       if (formatSeen) break;
       formatSeen = true;
-    } else if (head == L"#option") {
+    } else if (tag && head == L"#option") {
+      size_t colons = 0;
       for (size_t i = 1; i < record.size(); ++i) {
         const std::wstring& field = record[i];
         size_t colon = field.find(L':');
         if (colon == std::wstring::npos) {
           options.emplace_back(field, std::wstring());
         } else {
+          ++colons;
           options.emplace_back(field.substr(0, colon), field.substr(colon + 1));
+          // An option is one field that is quoted after its ":", so "," or a quote in a value does not
+          // come back.
+          if (shape.quoteOrComma && options.back().second.find_first_of(L",\"") != std::wstring::npos)
+            writesBack = false;
         }
       }
-    } else if (head == L"#column") {
+      // The writer puts each option on a line of its own, "#option," name ":" value CR LF, where the
+      // record held "#option" and the fields with their separators.
+      const size_t fields = record.size() - 1;
+      optionBytes += shape.bytes - (fields + 2) - 7 + 11 * fields - colons;
+    } else if (tag && head == L"#column") {
       if (columnSeen) break;
       columns.assign(std::make_move_iterator(record.begin() + 1), std::make_move_iterator(record.end()));
       columnSeen = true;
     } else {
-      if (record.size() < columns.size()) record.resize(columns.size());
+      // A row shorter than the columns is written with its empty cells.
+      const size_t padding = record.size() < columns.size() ? columns.size() - record.size() : 0;
+      if (shape.bytes + padding > kBlockLimit) writesBack = false;
+      if (padding) record.resize(columns.size());
       rows.push_back(std::move(record));
     }
     // Guards the rule that no record comes before the format line; the first-line check above
@@ -369,46 +596,15 @@ bool QcsvDocument::Interpret(std::string_view bytes, HWND owner) {
       break;
     }
     if (parser.AtEnd()) {
-      keepOldFile = parser.Lossy() || !WritesBackAsRead();
+      keepOldFile = parser.Lossy() || !writesBack || optionBytes > kBlockLimit;
       return true;
     }
     record = Row();
     record.reserve(columns.size());
-    parser.Next(record);
+    if (!next()) break;
   }
   Clear();
   return false;
-}
-
-bool QcsvDocument::WritesBackAsRead() const {
-  auto breaksLine = [](std::wstring_view text) {
-    return text.find_first_of(L"\r\n") != std::wstring_view::npos;
-  };
-  // The bytes a field takes in the file, quotes included.
-  auto written = [](const std::wstring& field) {
-    const size_t quotes = static_cast<size_t>(std::count(field.begin(), field.end(), L'"'));
-    const bool quoted = quotes > 0 || field.find(L',') != std::wstring::npos;
-    return Utf8Length(field.data(), field.size()) + (quoted ? 2 + quotes : 0);
-  };
-  size_t optionBytes = 0;
-  for (const auto& [name, value] : options) {
-    // An option is one field that is quoted after its ":", so "," or a quote in a value does not come back.
-    if (breaksLine(name) || value.find_first_of(L"\r\n,\"") != std::wstring::npos) return false;
-    optionBytes += 11 + written(name) + written(value);
-  }
-  // The writer leaves out a block (the options, or one row) over the limit.
-  if (optionBytes > kBlockLimit) return false;
-  if (std::any_of(columns.begin(), columns.end(), breaksLine)) return false;
-  for (const Row& row : rows) {
-    size_t rowBytes = 2 + (row.empty() ? 0 : row.size() - 1);
-    for (const std::wstring& field : row) {
-      // A line break in a field is written as it stands and read back as two records.
-      if (breaksLine(field)) return false;
-      rowBytes += written(field);
-    }
-    if (rowBytes > kBlockLimit) return false;
-  }
-  return true;
 }
 
 std::string QcsvDocument::Bytes() const {

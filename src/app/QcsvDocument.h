@@ -71,6 +71,9 @@ class QcsvDocument {
   // fail midway; an empty function puts the real write back.
   using WriteStep = std::function<bool(void* file, std::string_view bytes)>;
   static void SetWriteStepForTests(WriteStep step);
+  // Reads files in pieces of this many bytes, so that tests can cut records anywhere; 0 puts the usual
+  // size back.
+  static void SetReadPieceForTests(size_t bytes);
 
  private:
   std::wstring path;
@@ -79,13 +82,12 @@ class QcsvDocument {
   std::vector<Row> rows;
   mutable bool keepOldFile = false;
 
+  class Source;
+
   bool Load(const std::wstring& path, HWND owner, bool tellUser);
-  bool Interpret(std::string_view bytes, HWND owner);
+  bool Interpret(Source& source, HWND owner);
   // Position of the option named so (the last one before `before` when a file repeats it), or -1.
   int OptionIndex(std::wstring_view name, int before = -1) const;
-  // Whether writing gives back what was read: no line break in a field, no "," or quote in an option
-  // value, no block the writer leaves out.
-  bool WritesBackAsRead() const;
 };
 
 // A cell holding several values keeps them as the list file keeps fields: joined by "," and quoted where

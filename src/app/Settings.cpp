@@ -235,14 +235,36 @@ bool Settings::Save(AtomicFile::Failure* failure) const {
   return temp.Commit() || report();
 }
 
-void Settings::WriteKey(std::wstring_view name, int32_t value) const {
-  wchar_t buffer[32];
-  swprintf(buffer, std::size(buffer), L"%d", value);
-  WritePrivateProfileStringW(section.c_str(), std::wstring(name).c_str(), buffer, path.c_str());
+namespace {
+
+// The keys written by the profile calls on a copy of the file that then replaces it: the same bytes as
+// written on the file itself, and a reader meets the old file or the new one.
+bool WriteIntegerKeys(const Settings& settings, const std::vector<std::pair<std::wstring, int32_t>>& values) {
+  AtomicFile temp(settings.path);
+  if (!temp.CopyTarget()) return false;
+  for (const auto& [name, value] : values) {
+    wchar_t buffer[32];
+    swprintf(buffer, std::size(buffer), L"%d", value);
+    if (!WritePrivateProfileStringW(settings.section.c_str(), name.c_str(), buffer, temp.TempPath().c_str()))
+      return false;
+  }
+  return temp.Commit();
 }
 
-void Settings::WriteKey(int32_t Settings::*field) const {
-  WriteKey(KeyName(field), this->*field);
+}  // namespace
+
+bool Settings::WriteKey(std::wstring_view name, int32_t value) const {
+  return WriteIntegerKeys(*this, {{std::wstring(name), value}});
+}
+
+bool Settings::WriteKey(int32_t Settings::*field) const {
+  return WriteKeys({&field, 1});
+}
+
+bool Settings::WriteKeys(std::span<int32_t Settings::*const> fields) const {
+  std::vector<std::pair<std::wstring, int32_t>> values;
+  for (int32_t Settings::*field : fields) values.emplace_back(KeyName(field), this->*field);
+  return WriteIntegerKeys(*this, values);
 }
 
 std::wstring Settings::ReadText(std::wstring_view name, size_t maxLength) const {

@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -163,10 +164,12 @@ class Settings {
   // step that failed and its error code in `failure` when given.
   bool Save(AtomicFile::Failure* failure = nullptr) const;
 
-  // Writes one integer key straight to the file, for dialogs that change only a few keys.
-  void WriteKey(std::wstring_view name, int32_t value) const;
-  // The same for the key of a field, with the field's value.
-  void WriteKey(int32_t Settings::*field) const;
+  // Writes one integer key straight to the file, for dialogs that change only a few keys: the file is
+  // replaced in one step, as by Save; false when it could not be (it then stays as it was).
+  bool WriteKey(std::wstring_view name, int32_t value) const;
+  // The same for the keys of fields, with the fields' values, in one replace.
+  bool WriteKey(int32_t Settings::*field) const;
+  bool WriteKeys(std::span<int32_t Settings::*const> fields) const;
   // A key the record does not keep (one of the extension's own), read from Vrk.ini as it stands now: a text
   // of at most `maxLength` characters, empty when missing; a number, `fallback` when missing. The key
   // does not join the record, so Save never writes it.

@@ -30,3 +30,19 @@ const std::wstring& BuildDateText() {
 void SetBuildDateText(std::wstring text) {
   BuildDateStorage() = std::move(text);
 }
+
+std::wstring FillText(std::wstring_view pattern, std::initializer_list<std::wstring_view> values) {
+  std::wstring text;
+  text.reserve(pattern.size());
+  for (size_t i = 0; i < pattern.size(); ++i) {
+    const wchar_t next = i + 1 < pattern.size() ? pattern[i + 1] : L'\0';
+    const size_t index = static_cast<size_t>(next - L'1');
+    if (pattern[i] == L'%' && next >= L'1' && next <= L'9' && index < values.size()) {
+      text += *(values.begin() + index);
+      ++i;
+    } else {
+      text += pattern[i];
+    }
+  }
+  return text;
+}

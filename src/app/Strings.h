@@ -1,6 +1,8 @@
 #pragma once
 #include <array>
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 #include "app/TextPair.h"
 
@@ -104,3 +106,6 @@ std::wstring FormatBuildDate(uint32_t language, int year = kBuildYear, int month
 // The build date text in the language chosen at start-up; made once by start-up.
 const std::wstring& BuildDateText();
 void SetBuildDateText(std::wstring text);
+
+// The pattern with %1 to %9 replaced by the values in that order; any other "%" stays as it stands.
+std::wstring FillText(std::wstring_view pattern, std::initializer_list<std::wstring_view> values);

@@ -116,6 +116,8 @@ void BoundValues::StoreAfterListSaved(const CWindow& dialog) const {
 
 void BoundValues::Store(const CWindow& dialog, QcsvDocument* file, bool listSaved) const {
   Settings& settings = GlobalSettings();
+  // The keys written at once go in one replace of the file, so that its history holds one version per OK.
+  std::vector<int32_t Settings::*> written;
   uint32_t flags = 0;
   for (const Bound& value : values) {
     if ((value.store.write == Write::AfterListSaved) != listSaved) continue;
@@ -128,7 +130,7 @@ void BoundValues::Store(const CWindow& dialog, QcsvDocument* file, bool listSave
     const std::optional<int32_t> held = HeldNumber(shown, dialog, value.number, value.color, value.field);
     if (value.store.setting) {
       if (held) settings.*value.store.setting = *held;
-      if (value.store.write != Write::WithSettings) settings.WriteKey(value.store.setting);
+      if (value.store.write != Write::WithSettings) written.push_back(value.store.setting);
       flags |= value.store.flag;
     } else if (held && file && value.store.option) {
       if (shown.kind == BindKind::Color) {
@@ -138,5 +140,6 @@ void BoundValues::Store(const CWindow& dialog, QcsvDocument* file, bool listSave
       }
     }
   }
+  if (!written.empty()) settings.WriteKeys(written);
   if (flags) NotifyExtensionFromLastWindow(flags);
 }

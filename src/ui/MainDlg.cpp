@@ -14,6 +14,7 @@
 #include "app/Strings.h"
 #include "ui/AboutDlg.h"
 #include "ui/FeatureDialogs.h"
+#include "ui/HistoryDlg.h"
 
 namespace {
 
@@ -114,6 +115,7 @@ constexpr TextPair strSettingsNotSaved{
     L"ファイルは変更されておらず、選んだ設定もそのままです。しばらくしてからもう一度OKを押すか、キャンセルし"
     L"てください。"};
 constexpr TextPair strSearchGame{L"Search", L"検索"};
+constexpr TextPair strHistoryButton{L"History...", L"履歴..."};
 constexpr TextPair strGameNotFound{
     L"Morva is not found.\r\n\r\nPlease check Morva Extender manual for detail.",
     L"Morva本体が見つかりません。\r\n\r\n・Morva本体が正しくインストールされていない\r\n・Morva "
@@ -149,6 +151,8 @@ constexpr ControlDef kControls[] = {
     {Ctl::ComboBox, CMainDlg::kLanguageId, kMainMargin, kBottomRow + 1, 64, 60,
      CBS_DROPDOWNLIST | WS_VSCROLL | WS_TABSTOP, 0, kNoText},
     {Ctl::Static, CMainDlg::kDateId, kMainMargin + 70, kBottomRow + 3, 100, 10, SS_LEFT, 0, kNoText},
+    {Ctl::Button, CMainDlg::kHistoryId, 354 - kMainMargin - 3 * kButtonWidth - 12, kBottomRow, kButtonWidth,
+     kButtonHeight, WS_TABSTOP, 0, &strHistoryButton},
     {Ctl::Button, IDOK, 354 - kMainMargin - 2 * kButtonWidth - 6, kBottomRow, kButtonWidth, kButtonHeight,
      BS_DEFPUSHBUTTON | WS_TABSTOP, 0, &strOk},
     {Ctl::Button, IDCANCEL, 354 - kMainMargin - kButtonWidth, kBottomRow, kButtonWidth, kButtonHeight,
@@ -381,6 +385,21 @@ void CMainDlg::OnSearchGame() {
     return;
   }
   SetItemText(kGameLocationId, game);
+}
+
+void CMainDlg::OnHistory() {
+  CHistoryDlg history;
+  Settings version;
+  if (history.DoModal(handle) != IDOK || !ReadSettingsVersion(history.settingsVersion, version)) return;
+  // The version's values stand in the dialog as if chosen here: OK saves them, Cancel discards them.
+  Settings& settings = GlobalSettings();
+  CopySettingsValues(version, settings);
+  DestroyRows();
+  CreateRows();
+  SendMessageW(Item(kLanguageId), CB_SETCURSEL, settings.iLanguage == 1 ? 1 : 0, 0);
+  OnLanguage();
+  SetItemText(kGameLocationId,
+              settings.wstrMorva.empty() ? FindGameProgram(Paths().programFolder) : settings.wstrMorva);
 }
 
 void CMainDlg::OnAbout() {

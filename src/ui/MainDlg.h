@@ -33,6 +33,7 @@ class CMainDlg : public CDialog {
   static constexpr int kSearchGameId = 1012;
   static constexpr int kLanguageId = 1020;
   static constexpr int kDateId = 1021;
+  static constexpr int kHistoryId = 1022;
   static constexpr int kFirstCheckId = 1100;
   static constexpr int kFirstConfigId = 1200;
   static constexpr int kMaxRows = 20;
@@ -48,6 +49,7 @@ class CMainDlg : public CDialog {
     COMMAND_ID_HANDLER(IDCANCEL, OnCancel)
     COMMAND_HANDLER(kLanguageId, CBN_SELCHANGE, OnLanguage)
     COMMAND_ID_HANDLER(kSearchGameId, OnSearchGame)
+    COMMAND_ID_HANDLER(kHistoryId, OnHistory)
     COMMAND_RANGE_HANDLER(kFirstConfigId, kFirstConfigId + kMaxRows - 1, OnConfig)
     NOTIFY_HANDLER(kCategoryListId, LVN_ITEMCHANGED, OnCategoryChanged)
     SYSCOMMAND_HANDLER(kAboutCommand, OnAbout)
@@ -61,6 +63,7 @@ class CMainDlg : public CDialog {
   void OnCancel();
   void OnLanguage();
   void OnSearchGame();
+  void OnHistory();
   void OnConfig(int id);
   LRESULT OnCategoryChanged(NMHDR& header);
   void OnAbout();

@@ -247,6 +247,56 @@ TEST(QcsvWriter, BlockOverOneMebibyteIsLeftOut) {
   EXPECT_TRUE(recorder.asked.empty());
 }
 
+// A file is kept before the first save exactly when the writer would leave one of its blocks out (a row,
+// or all the options): for each shape of block, the longest filler the writer still writes is read
+// whole, and one byte more is not.
+TEST(QcsvReader, KeepsTheFileWhoseBlockTheWriterWouldLeaveOut) {
+  const std::string head = "#format,qcsv\r\n";
+  const struct {
+    const char* name;
+    std::string before;  // the file is these bytes, the filler, then `after`
+    std::string after;
+  } cases[] = {
+      {"plain row", head + "#column,k\r\n", "\r\n"},
+      {"quotes the writer leaves off", head + "#column,k\r\n\"", "\"\r\n"},
+      {"text after the closing quote", head + "#column,k\r\n\"ab\"", "cd\r\n"},
+      {"doubled quote", head + "#column,k\r\n\"a\"\"", "\"\r\n"},
+      {"comma inside quotes", head + "#column,k\r\n\"a,", "\"\r\n"},
+      {"quote inside unquoted text", head + "#column,k\r\na\"", "\r\n"},
+      {"Japanese and a pair", head + "#column,k\r\n" + Utf8(L"日本\U00020BB7"), "\r\n"},
+      {"several fields", head + "#column,k\r\na,\"b,c\",", ",d\r\n"},
+      {"short row padded", head + "#column,a,b,c,d\r\n", "\r\n"},
+      {"row before the column line", head, "\r\n#column,a,b,c,d\r\n"},
+      {"options in one line", head + "#option,a:1,b:", ",\"c,d\":2,e\r\n#column,k\r\n"},
+      {"option without colon", head + "#option,x,", "\r\n"},
+      {"options on several lines", head + "#option,a:1\r\n#option,b:", "\r\n\"#option\",\"c\"\r\n"},
+  };
+  const size_t limit = 0x100000;
+  auto file = [](const auto& c, size_t filler) { return c.before + std::string(filler, 'y') + c.after; };
+  auto written = [&file](const auto& c, size_t filler) {
+    QcsvDocument doc;
+    return doc.ReadBytes(file(c, filler)) && doc.Bytes().find(std::string(filler, 'y')) != std::string::npos;
+  };
+  PromptRecorder recorder;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    // The longest filler the writer still writes lies between these two.
+    size_t low = limit - 100, high = limit;
+    ASSERT_TRUE(written(c, low));
+    ASSERT_FALSE(written(c, high));
+    while (high - low > 1) {
+      const size_t middle = (low + high) / 2;
+      (written(c, middle) ? low : high) = middle;
+    }
+    QcsvDocument doc;
+    ASSERT_TRUE(doc.ReadBytes(file(c, low)));
+    EXPECT_FALSE(doc.FileNotReadWhole());
+    ASSERT_TRUE(doc.ReadBytes(file(c, low + 1)));
+    EXPECT_TRUE(doc.FileNotReadWhole());
+  }
+  EXPECT_TRUE(recorder.asked.empty());
+}
+
 // Fields are what splitting the whole converted text gives, also where the bytes are not valid
 // UTF-8 next to a separator or a quote.
 TEST(QcsvReader, FieldsMatchTheWholeTextConvertedAtOnce) {

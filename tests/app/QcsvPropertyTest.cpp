@@ -113,3 +113,32 @@ TEST(QcsvProperty, RandomBytesNeverBreakTheReader) {
   // nothing that would reach that message.
   EXPECT_TRUE(recorder.asked.empty());
 }
+
+// A file read in pieces, cut anywhere (between a quote and its double, between CR and LF, inside a
+// UTF-8 sequence or a long field), gives what its bytes give at once, down to whether it was read whole.
+TEST(QcsvProperty, FileReadInPiecesGivesWhatItsBytesGive) {
+  struct PieceScope {
+    explicit PieceScope(size_t bytes) { QcsvDocument::SetReadPieceForTests(bytes); }
+    ~PieceScope() { QcsvDocument::SetReadPieceForTests(0); }
+  };
+  RandomText random(20261126);
+  TempDir dir;
+  PromptRecorder recorder;
+  const std::wstring path = dir.File(L"p.qcsv");
+  for (int round = 0; round < 150; ++round) {
+    SCOPED_TRACE(round);
+    const std::string bytes = (round % 4 ? "#format,qcsv\r\n" : "") + random.Bytes(round % 10 ? 60 : 600);
+    ASSERT_TRUE(WriteFileBytes(path, bytes));
+    QcsvDocument whole;
+    const bool accepted = whole.ReadBytes(bytes);
+    for (size_t piece : {1, 2, 3, 5, 16, 17}) {
+      SCOPED_TRACE(piece);
+      PieceScope scope(piece);
+      QcsvDocument doc;
+      ASSERT_EQ(doc.Read(path), accepted);
+      EXPECT_EQ(Dump(doc), Dump(whole));
+      EXPECT_EQ(doc.FileNotReadWhole(), whole.FileNotReadWhole());
+    }
+  }
+  EXPECT_TRUE(recorder.asked.empty());
+}

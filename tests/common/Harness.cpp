@@ -124,6 +124,19 @@ void Choose(const CWindow& dialog, int id, int item) {
   dialog.Send(WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), reinterpret_cast<LPARAM>(combo));
 }
 
+void ChooseEntry(const CWindow& dialog, int id, int entry) {
+  HWND list = dialog.Item(id);
+  SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+  dialog.Send(WM_COMMAND, MAKEWPARAM(id, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+}
+
+bool SaveToolFile(const InstalledTool& tool, std::wstring_view name, std::string_view bytes,
+                  PromptRecorder& clock) {
+  clock.now.wMinute = static_cast<WORD>((clock.now.wMinute + 1) % 60);
+  AtomicFile file(tool.ToolFile(name));
+  return file.Opened() && file.Write(bytes) && file.Commit();
+}
+
 std::vector<std::wstring> ComboTexts(const CWindow& dialog, int id) {
   std::vector<std::wstring> texts;
   HWND combo = dialog.Item(id);

@@ -87,8 +87,16 @@ void Click(const CWindow& dialog, int id);
 void Type(const CWindow& dialog, int id, std::wstring_view text);
 // Chooses an item of a drop-down list and tells the dialog as a user's choice does.
 void Choose(const CWindow& dialog, int id, int item);
+// The same for an entry of a list box.
+void ChooseEntry(const CWindow& dialog, int id, int entry);
 // The items of a combo box, in its order.
 std::vector<std::wstring> ComboTexts(const CWindow& dialog, int id);
+
+// Saves the bytes as the tool's file `name` the way the tool saves (one replace), so that the file it
+// replaces is kept in the history. The recorder's clock moves on a minute first: each version has a
+// time of its own. False when the save failed.
+bool SaveToolFile(const InstalledTool& tool, std::wstring_view name, std::string_view bytes,
+                  PromptRecorder& clock);
 
 // The extension's user-interface window as the running game has it: class "MorvaExtenderUI", title
 // "Morva Extender", the game window's handle at byte 0 and the change mask at byte 8.

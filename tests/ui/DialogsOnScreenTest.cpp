@@ -138,8 +138,9 @@ void ExpectControlsWhereTheirTablePutsThem(const CDialog& dialog) {
   }
 }
 
-// Opens every dialog the main dialog's "Config" buttons lead to and, in each, presses every push button but
-// OK and Cancel, so that the item dialogs, colour dialogs and the string editor they open come up too.
+// Opens every dialog the main dialog's "Config" buttons and its "History..." button lead to and, in each,
+// presses every push button but OK and Cancel, so that the item dialogs, colour dialogs and the string
+// editor they open come up too.
 // `check` sees every dialog once it is initialised; then it is cancelled. Returns the captions seen.
 std::vector<std::string> OpenEveryDialog(CMainDlg& main, const std::function<void(CDialog&)>& check) {
   std::vector<std::string> seen;
@@ -170,16 +171,18 @@ std::vector<std::string> OpenEveryDialog(CMainDlg& main, const std::function<voi
         if (config && IsWindowEnabled(config)) Click(main, CMainDlg::kFirstConfigId + row);
       }
     }
+    Click(main, CMainDlg::kHistoryId);
   };
   RunOpened(open, handle);
   return seen;
 }
 
-// Every feature dialog opened, and more dialogs behind them.
+// Every feature dialog and the history opened, and more dialogs behind them.
 void ExpectEveryFeatureOpened(const std::vector<std::string>& seen) {
   size_t features = 0;
   for (const std::string& caption : seen) features += caption.starts_with(">") ? 0 : 1;
-  EXPECT_EQ(features, FeatureTable().size());
+  EXPECT_EQ(features, FeatureTable().size() + 1);
+  EXPECT_TRUE(!seen.empty() && (seen.back() == "History" || seen.back() == "履歴")) << seen.back();
   EXPECT_GT(seen.size(), features);
 }
 
@@ -192,6 +195,15 @@ TEST_P(DialogsOnScreen, NoControlOverlapsAnotherOrLeavesTheClientArea) {
   ScopedLanguage language(GetParam());
   PromptRecorder recorder;
   SimulatedGame game(tool.Tool());
+  // The history lists versions, each with its changes.
+  for (const char* keys : {"iLanguage=1\r\nenLabel=1\r\n", "iLanguage=0\r\nenLabel=0\r\n"}) {
+    ASSERT_TRUE(
+        SaveToolFile(tool, kSettingsFileName, std::string("[MorvaExtender_v5]\r\n") + keys, recorder));
+  }
+  for (const char* rows : {"a\r\nb\r\n", "a\r\nc\r\n"}) {
+    ASSERT_TRUE(
+        SaveToolFile(tool, kLabelFile, std::string("#format,qcsv\r\n#column,keyword\r\n") + rows, recorder));
+  }
   CMainDlg main(FeatureTable());
   ASSERT_TRUE(main.Create(nullptr));
   for (int category = 0; category < static_cast<int>(MainCategories().size()); ++category) {

@@ -24,6 +24,7 @@
 #include <thread>
 #include <vector>
 
+#include "app/History.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
 #include "app/Prompt.h"
@@ -616,17 +617,23 @@ std::wstring MakeToolFolder() {
   return tool;
 }
 
-void RemoveToolFolder(const std::wstring& tool) {
+void RemoveFiles(const std::wstring& folder) {
   WIN32_FIND_DATAW found;
-  HANDLE search = FindFirstFileW((tool + L"\\*").c_str(), &found);
+  HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
   if (search != INVALID_HANDLE_VALUE) {
     do {
       if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
-        DeleteFileW((tool + L"\\" + found.cFileName).c_str());
+        DeleteFileW((folder + L"\\" + found.cFileName).c_str());
     } while (FindNextFileW(search, &found));
     FindClose(search);
   }
-  RemoveDirectoryW(tool.c_str());
+  RemoveDirectoryW(folder.c_str());
+}
+
+void RemoveToolFolder(const std::wstring& tool) {
+  // The saves kept their versions in the tool's history folder.
+  RemoveFiles(HistoryFolder());
+  RemoveFiles(tool);
   const std::wstring game = tool.substr(0, tool.rfind(L'\\'));
   RemoveDirectoryW(game.c_str());
   RemoveDirectoryW(game.substr(0, game.rfind(L'\\')).c_str());

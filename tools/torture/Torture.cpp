@@ -1,7 +1,9 @@
 // Proves that a save cut off at any moment leaves the old file or the new one: a child process saves
 // list files (1 KB to 5 MB) or Vrk.ini in a loop through the real writers and is killed at random
 // moments; after each kill the file must read back as the document saved last or the one being saved,
-// and temporary files must not pile up.
+// and temporary files must not pile up. In the history lane the child saves both files in its tool's
+// folder, so that each save keeps the version it replaces: every version must be a whole copy of a
+// document once saved, and no more than twenty of each file may stay.
 //
 //   torture [KILLS [SEED]]   both tortures with KILLS kills each (1000 by default)
 //   torture --child MODE FOLDER SEED FIRST MAPPING   the saving child, started by the above
@@ -13,23 +15,27 @@
 #include <cstdio>
 #include <cwchar>
 #include <random>
+#include <set>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "FileBytes.h"
+#include "app/History.h"
+#include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/QcsvDocument.h"
 #include "app/Settings.h"
 
 namespace {
 
-enum class Mode { Qcsv, Settings };
+enum class Mode { Qcsv, Settings, History };
 
 // What the child tells the parent: that its first save has begun, and the last save it finished.
 struct Progress {
   volatile LONG started;
   volatile LONG done;
+  volatile LONG last;    // the save after which the child ends by itself (0: none)
   wchar_t failure[512];  // what a save that failed by itself says
 };
 
@@ -41,9 +47,12 @@ uint64_t Mix(uint64_t x) {
 }
 
 // Document number `n` of a run; its size lies between 1 KB and 5 MB, evenly on a log scale.
-QcsvDocument Document(uint32_t seed, long n) {
+// In the history lane up to 256 KB: more saves finish between kills, so that many versions are kept and
+// the oldest go.
+QcsvDocument Document(uint32_t seed, long n, Mode mode) {
   const uint64_t h = Mix((uint64_t{seed} << 32) ^ static_cast<uint64_t>(n));
-  const double bytes = 1024.0 * std::pow(5120.0, static_cast<double>(h % 100000) / 100000.0);
+  const double range = mode == Mode::History ? 256.0 : 5120.0;
+  const double bytes = 1024.0 * std::pow(range, static_cast<double>(h % 100000) / 100000.0);
   QcsvDocument doc;
   doc.SetOption(L"Generation", std::to_wstring(n));
   doc.SetOption(L"WindowWidth", static_cast<int>(h % 2000));
@@ -117,13 +126,62 @@ int TemporaryFiles(const std::wstring& folder) {
   return count;
 }
 
-bool SaveNumber(Mode mode, const std::wstring& target, uint32_t seed, long n) {
-  if (mode == Mode::Qcsv) return Document(seed, n).Write(target);
+const wchar_t* TargetName(Mode mode) {
+  return mode == Mode::Settings ? L"\\Vrk.ini" : L"\\LogEx.qcsv";
+}
+
+bool SaveSettingsNumber(const std::wstring& target, long n, AtomicFile::Failure* failure = nullptr) {
   Settings settings;
   settings.section = kSettingsSection;
   settings.path = target;
   SetState(settings, n);
-  return settings.Save();
+  return settings.Save(failure);
+}
+
+bool SaveNumber(Mode mode, const std::wstring& folder, uint32_t seed, long n) {
+  if (mode == Mode::Settings) return SaveSettingsNumber(folder + L"\\Vrk.ini", n);
+  return Document(seed, n, mode).Write(folder + L"\\LogEx.qcsv") &&
+         (mode != Mode::History || SaveSettingsNumber(folder + L"\\Vrk.ini", n));
+}
+
+// Whether a settings file holds one save whole, with the other program's section kept.
+long SettingsFileState(const std::wstring& path) {
+  return FileBytes(path).starts_with(kOtherSection) ? SettingsState(path) : -1;
+}
+
+long ListFileState(const std::wstring& path, uint32_t seed, Mode mode) {
+  QcsvDocument doc;
+  if (!doc.Read(path)) return -1;
+  const long found = std::wcstol(doc.OptionOr(L"Generation", L"-1").c_str(), nullptr, 10);
+  return found >= 0 && SameDocument(doc, Document(seed, found, mode)) ? found : -1;
+}
+
+// What the history folder holds after a kill: versions not seen before that are not whole copies of a
+// saved file, the most versions of one file, and copies of saves that were cut off.
+struct HistoryState {
+  int checked = 0;
+  int torn = 0;
+  size_t mostVersions = 0;
+  int left = 0;
+};
+
+void CheckHistory(const std::wstring& folder, uint32_t seed, std::set<std::wstring>& seen,
+                  HistoryState& state) {
+  const std::wstring history = folder + L"\\" + kHistoryFolderName;
+  const std::vector<Version> versions = VersionsIn(history);
+  for (const wchar_t* file : {L"LogEx.qcsv", L"Vrk.ini"}) {
+    size_t count = 0;
+    for (const Version& version : versions) count += version.file == file ? 1 : 0;
+    state.mostVersions = std::max(state.mostVersions, count);
+  }
+  for (const Version& version : versions) {
+    if (!seen.insert(version.path).second) continue;
+    ++state.checked;
+    const bool list = version.file == L"LogEx.qcsv";
+    if ((list ? ListFileState(version.path, seed, Mode::History) : SettingsFileState(version.path)) < 0)
+      ++state.torn;
+  }
+  state.left = std::max(state.left, TemporaryFiles(history));
 }
 
 // Messages of a failed save would wait for a click nobody gives: they are printed instead.
@@ -139,20 +197,25 @@ int Child(Mode mode, const std::wstring& folder, uint32_t seed, long first, cons
   if (!map) return 3;
   auto* progress = static_cast<Progress*>(MapViewOfFile(map, FILE_MAP_WRITE, 0, 0, sizeof(Progress)));
   if (!progress) return 3;
-  const std::wstring target = folder + (mode == Mode::Qcsv ? L"\\LogEx.qcsv" : L"\\Vrk.ini");
+  // The lane's folder is the tool's folder: its saves keep their versions.
+  if (mode == Mode::History) SetProgramFolder(folder + L"\\VrkConfig.exe");
+  std::wstring target = folder + TargetName(mode);
   Settings settings;
   settings.section = kSettingsSection;
-  settings.path = target;
+  settings.path = folder + L"\\Vrk.ini";
   for (long n = first;; ++n) {
     bool saved = false;
     AtomicFile::Failure failure;
-    if (mode == Mode::Qcsv) {
-      QcsvDocument doc = Document(seed, n);
+    if (mode != Mode::Settings) {
+      QcsvDocument doc = Document(seed, n, mode);
       InterlockedExchange(&progress->started, 1);
+      target = folder + TargetName(Mode::Qcsv);
       saved = doc.Write(target);
-    } else {
+    }
+    if (mode != Mode::Qcsv && (saved || mode == Mode::Settings)) {
       SetState(settings, n);
       InterlockedExchange(&progress->started, 1);
+      target = settings.path;
       saved = settings.Save(&failure);
     }
     if (!saved) {
@@ -163,6 +226,7 @@ int Child(Mode mode, const std::wstring& folder, uint32_t seed, long first, cons
       return 2;
     }
     InterlockedExchange(&progress->done, n);
+    if (progress->last != 0 && n >= progress->last) return 0;
   }
 }
 
@@ -173,28 +237,63 @@ struct Result {
   int duringSave = 0;
   int mostLeft = 0;
   int leftAtEnd = 0;
+  HistoryState history;
+  int historyLeftAtEnd = 0;
   bool childFailed = false;
   std::wstring failure;
 };
+
+const wchar_t* ModeName(Mode mode) {
+  return mode == Mode::Qcsv ? L"qcsv" : mode == Mode::Settings ? L"settings" : L"history";
+}
+
+// Starts the saving child from save `first` on; it saves until killed, or ends after save `last`.
+bool StartChild(Mode mode, const std::wstring& folder, uint32_t seed, long first, const std::wstring& mapping,
+                PROCESS_INFORMATION& child) {
+  wchar_t self[MAX_PATH];
+  GetModuleFileNameW(nullptr, self, MAX_PATH);
+  std::wstring command = L"\"" + std::wstring(self) + L"\" --child " + ModeName(mode) + L" \"" + folder +
+                         L"\" " + std::to_wstring(seed) + L" " + std::to_wstring(first) + L" " + mapping;
+  STARTUPINFOW startup{};
+  startup.cb = sizeof(startup);
+  child = {};
+  return CreateProcessW(self, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                        &child) != FALSE;
+}
+
+void RemoveFolder(const std::wstring& folder) {
+  WIN32_FIND_DATAW found;
+  HANDLE search = FindFirstFileW((folder + L"\\*").c_str(), &found);
+  if (search != INVALID_HANDLE_VALUE) {
+    do {
+      const std::wstring name = found.cFileName;
+      if (name == L"." || name == L"..") continue;
+      if (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) {
+        RemoveFolder(folder + L"\\" + name);
+      } else {
+        DeleteFileW((folder + L"\\" + name).c_str());
+      }
+    } while (FindNextFileW(search, &found));
+    FindClose(search);
+  }
+  RemoveDirectoryW(folder.c_str());
+}
 
 Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
   Result result;
   wchar_t temp[MAX_PATH];
   GetTempPathW(MAX_PATH, temp);
-  const std::wstring name = mode == Mode::Qcsv ? L"qcsv" : L"settings";
+  const std::wstring name = ModeName(mode);
   const std::wstring lanePart = std::to_wstring(GetCurrentProcessId()) + L"-" + name + std::to_wstring(lane);
   const std::wstring folder = std::wstring(temp) + L"vrk-torture-" + lanePart;
   CreateDirectoryW(folder.c_str(), nullptr);
-  const std::wstring target = folder + (mode == Mode::Qcsv ? L"\\LogEx.qcsv" : L"\\Vrk.ini");
-  DeleteFileW(target.c_str());
-  if (mode == Mode::Settings) {
-    HANDLE file = CreateFileW(target.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    WriteFile(file, kOtherSection, sizeof(kOtherSection) - 1, &written, nullptr);
-    CloseHandle(file);
-  }
+  const std::wstring listFile = folder + L"\\LogEx.qcsv", settingsFile = folder + L"\\Vrk.ini";
+  DeleteFileW(listFile.c_str());
+  DeleteFileW(settingsFile.c_str());
+  if (mode != Mode::Qcsv)
+    WriteBytes(settingsFile, std::string_view(kOtherSection, sizeof(kOtherSection) - 1));
   long acknowledged = 0;
-  if (!SaveNumber(mode, target, seed, acknowledged)) {
+  if (!SaveNumber(mode, folder, seed, acknowledged)) {
     result.childFailed = true;
     result.failure = L"the first save, before any child, failed";
     return result;
@@ -204,23 +303,19 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
   HANDLE map =
       CreateFileMappingW(INVALID_HANDLE_VALUE, nullptr, PAGE_READWRITE, 0, sizeof(Progress), mapping.c_str());
   auto* progress = static_cast<Progress*>(MapViewOfFile(map, FILE_MAP_WRITE, 0, 0, sizeof(Progress)));
-  wchar_t self[MAX_PATH];
-  GetModuleFileNameW(nullptr, self, MAX_PATH);
   std::mt19937 random(seed + static_cast<uint32_t>(lane));
-  // Long enough to land inside the saves of the largest files, short enough to hit the small ones.
-  std::uniform_int_distribution<int> delay(0, mode == Mode::Qcsv ? 150 : 40);
+  // Long enough to land inside the saves of the largest files, short enough to hit the small ones; in the
+  // history lane long enough for several pairs of saves to finish, so that versions pile up.
+  std::uniform_int_distribution<int> delay(0, mode == Mode::Settings ? 40 : mode == Mode::Qcsv ? 150 : 600);
+  std::set<std::wstring> versionsSeen;
 
   for (int k = 0; k < kills; ++k) {
     progress->failure[0] = L'\0';
     progress->started = 0;
     progress->done = acknowledged;
-    std::wstring command = L"\"" + std::wstring(self) + L"\" --child " + name + L" \"" + folder + L"\" " +
-                           std::to_wstring(seed) + L" " + std::to_wstring(acknowledged + 1) + L" " + mapping;
-    STARTUPINFOW startup{};
-    startup.cb = sizeof(startup);
+    progress->last = 0;
     PROCESS_INFORMATION child{};
-    if (!CreateProcessW(self, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                        &child)) {
+    if (!StartChild(mode, folder, seed, acknowledged + 1, mapping, child)) {
       result.childFailed = true;
       result.failure = L"the child could not be started, error " + std::to_wstring(GetLastError()) +
                        L" (kill " + std::to_wstring(k) + L")";
@@ -251,51 +346,86 @@ Result Torture(Mode mode, int kills, uint32_t seed, int lane) {
     const int left = TemporaryFiles(folder);
     result.mostLeft = std::max(result.mostLeft, left);
     if (left > 0) ++result.duringSave;
+    if (mode == Mode::History) CheckHistory(folder, seed, versionsSeen, result.history);
 
-    long found = -1;
-    if (mode == Mode::Qcsv) {
-      QcsvDocument doc;
-      if (doc.Read(target)) {
-        found = std::wcstol(doc.OptionOr(L"Generation", L"-1").c_str(), nullptr, 10);
-        if (found >= 0 && !SameDocument(doc, Document(seed, found))) found = -1;
-      }
-    } else if (FileBytes(target).starts_with(kOtherSection)) {
-      found = SettingsState(target);
+    // Each file the lane saves holds the last save the child finished or the one it was in.
+    bool whole = true;
+    bool older = false;
+    for (const bool list : {true, false}) {
+      if (list ? mode == Mode::Settings : mode == Mode::Qcsv) continue;
+      const long found = list ? ListFileState(listFile, seed, mode) : SettingsFileState(settingsFile);
+      if (found == done || found == done + 1) continue;
+      whole = false;
+      older = older || (found >= 0 && found < done);
     }
-    if (found == done || found == done + 1) {
-      acknowledged = found;
+    if (whole) {
+      acknowledged = done;
       continue;
     }
-    if (found >= 0 && found < done) {
+    if (older) {
       ++result.lost;
     } else {
       ++result.torn;
     }
-    // Start the next round from a known file.
+    // Start the next round from known files.
     acknowledged = done;
-    SaveNumber(mode, target, seed, acknowledged);
+    SaveNumber(mode, folder, seed, acknowledged);
   }
-  // One more save clears what the last kill left.
-  SaveNumber(mode, target, seed, acknowledged + 1);
+  // One more save clears what the last kill left: in the history lane a child's, which keeps versions.
+  if (mode == Mode::History && !result.childFailed) {
+    progress->last = acknowledged + 1;
+    progress->failure[0] = L'\0';
+    PROCESS_INFORMATION child{};
+    if (StartChild(mode, folder, seed, acknowledged + 1, mapping, child)) {
+      WaitForSingleObject(child.hProcess, INFINITE);
+      CloseHandle(child.hThread);
+      CloseHandle(child.hProcess);
+    }
+    CheckHistory(folder, seed, versionsSeen, result.history);
+    result.historyLeftAtEnd = TemporaryFiles(folder + L"\\" + kHistoryFolderName);
+  } else {
+    SaveNumber(mode, folder, seed, acknowledged + 1);
+  }
   result.leftAtEnd = TemporaryFiles(folder);
   UnmapViewOfFile(progress);
   CloseHandle(map);
-  DeleteFileW(target.c_str());
-  RemoveDirectoryW(folder.c_str());
+  RemoveFolder(folder);
   return result;
 }
 
-bool Report(const char* name, const Result& r, const char* what, double seconds) {
+bool Report(Mode mode, const Result& r, double seconds) {
+  const bool history = mode == Mode::History;
+  const char* what = mode == Mode::Qcsv ? "1 KB-5 MB files"
+                     : mode == Mode::Settings
+                         ? "63 keys and another section"
+                         : "a 1 KB-256 KB list file and Vrk.ini, each save keeping the version it replaces";
+  // In the history lane a version that is not a whole copy counts as torn too.
+  const int torn = r.torn + (history ? r.history.torn : 0);
   std::printf(
-      "%s-torture: %d kills, %d torn, %d lost (%s, %d kills during a save, at most %d temporary "
+      "%ls-torture: %d kills, %d torn, %d lost (%s, %d kills during a save, at most %d temporary "
       "file%s after a kill, %d after the next save, %.0f s)\n",
-      name, r.kills, r.torn, r.lost, what, r.duringSave, r.mostLeft, r.mostLeft == 1 ? "" : "s", r.leftAtEnd,
-      seconds);
+      ModeName(mode), r.kills, torn, r.lost, what, r.duringSave, r.mostLeft, r.mostLeft == 1 ? "" : "s",
+      r.leftAtEnd, seconds);
+  if (history) {
+    std::printf(
+        "history-torture: %d versions checked, %d not a whole copy; at most %zu versions of a file; at most "
+        "%d "
+        "cut-off cop%s after a kill, %d after the next save\n",
+        r.history.checked, r.history.torn, r.history.mostVersions, r.history.left,
+        r.history.left == 1 ? "y" : "ies", r.historyLeftAtEnd);
+  }
   if (r.childFailed)
-    std::printf("%s-torture: a save failed by itself after %d kills: %ls\n", name, r.kills,
+    std::printf("%ls-torture: a save failed by itself after %d kills: %ls\n", ModeName(mode), r.kills,
                 r.failure.c_str());
   std::fflush(stdout);
-  return !r.childFailed && r.torn == 0 && r.lost == 0 && r.mostLeft <= 1 && r.leftAtEnd == 0;
+  // A kill between naming a version and removing the oldest leaves one more until the next save.
+  const bool historyWhole =
+      !history || (r.history.checked > 0 && r.history.mostVersions <= kHistoryDepth + 1 &&
+                   r.history.left <= 1 && r.historyLeftAtEnd == 0);
+  // A copy of a save cut off goes with the next save of the same file: one per file the lane saves.
+  const int mostLeft = history ? 2 : 1;
+  return !r.childFailed && torn == 0 && r.lost == 0 && r.mostLeft <= mostLeft && r.leftAtEnd == 0 &&
+         historyWhole;
 }
 
 }  // namespace
@@ -303,7 +433,8 @@ bool Report(const char* name, const Result& r, const char* what, double seconds)
 int wmain(int argc, wchar_t** argv) {
   PrintMessages();
   if (argc == 7 && std::wstring(argv[1]) == L"--child") {
-    const Mode mode = std::wstring(argv[2]) == L"qcsv" ? Mode::Qcsv : Mode::Settings;
+    const std::wstring name = argv[2];
+    const Mode mode = name == L"qcsv" ? Mode::Qcsv : name == L"settings" ? Mode::Settings : Mode::History;
     return Child(mode, argv[3], static_cast<uint32_t>(std::wcstoul(argv[4], nullptr, 10)),
                  std::wcstol(argv[5], nullptr, 10), argv[6]);
   }
@@ -317,12 +448,13 @@ int wmain(int argc, wchar_t** argv) {
     Mode mode;
     Result result;
     double seconds = 0;
-  } runs[] = {{Mode::Qcsv, {}}, {Mode::Settings, {}}};
+  } runs[] = {{Mode::Qcsv, {}}, {Mode::Settings, {}}, {Mode::History, {}}};
+  constexpr int kRuns = static_cast<int>(std::size(runs));
   const auto start = std::chrono::steady_clock::now();
   std::vector<std::thread> threads;
-  std::vector<Result> lanes(2 * kLanes);
-  std::vector<double> laneSeconds(2 * kLanes);
-  for (int i = 0; i < 2 * kLanes; ++i) {
+  std::vector<Result> lanes(kRuns * kLanes);
+  std::vector<double> laneSeconds(kRuns * kLanes);
+  for (int i = 0; i < kRuns * kLanes; ++i) {
     threads.emplace_back([&, i] {
       const int lane = i % kLanes;
       lanes[i] = Torture(runs[i / kLanes].mode, kills / kLanes + (lane < kills % kLanes ? 1 : 0), seed, lane);
@@ -331,7 +463,7 @@ int wmain(int argc, wchar_t** argv) {
   }
   for (std::thread& thread : threads) thread.join();
   bool ok = true;
-  for (int r = 0; r < 2; ++r) {
+  for (int r = 0; r < kRuns; ++r) {
     Run& run = runs[r];
     for (int lane = 0; lane < kLanes; ++lane) {
       const Result& part = lanes[r * kLanes + lane];
@@ -341,14 +473,16 @@ int wmain(int argc, wchar_t** argv) {
       run.result.duringSave += part.duringSave;
       run.result.mostLeft = std::max(run.result.mostLeft, part.mostLeft);
       run.result.leftAtEnd += part.leftAtEnd;
+      run.result.history.checked += part.history.checked;
+      run.result.history.torn += part.history.torn;
+      run.result.history.mostVersions = std::max(run.result.history.mostVersions, part.history.mostVersions);
+      run.result.history.left = std::max(run.result.history.left, part.history.left);
+      run.result.historyLeftAtEnd += part.historyLeftAtEnd;
       if (part.childFailed && !run.result.childFailed) run.result.failure = part.failure;
       run.result.childFailed = run.result.childFailed || part.childFailed;
       run.seconds = std::max(run.seconds, laneSeconds[r * kLanes + lane]);
     }
-    const bool qcsv = run.mode == Mode::Qcsv;
-    ok = Report(qcsv ? "qcsv" : "settings", run.result,
-                qcsv ? "1 KB-5 MB files" : "63 keys and another section", run.seconds) &&
-         run.result.kills == kills && ok;
+    ok = Report(run.mode, run.result, run.seconds) && run.result.kills == kills && ok;
   }
   return ok ? 0 : 1;
 }
