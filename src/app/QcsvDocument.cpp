@@ -8,7 +8,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <climits>
 #include <cstring>
+#include <cwchar>
 #include <memory>
 
 #include "app/AtomicFile.h"
@@ -660,6 +662,11 @@ std::wstring QcsvDocument::OptionOr(std::wstring_view name, std::wstring_view fa
   return index < 0 ? std::wstring(fallback) : options[static_cast<size_t>(index)].second;
 }
 
+int QcsvDocument::IntegerOption(std::wstring_view name, int fallback) const {
+  const int index = OptionIndex(name);
+  return index < 0 ? fallback : LeadingInteger(options[static_cast<size_t>(index)].second).value_or(fallback);
+}
+
 void QcsvDocument::SetOption(std::wstring_view name, std::wstring_view value) {
   int index = OptionIndex(name);
   if (index < 0) {
@@ -778,4 +785,12 @@ std::vector<std::wstring> SplitValues(std::wstring_view cell) {
     if (at >= cell.size()) return values;
     ++at;
   }
+}
+
+std::optional<int> LeadingInteger(std::wstring_view text) {
+  const std::wstring terminated(text);
+  wchar_t* end = nullptr;
+  const long value = std::wcstol(terminated.c_str(), &end, 10);
+  if (end == terminated.c_str()) return std::nullopt;
+  return static_cast<int>(std::clamp<long>(value, INT_MIN, INT_MAX));
 }

@@ -40,6 +40,9 @@ class QcsvDocument {
   const std::vector<std::pair<std::wstring, std::wstring>>& Options() const { return options; }
   std::optional<std::wstring> Option(std::wstring_view name) const;
   std::wstring OptionOr(std::wstring_view name, std::wstring_view fallback) const;
+  // The number an option's text begins with (LeadingInteger); `fallback` when the file lacks the option
+  // or its text begins with no number.
+  int IntegerOption(std::wstring_view name, int fallback = 0) const;
   void SetOption(std::wstring_view name, std::wstring_view value);
   void SetOption(std::wstring_view name, int value);  // written with "%d"
 
@@ -91,3 +94,7 @@ class QcsvDocument {
 // needed (a quote doubled inside), so that the extension splits them as it splits a line.
 std::wstring JoinValues(const std::vector<std::wstring>& values);
 std::vector<std::wstring> SplitValues(std::wstring_view cell);
+
+// The decimal number a text begins with, after blanks and a sign, as the extension reads its numbers:
+// "650px" gives 650, a text without a leading digit nothing; a number beyond an int stops at its limit.
+std::optional<int> LeadingInteger(std::wstring_view text);

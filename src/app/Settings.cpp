@@ -327,13 +327,25 @@ bool Settings::WriteKey(std::wstring_view name, int32_t value) const {
 }
 
 bool Settings::WriteKey(int32_t Settings::*field) const {
-  return WriteKeys({field});
+  return WriteKeys({&field, 1});
 }
 
-bool Settings::WriteKeys(std::initializer_list<int32_t Settings::*> fields) const {
+bool Settings::WriteKeys(std::span<int32_t Settings::*const> fields) const {
   std::vector<std::pair<std::wstring, int32_t>> values;
   for (int32_t Settings::*field : fields) values.emplace_back(KeyName(field), this->*field);
   return WriteIntegerKeys(*this, values);
+}
+
+std::wstring Settings::ReadText(std::wstring_view name, size_t maxLength) const {
+  std::wstring text(maxLength + 1, L'\0');
+  text.resize(GetPrivateProfileStringW(section.c_str(), std::wstring(name).c_str(), L"", text.data(),
+                                       static_cast<DWORD>(text.size()), path.c_str()));
+  return text;
+}
+
+int32_t Settings::ReadInteger(std::wstring_view name, int32_t fallback) const {
+  return static_cast<int32_t>(
+      GetPrivateProfileIntW(section.c_str(), std::wstring(name).c_str(), fallback, path.c_str()));
 }
 
 std::wstring_view Settings::KeyName(int32_t Settings::*field) const {

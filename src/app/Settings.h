@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include <cstdint>
-#include <initializer_list>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -169,7 +169,12 @@ class Settings {
   bool WriteKey(std::wstring_view name, int32_t value) const;
   // The same for the keys of fields, with the fields' values, in one replace.
   bool WriteKey(int32_t Settings::*field) const;
-  bool WriteKeys(std::initializer_list<int32_t Settings::*> fields) const;
+  bool WriteKeys(std::span<int32_t Settings::*const> fields) const;
+  // A key the record does not keep (one of the extension's own), read from Vrk.ini as it stands now: a text
+  // of at most `maxLength` characters, empty when missing; a number, `fallback` when missing. The key
+  // does not join the record, so Save never writes it.
+  std::wstring ReadText(std::wstring_view name, size_t maxLength) const;
+  int32_t ReadInteger(std::wstring_view name, int32_t fallback) const;
   // The key name of a field of the record.
   std::wstring_view KeyName(int32_t Settings::*field) const;
 };

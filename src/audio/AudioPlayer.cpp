@@ -58,6 +58,13 @@ class ComScope {
 
 }  // namespace
 
+MidiPlayerCode MidiPlayerOf(int device) {
+  for (const MidiMethod& method : kMidiMethods) {
+    if (method.device == device) return method.player;
+  }
+  return kMidiNone;
+}
+
 bool ResolveShortcut(const std::wstring& path, std::wstring& target) {
   if (!HasExtension(path, L".lnk")) return false;
   ComScope com;

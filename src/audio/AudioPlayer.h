@@ -1,11 +1,13 @@
 #pragma once
 #include <windows.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "app/TextPair.h"
 #include "audio/BassPlayer.h"
 #include "audio/MidiPlayer.h"
 
@@ -16,6 +18,21 @@ enum MidiPlayerCode : int {
   kMidiMci = 2,
   kMidiDirectMusic = 3,
 };
+
+// The MIDI playing methods, in the order of the Music Extender's method box: the value its list keeps in
+// the "Device" option, the player an audition with the method creates, and the name the box shows.
+struct MidiMethod {
+  int device;
+  MidiPlayerCode player;
+  TextPair name;
+};
+inline constexpr std::array<MidiMethod, 3> kMidiMethods{{
+    {0, kMidiBass, {L"BASSMIDI", L"BASSMIDI"}},
+    {1, kMidiMci, {L"MCI", L"MCI"}},
+    {2, kMidiDirectMusic, {L"DirectMusic", L"DirectMusic"}},
+}};
+// The player of a stored "Device" value; none for a value no method has.
+MidiPlayerCode MidiPlayerOf(int device);
 
 // The audition player the dialogs own: ordinary audio goes to the BASS file player, ".mid" files to the
 // MIDI player chosen at construction.

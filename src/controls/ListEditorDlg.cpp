@@ -4,7 +4,6 @@
 #include "app/Prompt.h"
 #include "app/Strings.h"
 #include "app/TextFormat.h"
-#include "controls/Color.h"
 
 namespace {
 
@@ -21,6 +20,13 @@ constexpr TextPair strRowReadAsTag{
     L"Nothing was changed.",
     L"行の先頭を「%s」にすることはできません。リストファイルがその行を別の行として読み、行が失われます。"
     L"何も変更していません。"};
+
+// The dialog's remembered size.
+constexpr Binding<RememberedSize> kSizeBindings[] = {
+    {Bind::Option(L"WindowWidth"), Bind::Number(), &RememberedSize::width},
+    {Bind::Option(L"WindowHeight"), Bind::Number(), &RememberedSize::height},
+    {Bind::Option(L"WindowMaximized"), Bind::Number(), &RememberedSize::maximized},
+};
 
 }  // namespace
 
@@ -44,7 +50,9 @@ void RowCells::Set(std::wstring_view column, std::wstring_view value) {
 
 CListEditorDlg::CListEditorDlg(const DialogDef& dialog, std::span<const ControlDef> controls,
                                const ListEditorDef& editor)
-    : CSizingDialog(dialog, controls), editor(editor) {}
+    : CSizingDialog(dialog, controls), editor(editor) {
+  sizeValues.Add(kSizeBindings, size);
+}
 
 bool CListEditorDlg::OnInitDialog() {
   if (path.empty()) path = CombinePath(Paths().programFolder, editor.fileName);
@@ -55,14 +63,15 @@ bool CListEditorDlg::OnInitDialog() {
     ShowMessage(handle, FormatText(strListNotReadWhole, path, path), Text(strProductName),
                 MB_OK | MB_ICONWARNING);
   }
-  for (auto& [name, color] : colorOptions) *color = ParseColorHex(listFile.OptionOr(name, L""), kColorNone);
+  sizeValues.Show(*this, &listFile);
+  values.Show(*this, &listFile);
   OnOpened();
   listView.setListFile(shown);
   listView.SetupColumns(editor.columns);
   listView.onRowMoved = [this](int, int) { OnRowsChanged(); };
   listView.FillRows();
   UpdateButtons();
-  RestoreSize(listFile);
+  RestoreSize(size);
   OnRowsChanged();
   return true;
 }
@@ -121,11 +130,12 @@ void CListEditorDlg::OnDelete() {
 }
 
 void CListEditorDlg::OnOk() {
-  if (editor.sizeBeforeOptions) SaveSize(listFile);
-  for (const auto& [name, color] : colorOptions) listFile.SetOption(name, FormatColorHex(*color));
-  StoreOptions();
-  if (!editor.sizeBeforeOptions) SaveSize(listFile);
-  SaveListFileAndEnd(listFile, path, editor.flag, IDOK, [this] { OnSaved(); });
+  StoreRows();
+  SaveSize(size);
+  if (editor.sizeBeforeOptions) sizeValues.Store(*this, &listFile);
+  values.Store(*this, &listFile);
+  if (!editor.sizeBeforeOptions) sizeValues.Store(*this, &listFile);
+  SaveListFileAndEnd(listFile, path, editor.flag, IDOK, [this] { values.StoreAfterListSaved(*this); });
 }
 
 LRESULT CListEditorDlg::OnItemChanged(NMLISTVIEW& change) {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "app/QcsvDocument.h"
+#include "controls/Binding.h"
 #include "controls/DraggableListViewCtrl.h"
 #include "ui/SizingDialog.h"
 
@@ -57,9 +58,10 @@ struct ListEditorDef {
 // sets its change flag. Cancel writes nothing. A failed write leaves the dialog open with every change.
 //
 // An editor supplies its definition and control table, the item dialog (EditItem), and, where it has
-// them, extra options (BindColorOption, or OnOpened and StoreOptions), its own cell texts (listView.cellText)
-// and reactions to changed rows (OnRowsChanged). Its message map chains this one:
-// CHAIN_MSG_MAP(CListEditorDlg).
+// them, the values it keeps in options of the file or in settings (its binding table, added to `values`
+// in its constructor), its own cell texts (listView.cellText) and reactions to changed rows
+// (OnRowsChanged). The frame shows the bound values before OnOpened and stores them on OK. Its message
+// map chains this one: CHAIN_MSG_MAP(CListEditorDlg).
 class CListEditorDlg : public CSizingDialog {
  public:
   CListEditorDlg(const DialogDef& dialog, std::span<const ControlDef> controls, const ListEditorDef& editor);
@@ -81,23 +83,17 @@ class CListEditorDlg : public CSizingDialog {
  protected:
   // Opens the item dialog on `cells` (a new row when `adding`); true when the cells are to be taken.
   virtual bool EditItem(RowCells& cells, bool adding) = 0;
-  // After the file was read and before the list is filled: read options, set up extra controls,
-  // choose other rows to show (BindRows).
+  // After the file was read and the bound values shown, before the list is filled: set up extra
+  // controls, choose other rows to show (BindRows).
   virtual void OnOpened() {}
-  // On OK, before the file is written: put the extra options into the list file.
-  virtual void StoreOptions() {}
-  // On OK, after the file was written and before the change flag is set: store what the editor keeps
-  // outside the list file.
-  virtual void OnSaved() {}
+  // On OK, before the bound values are stored and the file is written: put back into the list file the
+  // rows shown apart from it.
+  virtual void StoreRows() {}
   // After the rows shown were filled, added, edited, deleted or moved.
   virtual void OnRowsChanged() {}
 
-  // Keeps `color` in an option of the list file ("#RRGGBB", empty for none): read after the file was
-  // read, written on OK before StoreOptions. Call from the constructor.
-  void BindColorOption(const wchar_t* name, COLORREF& color) { colorOptions.emplace_back(name, &color); }
-
   // Shows and edits `rows` instead of the list file itself (a part of it that the editor merges back
-  // in StoreOptions). Call from OnOpened.
+  // in StoreRows). Call from OnOpened.
   void BindRows(QcsvDocument& rows) { shown = &rows; }
   QcsvDocument& Rows() { return *shown; }
 
@@ -115,6 +111,8 @@ class CListEditorDlg : public CSizingDialog {
   QcsvDocument listFile;
   CDraggableListViewCtrl listView;
   const ListEditorDef editor;
+  // The editor's bound values, in the order OK stores them.
+  BoundValues values;
 
  private:
   void OnOk();
@@ -129,5 +127,6 @@ class CListEditorDlg : public CSizingDialog {
   bool CanBeWritten(const RowCells& cells);
 
   QcsvDocument* shown = &listFile;
-  std::vector<std::pair<const wchar_t*, COLORREF*>> colorOptions;
+  RememberedSize size;
+  BoundValues sizeValues;
 };

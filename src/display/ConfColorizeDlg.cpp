@@ -13,25 +13,26 @@ constexpr DialogDef kDialog{
     &strTitleIdentifiedColor, 0, 0, Layout::kColorDialogW, 60, DialogStyle::kModal, 0, kCenterOnOwner};
 constexpr auto kControls =
     JoinControls(ColorFieldRow(Dlg::kLabel, 6, 6, &strColor), OkCancelRow(211, 36, Anchor::TopLeft));
+// Without the option, or with it empty, the field shows the default; OK takes its last valid colour.
+constexpr Binding<Dlg> kBindings[] = {
+    {Bind::Option(kIdentifiedItemColorOption, kIdentifiedItemColorDefault), Bind::Color(), &Dlg::field}};
 
 }  // namespace
 
 CConfColorizeDlg::CConfColorizeDlg() : CConfColorizeDlg(CombinePath(Paths().programFolder, kListColorFile)) {}
 
 CConfColorizeDlg::CConfColorizeDlg(std::wstring path)
-    : CDialog(kDialog, kControls), path(std::move(path)), field(kEdit, kSwatch, kSelect) {}
+    : CDialog(kDialog, kControls), path(std::move(path)), field(kEdit, kSwatch, kSelect) {
+  values.Add(kBindings, *this);
+}
 
 bool CConfColorizeDlg::OnInitDialog() {
   listFile.Read(path, handle);
-  COLORREF color = kIdentifiedItemColorDefault;
-  std::optional<std::wstring> stored = listFile.Option(kIdentifiedItemColorOption);
-  if (stored && !stored->empty()) color = ParseColorHex(*stored, kColorNone);
-  field.Set(handle, color);
+  values.Show(*this, &listFile);
   return true;
 }
 
 void CConfColorizeDlg::OnOk() {
-  // The last valid colour counts, not a half-typed text.
-  listFile.SetOption(kIdentifiedItemColorOption, FormatColorHex(field.color));
+  values.Store(*this, &listFile);
   SaveListFileAndEnd(listFile, path);
 }

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "app/QcsvDocument.h"
+#include "controls/Binding.h"
 #include "controls/ColorField.h"
 #include "ui/Dialog.h"
 
@@ -25,11 +26,12 @@ class CConfColorizeDlg : public CDialog {
   END_MSG_MAP()
 
   std::wstring path;
+  ColorField field;
 
  private:
   bool OnInitDialog() override;
   void OnOk();
 
   QcsvDocument listFile;
-  ColorField field;
+  BoundValues values;
 };

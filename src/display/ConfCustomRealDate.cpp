@@ -1,8 +1,5 @@
 #include "display/ConfCustomRealDate.h"
 
-#include <cstdlib>
-#include <string>
-
 #include "app/Settings.h"
 #include "app/Strings.h"
 
@@ -30,22 +27,12 @@ constexpr auto kControls = JoinControls(
     }},
     OkCancelRow(kWidth - kMargin, kButtonsY, Anchor::TopLeft));
 
+// Each field takes the number it begins with, 0 for none, and no range check is made.
+constexpr Binding<> kBindings[] = {
+    {Bind::AtOnce(&Settings::iCustomRealDate_Month), Bind::Number(Dlg::kMonth)},
+    {Bind::AtOnce(&Settings::iCustomRealDate_Day), Bind::Number(Dlg::kDay)},
+};
+
 }  // namespace
 
-CConfCustomRealDate::CConfCustomRealDate() : CDialog(kDialog, kControls) {}
-
-bool CConfCustomRealDate::OnInitDialog() {
-  const Settings& settings = GlobalSettings();
-  SetItemText(kMonth, std::to_wstring(settings.iCustomRealDate_Month));
-  SetItemText(kDay, std::to_wstring(settings.iCustomRealDate_Day));
-  return true;
-}
-
-void CConfCustomRealDate::OnOk() {
-  Settings& settings = GlobalSettings();
-  settings.iCustomRealDate_Month = _wtoi(GetItemText(kMonth).c_str());
-  settings.iCustomRealDate_Day = _wtoi(GetItemText(kDay).c_str());
-  // One replace of the file for both, so that the history holds one version for one OK.
-  settings.WriteKeys({&Settings::iCustomRealDate_Month, &Settings::iCustomRealDate_Day});
-  EndDialog(IDOK);
-}
+CConfCustomRealDate::CConfCustomRealDate() : CSettingsDlg(kDialog, kControls, kBindings) {}

@@ -1,6 +1,7 @@
 #include "display/ConfDateFormatDlg.h"
 
 #include "app/Strings.h"
+#include "display/RadioColumn.h"
 
 namespace {
 
@@ -17,8 +18,9 @@ constexpr const TextPair* kChoices[] = {&strMonthDayYear, &strMonthNameDayYear, 
                                         &strDayMonthNameYear};
 constexpr DialogDef kDialog = RadioColumn::Dialog(&strTitleDateFormat, std::size(kChoices));
 constexpr auto kControls = RadioColumn::Controls(Dlg::kMonthDayYear, kChoices);
-constexpr RadioSetting kSetting{&Settings::iDateFormat, Dlg::kMonthDayYear, std::size(kChoices), 0, 0};
+constexpr Binding<> kBindings[] = {
+    {Bind::Setting(&Settings::iDateFormat), Bind::Radio(Dlg::kMonthDayYear, 1, std::size(kChoices))}};
 
 }  // namespace
 
-CConfDateFormatDlg::CConfDateFormatDlg() : CRadioSettingDlg(kDialog, kControls, kSetting) {}
+CConfDateFormatDlg::CConfDateFormatDlg() : CSettingsDlg(kDialog, kControls, kBindings) {}

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <iterator>
 
 #include "app/ListSchemas.h"
@@ -37,9 +36,6 @@ constexpr std::array<FormatTab, 3> kTabs{{
     {L"Stock", {L"Spell stock", L"ストック"}},
 }};
 
-constexpr wchar_t kVersionOption[] = L"Version";
-constexpr wchar_t kAddSpaceOption[] = L"AddSpace";
-constexpr wchar_t kTopDownOption[] = L"TopDown";
 constexpr int kCurrentVersion = 2;
 constexpr wchar_t kDefaultBandColor[] = L"#000000";
 constexpr int kThresholdColumn = 1;
@@ -47,7 +43,7 @@ constexpr int kColorColumn = 2;
 
 // The leading number of a text, 0 when it has none.
 int LeadingNumber(const std::wstring& text) {
-  return _wtoi(text.c_str());
+  return LeadingInteger(text).value_or(0);
 }
 
 using Dlg = CConfFormatDlg;
@@ -65,6 +61,11 @@ constexpr int16_t kCheckW = kWidth - 2 * kMargin - 2 * (kButtonW + kMargin);
 // This editor stores its size before Version, AddSpace and TopDown.
 constexpr ListEditorDef kEditor{kListColorFile, kListColorColumns, kFlagListFormat, Dlg::kList,
                                 Dlg::kAdd,      Dlg::kEdit,        Dlg::kDelete,    true};
+constexpr Binding<Dlg> kBindings[] = {
+    {Bind::Option(L"Version"), Bind::Number(), &Dlg::version},
+    {Bind::Option(L"AddSpace"), Bind::Check(Dlg::kAddSpace)},
+    {Bind::Option(L"TopDown"), Bind::Check(Dlg::kTopDown)},
+};
 constexpr DialogDef kDialog{&strTitleListFormat, 0, 0, kWidth, kHeight, DialogStyle::kSizing};
 constexpr auto kControls = JoinControls(
     std::array<ControlDef, 7>{{
@@ -101,15 +102,14 @@ std::wstring RangeText(const std::vector<int>& t, size_t i, bool topDown) {
 
 }  // namespace
 
-CConfFormatDlg::CConfFormatDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
+CConfFormatDlg::CConfFormatDlg() : CListEditorDlg(kDialog, kControls, kEditor) {
+  values.Add(kBindings, *this);
+}
 
 void CConfFormatDlg::OnOpened() {
-  const int version = LeadingNumber(listFile.OptionOr(kVersionOption, L""));
-  topDown = LeadingNumber(listFile.OptionOr(kTopDownOption, L"")) != 0;
-  CheckButton(kAddSpace, LeadingNumber(listFile.OptionOr(kAddSpaceOption, L"")) != 0);
-  CheckButton(kTopDown, topDown);
   for (const TextPair& column : kListColorColumns) listFile.EnsureColumn(column.English());
   if (version < kCurrentVersion) SortOldFile();
+  version = kCurrentVersion;
 
   HWND tabs = Item(kTab);
   for (size_t i = 0; i < kTabs.size(); ++i) {
@@ -192,11 +192,6 @@ LRESULT CConfFormatDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
   return CDRF_DODEFAULT;
 }
 
-void CConfFormatDlg::OnTopDown() {
-  topDown = IsChecked(kTopDown);
-  UpdateRangeTexts();
-}
-
 void CConfFormatDlg::OnRowsChanged() {
   UpdateRangeTexts();
   FitColumns();
@@ -211,7 +206,7 @@ void CConfFormatDlg::UpdateRangeTexts() {
   for (int row = 0; row < count; ++row)
     thresholds.push_back(LeadingNumber(ListViewItemText(list, row, kThresholdColumn)));
   for (int row = 0; row < count; ++row) {
-    std::wstring text = RangeText(thresholds, static_cast<size_t>(row), topDown);
+    std::wstring text = RangeText(thresholds, static_cast<size_t>(row), IsChecked(kTopDown));
     ListView_SetItemText(list, row, kThresholdColumn, text.data());
   }
 }
@@ -245,9 +240,6 @@ bool CConfFormatDlg::EditItem(RowCells& cells, bool adding) {
   return true;
 }
 
-void CConfFormatDlg::StoreOptions() {
+void CConfFormatDlg::StoreRows() {
   MergeTab();
-  listFile.SetOption(kVersionOption, kCurrentVersion);
-  listFile.SetOption(kAddSpaceOption, IsChecked(kAddSpace) ? 1 : 0);
-  listFile.SetOption(kTopDownOption, topDown ? 1 : 0);
 }

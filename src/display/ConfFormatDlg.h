@@ -14,24 +14,26 @@ class CConfFormatDlg : public CListEditorDlg {
 
   CConfFormatDlg();
 
+  // The order of the file's bands: files before version 2 are sorted when they open, and OK writes 2.
+  int32_t version = 0;
+
   BEGIN_MSG_MAP(CConfFormatDlg)
     NOTIFY_HANDLER(kTab, TCN_SELCHANGE, OnTabChange)
     NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
-    COMMAND_ID_HANDLER(kTopDown, OnTopDown)
+    COMMAND_ID_HANDLER(kTopDown, UpdateRangeTexts)
     CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
 
  protected:
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
-  void StoreOptions() override;
+  void StoreRows() override;
   void OnRowsChanged() override;
 
  private:
   LRESULT OnTabChange(NMHDR& header);
   // Paints each band's colour cell in its colour.
   LRESULT OnDraw(NMLVCUSTOMDRAW& draw);
-  void OnTopDown();
 
   // Positions in the list file of the rows that belong to a tab, in file order.
   std::vector<size_t> RowsOfTab(size_t tab) const;
@@ -47,5 +49,4 @@ class CConfFormatDlg : public CListEditorDlg {
 
   QcsvDocument tabRows;
   size_t tab = 0;
-  bool topDown = false;
 };

@@ -1,7 +1,5 @@
 #include "display/ConfInfoLayerDlg.h"
 
-#include <cwchar>
-
 #include "app/ExtensionNotify.h"
 #include "app/ListSchemas.h"
 #include "app/Paths.h"
@@ -56,10 +54,20 @@ int32_t PackedSetting(size_t item) {
   return packed[item];
 }
 
-// Decimal text as the extension reads it: up to the first character that is not a digit.
-int32_t ParseInteger(const std::wstring& text) {
-  return static_cast<int32_t>(std::wcstol(text.c_str(), nullptr, 10));
-}
+// What InfoLayer.qcsv keeps of an item, in options named by its key name and these suffixes. A colour
+// that is missing or empty is white text on a black edge.
+using Stored = CConfInfoLayerDlg::StoredItem;
+constexpr Binding<Stored> kItemBindings[] = {
+    {Bind::Option(L"_anchor"), Bind::Number(), &Stored::anchor},
+    {Bind::Option(L"_x"), Bind::Number(), &Stored::x},
+    {Bind::Option(L"_y"), Bind::Number(), &Stored::y},
+    {Bind::Option(L"_colFore", COLORREF{0xFFFFFF}), Bind::Color(), &Stored::foreground},
+    {Bind::Option(L"_colBack", COLORREF{0x000000}), Bind::Color(), &Stored::background},
+};
+
+// The extension's font, kept in Vrk.ini beside the settings.
+constexpr wchar_t kGameFontFaceKey[] = L"lfFaceName";
+constexpr wchar_t kGameFontHeightKey[] = L"lfHeight";
 
 BOOL CALLBACK TakeGameWindow(HWND window, LPARAM found) {
   wchar_t className[64]{}, title[256]{};
@@ -103,7 +111,9 @@ CConfInfoLayerDlg::CConfInfoLayerDlg(std::wstring path)
              {L"Stamina", strStaminaName},
              {L"Etherwind", strEtherwindName},
              {L"QuestCount", strQuestCountName},
-             {L"QuestNpcDir", strQuestNpcDirName}}} {}
+             {L"QuestNpcDir", strQuestNpcDirName}}} {
+  for (size_t i = 0; i < items.size(); ++i) values.Add(kItemBindings, stored[i], items[i].keyName);
+}
 
 bool CConfInfoLayerDlg::OnInitDialog() {
   SetTimer(handle, kStartTimer, 100, nullptr);
@@ -145,30 +155,23 @@ void CConfInfoLayerDlg::PlaceItems() {
   if (placed) return;
   placed = true;
   const Settings& settings = GlobalSettings();
-  wchar_t face[LF_FACESIZE + 1]{};
-  GetPrivateProfileStringW(settings.section.c_str(), L"lfFaceName", L"", face,
-                           static_cast<DWORD>(std::size(face)), settings.path.c_str());
   LOGFONTW font{};
-  font.lfHeight = static_cast<LONG>(
-      GetPrivateProfileIntW(settings.section.c_str(), L"lfHeight", 0, settings.path.c_str()));
-  lstrcpynW(font.lfFaceName, face, LF_FACESIZE);
+  font.lfHeight = settings.ReadInteger(kGameFontHeightKey, 0);
+  lstrcpynW(font.lfFaceName, settings.ReadText(kGameFontFaceKey, LF_FACESIZE).c_str(), LF_FACESIZE);
   gameFont.Reset(CreateFontIndirectW(&font));
 
   const bool fromFile = listFile.Read(path, handle);
+  if (fromFile) values.Show(*this, &listFile);
   for (size_t i = 0; i < items.size(); ++i) {
     CDraggableStaticCtrl& item = items[i];
     item.Attach(Item(kFrameId + static_cast<int>(i)), picture.Get());
     item.SetGameFont(gameFont.Get());
     POINT offset{};
     if (fromFile) {
-      const std::wstring key = item.keyName;
-      item.anchor = ParseInteger(listFile.OptionOr(key + L"_anchor", L""));
-      offset = {ParseInteger(listFile.OptionOr(key + L"_x", L"")),
-                ParseInteger(listFile.OptionOr(key + L"_y", L""))};
-      std::wstring fore = listFile.OptionOr(key + L"_colFore", L"");
-      std::wstring back = listFile.OptionOr(key + L"_colBack", L"");
-      item.foreground = ParseColorHex(fore.empty() ? L"#ffffff" : fore, kColorNone);
-      item.background = ParseColorHex(back.empty() ? L"#000000" : back, kColorNone);
+      item.anchor = stored[i].anchor;
+      offset = {stored[i].x, stored[i].y};
+      item.foreground = stored[i].foreground;
+      item.background = stored[i].background;
     } else {
       const PackedPosition packed = DecodePackedPosition(PackedSetting(i));
       item.anchor = packed.anchor;
@@ -214,13 +217,11 @@ void CConfInfoLayerDlg::Close(int button) {
 }
 
 void CConfInfoLayerDlg::StorePositions() {
-  for (const CDraggableStaticCtrl& item : items) {
-    const std::wstring key = item.keyName;
+  for (size_t i = 0; i < items.size(); ++i) {
+    const CDraggableStaticCtrl& item = items[i];
     const POINT offset = AnchoredOffset(item.anchor, item.Position(), area);
-    listFile.SetOption(key + L"_anchor", item.anchor);
-    listFile.SetOption(key + L"_x", static_cast<int>(offset.x));
-    listFile.SetOption(key + L"_y", static_cast<int>(offset.y));
-    listFile.SetOption(key + L"_colFore", FormatColorHex(item.foreground));
-    listFile.SetOption(key + L"_colBack", FormatColorHex(item.background));
+    stored[i] = {item.anchor, static_cast<int32_t>(offset.x), static_cast<int32_t>(offset.y), item.foreground,
+                 item.background};
   }
+  values.Store(*this, &listFile);
 }

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "app/QcsvDocument.h"
+#include "controls/Binding.h"
 #include "display/DraggableStaticCtrl.h"
 #include "ui/Dialog.h"
 
@@ -37,6 +38,14 @@ class CConfInfoLayerDlg : public CDialog {
   static constexpr UINT_PTR kStartTimer = 1;
   // Commands of the dialog's menu: reset all, then one per item in item order.
   enum : int { kResetAll = 1, kResetFirstItem = 2 };
+  // What the list file keeps of an item: its anchor, its offset from the anchored corner and its colours.
+  struct StoredItem {
+    int32_t anchor = 0;
+    int32_t x = 0;
+    int32_t y = 0;
+    COLORREF foreground = 0;
+    COLORREF background = 0;
+  };
 
   // On InfoLayer.qcsv in the tool's folder, as the main dialog opens it.
   CConfInfoLayerDlg();
@@ -68,6 +77,8 @@ class CConfInfoLayerDlg : public CDialog {
 
   bool placed = false;
   QcsvDocument listFile;
+  std::array<StoredItem, 5> stored;
+  BoundValues values;
   BitmapHandle picture;
   FontHandle gameFont;
 };

@@ -1,6 +1,7 @@
 #include "display/ConfSatietyFormatDlg.h"
 
 #include "app/Strings.h"
+#include "display/RadioColumn.h"
 
 namespace {
 
@@ -12,9 +13,9 @@ using Dlg = CConfSatietyFormatDlg;
 constexpr const TextPair* kChoices[] = {&strRaw, &strPercentage, &strTurn};
 constexpr DialogDef kDialog = RadioColumn::Dialog(&strTitleSatietyFormat, std::size(kChoices));
 constexpr auto kControls = RadioColumn::Controls(Dlg::kRaw, kChoices);
-constexpr RadioSetting kSetting{&Settings::iSatietyFormat, Dlg::kRaw, std::size(kChoices), 0,
-                                kFlagSatietyFormat};
+constexpr Binding<> kBindings[] = {{Bind::AtOnce(&Settings::iSatietyFormat, kFlagSatietyFormat),
+                                    Bind::Radio(Dlg::kRaw, 1, std::size(kChoices))}};
 
 }  // namespace
 
-CConfSatietyFormatDlg::CConfSatietyFormatDlg() : CRadioSettingDlg(kDialog, kControls, kSetting) {}
+CConfSatietyFormatDlg::CConfSatietyFormatDlg() : CSettingsDlg(kDialog, kControls, kBindings) {}

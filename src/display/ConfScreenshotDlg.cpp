@@ -84,25 +84,22 @@ constexpr auto kControls = JoinControls(
     }},
     OkCancelRow(kWidth - kMargin, kButtonsY, Anchor::TopLeft));
 
+// The range is the list position and the format 1 for PNG, 2 for JPEG; with neither chosen, the format
+// stays as it was.
+constexpr Binding<> kBindings[] = {
+    {Bind::Setting(&Settings::iScreenshotRange), Bind::Combo(Dlg::kRange, kRanges)},
+    {Bind::Setting(&Settings::enScreenshotIncludeFrame), Bind::Check(Dlg::kIncludeFrame)},
+    {Bind::Setting(&Settings::iScreenshotFormat), Bind::Radio(Dlg::kPng, kPngFormat, kJpegFormat)},
+    {Bind::Setting(&Settings::iJpegQuality), Bind::Track(Dlg::kQuality, kMinQuality, kMaxQuality)},
+};
+
 }  // namespace
 
-CConfScreenshotDlg::CConfScreenshotDlg() : CDialog(kDialog, kControls) {}
+CConfScreenshotDlg::CConfScreenshotDlg() : CSettingsDlg(kDialog, kControls, kBindings) {}
 
 bool CConfScreenshotDlg::OnInitDialog() {
-  const Settings& settings = GlobalSettings();
-  for (const TextPair& range : kRanges) AddComboItem(kRange, Text(range));
-  if (settings.iScreenshotRange >= 0 && settings.iScreenshotRange < static_cast<int>(kRanges.size()))
-    SetComboSelection(kRange, settings.iScreenshotRange);
-  CheckButton(kIncludeFrame, settings.enScreenshotIncludeFrame != 0);
-  CheckButton(kPng, settings.iScreenshotFormat == kPngFormat);
-  CheckButton(kJpeg, settings.iScreenshotFormat == kJpegFormat);
-  SetTrackRange(kQuality, kMinQuality, kMaxQuality, 10);
-  const int quality = std::clamp(settings.iJpegQuality, kMinQuality, kMaxQuality);
-  SetTrackPos(kQuality, quality);
-  settingQuality = true;
-  SetItemText(kQualityEdit, std::to_wstring(quality));
-  settingQuality = false;
-  ShowQuality(quality);
+  CSettingsDlg::OnInitDialog();
+  OnQualityMoved();
   OnFormat();
   return true;
 }
@@ -136,15 +133,4 @@ void CConfScreenshotDlg::OnQualityMoved() {
 
 void CConfScreenshotDlg::ShowQuality(int quality) {
   SetItemText(kQualityBand, Text(QualityBand(quality)));
-}
-
-void CConfScreenshotDlg::OnOk() {
-  Settings& settings = GlobalSettings();
-  const int range = ComboSelection(kRange);
-  if (range >= 0) settings.iScreenshotRange = range;
-  settings.enScreenshotIncludeFrame = IsChecked(kIncludeFrame) ? 1 : 0;
-  if (IsChecked(kPng)) settings.iScreenshotFormat = kPngFormat;
-  if (IsChecked(kJpeg)) settings.iScreenshotFormat = kJpegFormat;
-  settings.iJpegQuality = TrackPos(kQuality);
-  EndDialog(IDOK);
 }

@@ -1,6 +1,6 @@
 #pragma once
 #include "app/TextPair.h"
-#include "ui/Dialog.h"
+#include "controls/SettingsDlg.h"
 
 // What the quality label says of a JPEG quality.
 inline constexpr TextPair strQualityHigh{L"(High Quality)", L"（高品質）"};
@@ -11,7 +11,7 @@ inline constexpr TextPair strQualityVeryLow{L"(Very Low Q.)", L"（超低品質�
 // The extension's screenshots: the range Ctrl + Alt + Print Screen takes, whether a full-screen shot
 // keeps the window frame, PNG or JPEG and the JPEG quality. OK keeps the choices in memory; they reach
 // Vrk.ini with the other settings when the main dialog is confirmed.
-class CConfScreenshotDlg : public CDialog {
+class CConfScreenshotDlg : public CSettingsDlg {
  public:
   enum : uint16_t {
     kRangeLabel = 1000,
@@ -29,16 +29,15 @@ class CConfScreenshotDlg : public CDialog {
   CConfScreenshotDlg();
 
   BEGIN_MSG_MAP(CConfScreenshotDlg)
-    COMMAND_ID_HANDLER(IDOK, OnOk)
     COMMAND_ID_HANDLER(kPng, OnFormat)
     COMMAND_ID_HANDLER(kJpeg, OnFormat)
     COMMAND_HANDLER(kQualityEdit, EN_CHANGE, OnQualityTyped)
     HSCROLL_HANDLER(kQuality, OnQualityMoved)
+    CHAIN_MSG_MAP(CSettingsDlg)
   END_MSG_MAP()
 
  private:
   bool OnInitDialog() override;
-  void OnOk();
   void OnFormat();
   void OnQualityTyped();
   void OnQualityMoved();

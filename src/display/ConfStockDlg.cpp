@@ -72,8 +72,9 @@ constexpr auto kControls = JoinControls(
     OkCancelRow(kWidth - kMargin, kButtonsY, Anchor::TopLeft));
 
 // No choice stores Type 1.
-constexpr RadioSetting kSetting{&Settings::iStockMK, Dlg::kType1, 3, 1, kFlagStock};
+constexpr Binding<> kBindings[] = {
+    {Bind::AtOnce(&Settings::iStockMK, kFlagStock), Bind::Radio(Dlg::kType1, 1, 3, 1)}};
 
 }  // namespace
 
-CConfStockDlg::CConfStockDlg() : CRadioSettingDlg(kDialog, kControls, kSetting) {}
+CConfStockDlg::CConfStockDlg() : CSettingsDlg(kDialog, kControls, kBindings) {}

@@ -1,9 +1,9 @@
 #pragma once
-#include "display/RadioSettingDlg.h"
+#include "controls/SettingsDlg.h"
 
 // Chooses how the extension shortens large stock numbers (Type 1 to Type 3), each type shown with its
 // samples and description beside the plain numbers. OK writes iStockMK at once and tells the extension.
-class CConfStockDlg : public CRadioSettingDlg {
+class CConfStockDlg : public CSettingsDlg {
  public:
   enum : uint16_t {
     kType1 = 1000,

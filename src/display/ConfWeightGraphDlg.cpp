@@ -1,6 +1,5 @@
 #include "display/ConfWeightGraphDlg.h"
 
-#include "app/ExtensionNotify.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
 
@@ -41,39 +40,18 @@ constexpr auto kControls =
                  ColorFieldRow(Dlg::kLoseLabel, kMargin, RowY(3), &strLose, kColorLabelW),
                  OkCancelRow(kWidth - kMargin, kButtonsY, Anchor::TopLeft));
 
-// A colour key holds the colour value as a signed number, so no colour is -1.
-int32_t ColorKeyValue(COLORREF color) {
-  return static_cast<int32_t>(color);
-}
+// A colour is written as the signed number of its value (no colour -1), from the edit's text as it stands.
+constexpr Binding<> kBindings[] = {
+    {Bind::AtOnce(&Settings::iWeightGraphPosition_Right, kFlagWeightGraph), Bind::Radio(Dlg::kLeft, 0, 1, 1)},
+    {Bind::AtOnce(&Settings::iWeightGraphColor_Gain, kFlagWeightGraph), Bind::Color(Dlg::kGainEdit)},
+    {Bind::AtOnce(&Settings::iWeightGraphColor_Current, kFlagWeightGraph), Bind::Color(Dlg::kCurrentEdit)},
+    {Bind::AtOnce(&Settings::iWeightGraphColor_Lose, kFlagWeightGraph), Bind::Color(Dlg::kLoseEdit)},
+};
 
 }  // namespace
 
 CConfWeightGraphDlg::CConfWeightGraphDlg()
-    : CDialog(kDialog, kControls),
+    : CSettingsDlg(kDialog, kControls, kBindings),
       gainField(kGainEdit, kGainSwatch, kGainSelect),
       currentField(kCurrentEdit, kCurrentSwatch, kCurrentSelect),
       loseField(kLoseEdit, kLoseSwatch, kLoseSelect) {}
-
-bool CConfWeightGraphDlg::OnInitDialog() {
-  const Settings& settings = GlobalSettings();
-  CheckButton(settings.iWeightGraphPosition_Right ? kRight : kLeft, true);
-  gainField.Set(handle, static_cast<COLORREF>(settings.iWeightGraphColor_Gain));
-  currentField.Set(handle, static_cast<COLORREF>(settings.iWeightGraphColor_Current));
-  loseField.Set(handle, static_cast<COLORREF>(settings.iWeightGraphColor_Lose));
-  return true;
-}
-
-void CConfWeightGraphDlg::OnOk() {
-  Settings& settings = GlobalSettings();
-  // The texts as they stand count here, not the fields' last valid colours.
-  auto typed = [this](int edit) { return ColorKeyValue(ParseColorHex(GetItemText(edit), kColorNone)); };
-  settings.iWeightGraphPosition_Right = IsChecked(kRight) ? 1 : 0;
-  settings.iWeightGraphColor_Gain = typed(kGainEdit);
-  settings.iWeightGraphColor_Current = typed(kCurrentEdit);
-  settings.iWeightGraphColor_Lose = typed(kLoseEdit);
-  // One replace of the file for all four, so that the history holds one version for one OK.
-  settings.WriteKeys({&Settings::iWeightGraphPosition_Right, &Settings::iWeightGraphColor_Gain,
-                      &Settings::iWeightGraphColor_Current, &Settings::iWeightGraphColor_Lose});
-  NotifyExtensionFromLastWindow(kFlagWeightGraph);
-  EndDialog(IDOK);
-}

@@ -1,10 +1,10 @@
 #pragma once
 #include "controls/ColorField.h"
-#include "ui/Dialog.h"
+#include "controls/SettingsDlg.h"
 
 // Where the weight graph stands and its three colours. OK writes all four keys to Vrk.ini at once
 // (a colour field whose text is no colour writes the no-colour value) and tells the extension.
-class CConfWeightGraphDlg : public CDialog {
+class CConfWeightGraphDlg : public CSettingsDlg {
  public:
   enum : uint16_t {
     kPositionLabel = 1000,
@@ -27,16 +27,13 @@ class CConfWeightGraphDlg : public CDialog {
   CConfWeightGraphDlg();
 
   BEGIN_MSG_MAP(CConfWeightGraphDlg)
-    COMMAND_ID_HANDLER(IDOK, OnOk)
     CHAIN_MSG_MAP_MEMBER(gainField)
     CHAIN_MSG_MAP_MEMBER(currentField)
     CHAIN_MSG_MAP_MEMBER(loseField)
+    CHAIN_MSG_MAP(CSettingsDlg)
   END_MSG_MAP()
 
  private:
-  bool OnInitDialog() override;
-  void OnOk();
-
   ColorField gainField;
   ColorField currentField;
   ColorField loseField;

@@ -2,8 +2,6 @@
 
 #include <commdlg.h>
 
-#include <cwctype>
-
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/Strings.h"
@@ -18,13 +16,6 @@ constexpr TextPair strFontNormal{L"Normal", L"標準"};
 constexpr TextPair strFontBold{L"Bold", L"太字"};
 constexpr TextPair strFontItalic{L"Italic", L"斜体"};
 
-constexpr wchar_t kOptionFontSize[] = L"FontSize";
-constexpr wchar_t kOptionFontBold[] = L"FontBold";
-constexpr wchar_t kOptionFontItalic[] = L"FontItalic";
-constexpr wchar_t kOptionFontFace[] = L"FontFace";
-constexpr wchar_t kOptionBkColor[] = L"BkColor";
-constexpr wchar_t kOptionMasterVolume[] = L"MasterVolume";
-constexpr wchar_t kOptionRemoteTalk[] = L"EnableRemoteTalk";
 // The largest size the font chooser offers, in points.
 constexpr int kMaxFontSize = 1638;
 
@@ -67,12 +58,18 @@ constexpr auto kControls = JoinControls(
 constexpr ListEditorDef kEditor{kLogExFile, kLogExColumns, kFlagLogExtractor, Dlg::kList,
                                 Dlg::kAdd,  Dlg::kEdit,    Dlg::kDelete};
 
-// An option's number; a missing one, or one that is no number, gives the fallback.
-int NumberOption(const QcsvDocument& file, const wchar_t* name, int fallback) {
-  const std::wstring text = file.OptionOr(name, L"");
-  if (text.empty() || !(std::iswdigit(text[0]) || text[0] == L'-')) return fallback;
-  return _wtoi(text.c_str());
-}
+// The log windows' options, in the order OK writes them; a volume that is missing or no number is 100.
+using Item = CConfLogExItemDlg;
+constexpr Binding<Dlg> kBindings[] = {
+    {Bind::Option(L"FontSize"), Bind::Number(), &Dlg::fontSize},
+    {Bind::Option(L"FontBold"), Bind::Check(), &Dlg::fontBold},
+    {Bind::Option(L"FontItalic"), Bind::Check(), &Dlg::fontItalic},
+    {Bind::Option(L"FontFace"), Bind::Text(), &Dlg::fontFace},
+    {Bind::Option(L"BkColor", kColorNone), Bind::Color(), &Dlg::bkColor},
+    {Bind::Option(L"MasterVolume", Item::kVolumeMax),
+     Bind::Track(Dlg::kMasterVolume, Item::kVolumeMin, Item::kVolumeMax)},
+    {Bind::Option(L"EnableRemoteTalk"), Bind::Check(Dlg::kRemoteTalk)},
+};
 
 int ScreenPixelsPerInchY() {
   HDC screen = GetDC(nullptr);
@@ -94,34 +91,18 @@ std::wstring DescribeLogFont(std::wstring_view face, int points, bool bold, bool
   return FormatText(L"%ls [%dpt, %ls]", face, points, style);
 }
 
-CConfLogExDlg::CConfLogExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
+CConfLogExDlg::CConfLogExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {
+  values.Add(kBindings, *this);
+}
 
 void CConfLogExDlg::OnOpened() {
-  fontSize = NumberOption(listFile, kOptionFontSize, 0);
   // A size no font has (a hand edit's -5) is no size, as a missing one; a face is at most what a font
   // can be named.
   if (fontSize < 0 || fontSize > kMaxFontSize) fontSize = 0;
   fontHeight = -MulDiv(fontSize, ScreenPixelsPerInchY(), 72);
-  fontFace = listFile.OptionOr(kOptionFontFace, L"").substr(0, LF_FACESIZE - 1);
-  fontBold = NumberOption(listFile, kOptionFontBold, 0) != 0;
-  fontItalic = NumberOption(listFile, kOptionFontItalic, 0) != 0;
-  bkColor = ParseColorHex(listFile.OptionOr(kOptionBkColor, L""), kColorNone);
-  using Item = CConfLogExItemDlg;
-  SetTrackRange(kMasterVolume, Item::kVolumeMin, Item::kVolumeMax, Item::kVolumePage);
-  SetTrackPos(kMasterVolume, NumberOption(listFile, kOptionMasterVolume, Item::kVolumeMax));
-  CheckButton(kRemoteTalk, NumberOption(listFile, kOptionRemoteTalk, 0) != 0);
+  if (fontFace.size() >= LF_FACESIZE) fontFace.resize(LF_FACESIZE - 1);
   ShowFontText();
   OnMasterVolume();
-}
-
-void CConfLogExDlg::StoreOptions() {
-  listFile.SetOption(kOptionFontSize, fontSize);
-  listFile.SetOption(kOptionFontBold, fontBold ? 1 : 0);
-  listFile.SetOption(kOptionFontItalic, fontItalic ? 1 : 0);
-  listFile.SetOption(kOptionFontFace, fontFace);
-  listFile.SetOption(kOptionBkColor, FormatColorHex(bkColor));
-  listFile.SetOption(kOptionMasterVolume, TrackPos(kMasterVolume));
-  listFile.SetOption(kOptionRemoteTalk, IsChecked(kRemoteTalk) ? 1 : 0);
 }
 
 bool CConfLogExDlg::EditItem(RowCells& cells, bool adding) {

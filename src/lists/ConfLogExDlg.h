@@ -40,6 +40,13 @@ class CConfLogExDlg : public CListEditorDlg {
 
   CConfLogExDlg();
 
+  // The log windows' font and background colour, kept in options of the list file.
+  std::wstring fontFace;
+  int32_t fontSize = 0;
+  int32_t fontBold = 0;
+  int32_t fontItalic = 0;
+  COLORREF bkColor = kColorNone;
+
   BEGIN_MSG_MAP(CConfLogExDlg)
     COMMAND_ID_HANDLER(kFont, OnFont)
     COMMAND_ID_HANDLER(kBkColor, OnBkColor)
@@ -52,7 +59,6 @@ class CConfLogExDlg : public CListEditorDlg {
  protected:
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
-  void StoreOptions() override;
 
  private:
   void OnFont();
@@ -62,10 +68,5 @@ class CConfLogExDlg : public CListEditorDlg {
   void OnHelp();
   void ShowFontText();
 
-  std::wstring fontFace;
-  int fontSize = 0;
   int fontHeight = 0;
-  bool fontBold = false;
-  bool fontItalic = false;
-  COLORREF bkColor = kColorNone;
 };

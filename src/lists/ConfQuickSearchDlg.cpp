@@ -21,12 +21,16 @@ constexpr auto kControls = JoinControls(
 
 // Older files spell the third "BkCOlor3"; option names match without regard to case, and OK writes
 // this spelling.
-constexpr const wchar_t* kFlashColorKeys[] = {L"BkColor1", L"BkColor2", L"BkColor3"};
+constexpr Binding<Dlg> kBindings[] = {
+    {Bind::Option(L"BkColor1", kColorNone), Bind::Color(), &Dlg::flashColor1},
+    {Bind::Option(L"BkColor2", kColorNone), Bind::Color(), &Dlg::flashColor2},
+    {Bind::Option(L"BkColor3", kColorNone), Bind::Color(), &Dlg::flashColor3},
+};
 
 }  // namespace
 
 CConfQuickSearchDlg::CConfQuickSearchDlg() : CListEditorDlg(kDialog, kControls, kEditor) {
-  for (size_t i = 0; i < flashColors.size(); ++i) BindColorOption(kFlashColorKeys[i], flashColors[i]);
+  values.Add(kBindings, *this);
 }
 
 bool CConfQuickSearchDlg::EditItem(RowCells& cells, bool adding) {
@@ -37,6 +41,9 @@ bool CConfQuickSearchDlg::EditItem(RowCells& cells, bool adding) {
 }
 
 void CConfQuickSearchDlg::OnFlashColors() {
-  CConfQuickSearchFlashDlg flash(flashColors);
-  if (flash.DoModal(handle) == IDOK) flashColors = flash.colors;
+  CConfQuickSearchFlashDlg flash({flashColor1, flashColor2, flashColor3});
+  if (flash.DoModal(handle) != IDOK) return;
+  flashColor1 = flash.colors[0];
+  flashColor2 = flash.colors[1];
+  flashColor3 = flash.colors[2];
 }

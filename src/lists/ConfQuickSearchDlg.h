@@ -1,6 +1,5 @@
 #pragma once
-#include <array>
-
+#include "controls/Color.h"
 #include "controls/ListEditorDlg.h"
 
 // The Quick Search editor: the words the extension searches for, and the three colours with which it
@@ -10,6 +9,11 @@ class CConfQuickSearchDlg : public CListEditorDlg {
   enum : uint16_t { kAdd = 1000, kEdit, kDelete, kFlashColors, kList };
 
   CConfQuickSearchDlg();
+
+  // The three flash colours, kept in options of the list file.
+  COLORREF flashColor1 = kColorNone;
+  COLORREF flashColor2 = kColorNone;
+  COLORREF flashColor3 = kColorNone;
 
   BEGIN_MSG_MAP(CConfQuickSearchDlg)
     COMMAND_ID_HANDLER(kFlashColors, OnFlashColors)
@@ -21,6 +25,4 @@ class CConfQuickSearchDlg : public CListEditorDlg {
 
  private:
   void OnFlashColors();
-
-  std::array<COLORREF, 3> flashColors{};
 };

@@ -31,8 +31,12 @@ constexpr TextPair strUnusableSoundFont{
     L"Move or rename the file and choose it again. The previous SoundFont is kept.",
     L"サウンドフォントのパスにカンマ（,）やダブルクォート（\"）は使えません。\r\n"
     L"ファイルを移動するか名前を変えてから選び直してください。以前のサウンドフォントのままにします。"};
-// The methods in the order of the "Device" values.
-constexpr const wchar_t* kMethodNames[] = {L"BASSMIDI", L"MCI", L"DirectMusic"};
+// The method box's entries: the methods' names in the order of their "Device" values.
+constexpr auto kMethodNames = [] {
+  std::array<TextPair, kMidiMethods.size()> names{};
+  for (const MidiMethod& method : kMidiMethods) names[static_cast<size_t>(method.device)] = method.name;
+  return names;
+}();
 
 constexpr int16_t kTopButtonW = 54;
 constexpr auto kControls = JoinControls(
@@ -62,6 +66,13 @@ constexpr auto kControls = JoinControls(
 constexpr DialogDef kDialog{&strTitleMusicExtender, 0, 0, 354, 216, DialogStyle::kSizing};
 constexpr ListEditorDef kEditor{kBgmExFile,         kBgmExColumns, kFlagMusicExtender, Dlg::kList,
                                 Dlg::kAddCondition, Dlg::kEdit,    Dlg::kDelete};
+// A method this tool does not know shows no choice and stays as stored (the condition editor then
+// auditions without MIDI). The musiclist switch is written only once the list is saved.
+constexpr Binding<> kBindings[] = {
+    {Bind::Option(kDeviceOption), Bind::Combo(Dlg::kMethod, kMethodNames)},
+    {Bind::Option(kSoundFontOption), Bind::Text(Dlg::kSoundFontPath)},
+    {Bind::AfterListSaved(&Settings::enMusicExtender_NoReplace), Bind::Check(Dlg::kDisableMusiclist)},
+};
 
 const wchar_t* Column(const TextPair& column) {
   return column.English();
@@ -77,30 +88,13 @@ std::wstring ShownValues(const std::vector<std::wstring>& values, bool emptyIsAn
 
 }  // namespace
 
-CConfBGMExDlg::CConfBGMExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {}
+CConfBGMExDlg::CConfBGMExDlg() : CListEditorDlg(kDialog, kControls, kEditor) {
+  values.Add(kBindings);
+}
 
 void CConfBGMExDlg::OnOpened() {
   ShowDataFileNote(handle, RebuildSceneTable());
-  for (const wchar_t* name : kMethodNames) AddComboItem(kMethod, name);
-  const int method = _wtoi(listFile.OptionOr(kDeviceOption, L"0").c_str());
-  // A method this tool does not know stays as stored (the editor auditions without MIDI then).
-  SetComboSelection(kMethod, method >= 0 && method < static_cast<int>(std::size(kMethodNames)) ? method : -1);
-  SetSoundFont(listFile.OptionOr(kSoundFontOption, L""));
-  CheckButton(kDisableMusiclist, GlobalSettings().enMusicExtender_NoReplace != 0);
   listView.cellText = [this](size_t row, int column) { return CellText(row, column); };
-}
-
-void CConfBGMExDlg::StoreOptions() {
-  const int method = ComboSelection(kMethod);
-  if (method >= 0) listFile.SetOption(kDeviceOption, method);
-  listFile.SetOption(kSoundFontOption, soundFont);
-}
-
-void CConfBGMExDlg::OnSaved() {
-  // Only once the list is saved: a failed save leaves the dialog open, and Cancel must still change nothing.
-  Settings& settings = GlobalSettings();
-  settings.enMusicExtender_NoReplace = IsChecked(kDisableMusiclist) ? 1 : 0;
-  settings.WriteKey(&Settings::enMusicExtender_NoReplace);
 }
 
 void CConfBGMExDlg::OnRowsChanged() {
@@ -117,8 +111,11 @@ void CConfBGMExDlg::OnRowsChanged() {
 }
 
 void CConfBGMExDlg::SetSoundFont(const std::wstring& path) {
-  soundFont = path;
   SetItemText(kSoundFontPath, path);
+}
+
+std::wstring CConfBGMExDlg::SoundFont() const {
+  return GetItemText(kSoundFontPath);
 }
 
 bool CConfBGMExDlg::IsComment(size_t row) {
@@ -160,9 +157,8 @@ bool CConfBGMExDlg::EditItem(RowCells& cells, bool adding) {
   item.hour = cells.Get(Column(strColumnHour));
   item.playlist = cells.Get(Column(strColumnPlaylist));
   // The method chosen now counts for the audition, before OK stores it.
-  const int method = ComboSelection(kMethod);
-  item.device = method >= 0 ? method : _wtoi(listFile.OptionOr(kDeviceOption, L"0").c_str());
-  item.soundFont = soundFont;
+  item.device = ComboSelection(kMethod);
+  item.soundFont = SoundFont();
   if (item.DoModal(handle) != IDOK) return false;
   cells.Set(Column(strColumnOrgfile), item.orgfile);
   cells.Set(Column(strColumnMonth), item.month);
@@ -189,7 +185,7 @@ void CConfBGMExDlg::AddComment(size_t index) {
 
 void CConfBGMExDlg::OnChooseSoundFont() {
   const std::wstring filter = std::wstring(Text(strSoundFontFilter)) + L'\0' + L"*.sf2" + L'\0' + L'\0';
-  const std::wstring folder = FolderOf(soundFont);
+  const std::wstring folder = FolderOf(SoundFont());
   wchar_t file[MAX_PATH] = L"";
   OPENFILENAMEW request{};
   request.lStructSize = sizeof(request);

@@ -6,7 +6,7 @@
 #include "controls/ListEditorDlg.h"
 
 // The options of BGMEx.qcsv this dialog keeps beside the rules. "Disable internal musiclist" is a
-// setting of Vrk.ini instead (enMusicExtender_NoReplace), written at once on OK.
+// setting of Vrk.ini instead (enMusicExtender_NoReplace), written on OK once the list is saved.
 inline constexpr const wchar_t* kDeviceOption = L"Device";
 inline constexpr const wchar_t* kSoundFontOption = L"SoundFont";
 // The Music Extender's help page on the extension's site.
@@ -34,9 +34,9 @@ class CConfBGMExDlg : public CListEditorDlg {
 
   CConfBGMExDlg();
 
-  // The SoundFont (or VST instrument) the condition editor is given; shown beside its button.
+  // The SoundFont (or VST instrument) the condition editor is given, held by the path beside its button.
   void SetSoundFont(const std::wstring& path);
-  const std::wstring& SoundFont() const { return soundFont; }
+  std::wstring SoundFont() const;
 
   BEGIN_MSG_MAP(CConfBGMExDlg)
     COMMAND_ID_HANDLER(kAddCommentButton, OnAddCommentButton)
@@ -51,8 +51,6 @@ class CConfBGMExDlg : public CListEditorDlg {
  protected:
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
-  void StoreOptions() override;
-  void OnSaved() override;
   void OnRowsChanged() override;
 
  private:
@@ -66,6 +64,5 @@ class CConfBGMExDlg : public CListEditorDlg {
   bool IsComment(size_t row);
   std::wstring CellText(size_t row, int column);
 
-  std::wstring soundFont;
   bool columnsSized = false;
 };

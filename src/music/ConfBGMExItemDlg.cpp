@@ -213,10 +213,7 @@ bool CConfBGMExItemDlg::OnInitDialog() {
 }
 
 void CConfBGMExItemDlg::CreatePlayer() {
-  const int code = device == kMethodBassMidi      ? kMidiBass
-                   : device == kMethodMci         ? kMidiMci
-                   : device == kMethodDirectMusic ? kMidiDirectMusic
-                                                  : kMidiNone;
+  const MidiPlayerCode code = MidiPlayerOf(device);
   LoadedModule ggs4;
   if (code != kMidiDirectMusic || ggs4.Load(AudioLibraryFolder() + kGgs4FileName)) {
     player = std::make_unique<CAudioPlayer>(code, handle);

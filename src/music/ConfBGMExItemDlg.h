@@ -14,9 +14,6 @@
 // The name a stored period of the day shows in the current language; an unknown name as it stands.
 std::wstring PeriodLabel(std::wstring_view stored);
 
-// The MIDI playing methods, as the Music Extender list stores them in its "Device" option.
-enum MidiMethod : int { kMethodBassMidi = 0, kMethodMci = 1, kMethodDirectMusic = 2 };
-
 // Edits one condition of the Music Extender list: the game music it replaces, the files it plays, and
 // the months, days and periods of the day it applies in (none pressed = any). Candidates and playlist
 // entries are auditioned when selected; music files dropped from the shell join the playlist.
@@ -49,8 +46,8 @@ class CConfBGMExItemDlg : public CDialog {
 
   // The row's cells by column.
   std::wstring orgfile, month, day, hour, playlist;
-  // The list dialog's MIDI playing method ("Device") and SoundFont.
-  int device = kMethodBassMidi;
+  // The list dialog's MIDI playing method (its "Device" value) and SoundFont.
+  int device = kMidiMethods.front().device;
   std::wstring soundFont;
 
   // The audition player; null until the dialog is initialised.

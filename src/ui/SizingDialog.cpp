@@ -1,16 +1,6 @@
 #include "ui/SizingDialog.h"
 
 #include <algorithm>
-#include <cstdlib>
-
-namespace {
-
-int IntegerOption(const QcsvDocument& listFile, std::wstring_view name) {
-  const std::optional<std::wstring> value = listFile.Option(name);
-  return value ? _wtoi(value->c_str()) : 0;
-}
-
-}  // namespace
 
 void CSizingDialog::ClampSizing(UINT edge, RECT& rect, int minWidth, int minHeight) {
   const bool top = edge == WMSZ_TOP || edge == WMSZ_TOPLEFT || edge == WMSZ_TOPRIGHT;
@@ -27,10 +17,9 @@ void CSizingDialog::OnSizing(UINT edge, RECT& proposed) {
   ClampSizing(edge, proposed, ToDpi(handle, minWidth), ToDpi(handle, minHeight));
 }
 
-void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {
-  int width = IntegerOption(listFile, L"WindowWidth");
-  int height = IntegerOption(listFile, L"WindowHeight");
-  const int maximized = IntegerOption(listFile, L"WindowMaximized");
+void CSizingDialog::RestoreSize(const RememberedSize& size) {
+  int width = size.width;
+  int height = size.height;
   const bool remembered = width != 0 && height != 0;
   if (!remembered) {
     width = minWidth;
@@ -59,7 +48,7 @@ void CSizingDialog::RestoreSize(const QcsvDocument& listFile) {
   CenterOnOwner();
   MoveIntoWorkArea();
 
-  if (maximized != 0) ShowWindow(handle, SW_SHOWMAXIMIZED);
+  if (size.maximized != 0) ShowWindow(handle, SW_SHOWMAXIMIZED);
 }
 
 SIZE CSizingDialog::TableSize() const {
@@ -70,12 +59,12 @@ SIZE CSizingDialog::TableSize() const {
           table.bottom + (window.bottom - window.top) - client.bottom};
 }
 
-void CSizingDialog::SaveSize(QcsvDocument& listFile) const {
+void CSizingDialog::SaveSize(RememberedSize& size) const {
   WINDOWPLACEMENT placement{};
   placement.length = sizeof(placement);
   if (!GetWindowPlacement(handle, &placement)) return;
   const RECT& normal = placement.rcNormalPosition;
-  listFile.SetOption(L"WindowWidth", FromDpi(handle, static_cast<int>(normal.right - normal.left)));
-  listFile.SetOption(L"WindowHeight", FromDpi(handle, static_cast<int>(normal.bottom - normal.top)));
-  listFile.SetOption(L"WindowMaximized", (placement.showCmd & 3) == 3 ? 1 : 0);
+  size.width = FromDpi(handle, static_cast<int>(normal.right - normal.left));
+  size.height = FromDpi(handle, static_cast<int>(normal.bottom - normal.top));
+  size.maximized = (placement.showCmd & 3) == 3 ? 1 : 0;
 }

@@ -1,10 +1,19 @@
 #pragma once
-#include "app/QcsvDocument.h"
+#include <cstdint>
+
 #include "ui/Dialog.h"
 
-// A resizable list dialog: no smaller than its minimum while the user drags a border, and opened
-// at the size remembered in its list file (options WindowWidth, WindowHeight, WindowMaximized).
-// Minimum and remembered sizes are pixels at 96 DPI, scaled to the dialog's DPI on screen.
+// The size a resizable dialog remembers between openings (in its list file), in pixels at 96 DPI: its
+// restored size, 0 for none, and whether it was maximised.
+struct RememberedSize {
+  int32_t width = 0;
+  int32_t height = 0;
+  int32_t maximized = 0;
+};
+
+// A resizable list dialog: no smaller than its minimum while the user drags a border, and opened at the
+// size it remembers. Minimum and remembered sizes are pixels at 96 DPI, scaled to the dialog's DPI on
+// screen.
 class CSizingDialog : public CDialog {
  public:
   static constexpr int kMinWidth = 636;
@@ -14,15 +23,16 @@ class CSizingDialog : public CDialog {
                 int minHeight = kMinHeight)
       : CDialog(definition, controls), minWidth(minWidth), minHeight(minHeight) {}
 
-  // At the end of initialisation, after the list file was read: the remembered size (or, when none,
-  // the minimum or the size of the dialog's own table, whichever is larger), centred on the owner,
-  // maximised when it was closed maximised.
-  void RestoreSize(const QcsvDocument& listFile);
+  // At the end of initialisation: the remembered size (or, when either length is 0, the minimum or the
+  // size of the dialog's own table, whichever is larger), centred on the owner, maximised when it was
+  // closed maximised.
+  void RestoreSize(const RememberedSize& size);
   // The window size at which the client area is the dialog's table (its definition's size) in this
   // dialog's font and DPI.
   SIZE TableSize() const;
-  // In the OK handler, before the list file is written: the restored size and whether maximised.
-  void SaveSize(QcsvDocument& listFile) const;
+  // In the OK handler: the restored size and whether maximised (`size` as it was when the placement
+  // cannot be read).
+  void SaveSize(RememberedSize& size) const;
 
   // Holds back the dragged edge of a proposed rectangle so that it keeps the minimum size; the
   // opposite edge never moves.

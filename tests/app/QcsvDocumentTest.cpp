@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -154,6 +155,29 @@ TEST(QcsvDocument, OptionsMatchWithoutRegardToCase) {
   EXPECT_EQ(doc.Option(L"SIZE"), L"2");
   doc.SetOption(L"Size", 3);
   EXPECT_EQ(Dump(doc), L"O[x][0] O[Size][3] C");
+}
+
+// A number option is the number its text begins with, after blanks and a sign; the fallback when the file
+// lacks it or no digit comes first. Beyond an int it stops at the limit.
+TEST(QcsvDocument, IntegerOptionsTakeTheLeadingNumber) {
+  const struct {
+    const wchar_t* text;  // null: no such option
+    int value;
+  } cases[] = {{L"650px", 650},
+               {L" -12", -12},
+               {L"+7", 7},
+               {L"abc", 99},
+               {L"", 99},
+               {L"-", 99},
+               {nullptr, 99},
+               {L"1e3", 1},
+               {L"99999999999", INT_MAX},
+               {L"-99999999999", INT_MIN}};
+  for (const auto& c : cases) {
+    QcsvDocument doc;
+    if (c.text) doc.SetOption(L"Size", c.text);
+    EXPECT_EQ(doc.IntegerOption(L"size", 99), c.value) << (c.text ? Utf8(c.text) : "(none)");
+  }
 }
 
 TEST(QcsvDocument, EditorsWorkByColumnNameEvenForMissingColumns) {

@@ -16,6 +16,10 @@ inline constexpr const wchar_t* kStandInGgs4 = L"GuruGuruSMF4.dll";
 // A library built for the other architecture, which this program cannot load.
 inline constexpr const wchar_t* kStandInOtherBitness = L"otherbitness.dll";
 
+// The "Device" values the Music Extender's list keeps for two of its MIDI playing methods.
+inline constexpr int kDeviceBassMidi = 0;
+inline constexpr int kDeviceDirectMusic = 2;
+
 std::wstring StandInFolder();
 
 // Calls a test entry point a stand-in exports.

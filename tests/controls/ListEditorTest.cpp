@@ -208,6 +208,31 @@ TEST_F(ListEditorTest, FullCycleWritesTheRowsShownAndSetsTheFlag) {
   EXPECT_EQ(extension.Mask(), 0x111u);
 }
 
+// The size is read from the file by its leading numbers (either length unreadable or 0: the default size),
+// and OK writes back the size the dialog has, a maximised one with its restored size.
+TEST_F(ListEditorTest, RememberedSizeComesFromTheFileAndOkWritesItBack) {
+  const struct {
+    const char* stored;
+    bool maximized;
+    const char* written;
+  } cases[] = {
+      {"#option,WindowWidth:650px\r\n#option,WindowHeight:480\r\n#option,WindowMaximized:1\r\n", true,
+       "#option,WindowWidth:650\r\n#option,WindowHeight:480\r\n#option,WindowMaximized:1\r\n"},
+      {"#option,WindowHeight:480\r\n#option,WindowWidth:abc\r\n", false,
+       "#option,WindowHeight:444\r\n#option,WindowWidth:636\r\n#option,WindowMaximized:0\r\n"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.stored);
+    Write(kHead + c.stored + "#column,keyword,color\r\n");
+    Dlg dialog;
+    RunModal(dialog, [&](CDialog& d) {
+      EXPECT_EQ(IsZoomed(d.Handle()) != FALSE, c.maximized);
+      Click(d, IDOK);
+    });
+    EXPECT_EQ(Bytes(), kHead + c.written + "#column,keyword,color\r\n");
+  }
+}
+
 // Whatever was done in the dialog, Cancel leaves the file as it was, byte for byte, and tells nobody.
 TEST_F(ListEditorTest, CancelAfterEveryKindOfChangeLeavesTheFileByteIdentical) {
   Write(kThreeRows);

@@ -8,6 +8,7 @@
 #include "app/ListSchemas.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
+#include "common/AudioFolder.h"
 #include "common/Harness.h"
 #include "common/ListViewDriver.h"
 #include "music/ConfBGMExDlg.h"
@@ -125,7 +126,7 @@ TEST_F(MusicExtenderTest, EditingARuleOrACommentWritesTheRowBack) {
   int nested = 0;
   Run(
       [&](CDialog& d, ListViewDriver& list) {
-        Choose(d, Dlg::kMethod, kMethodDirectMusic);
+        Choose(d, Dlg::kMethod, kDeviceDirectMusic);
         list.Select(0);
         Click(d, Dlg::kEdit);
         list.Select(1);
@@ -135,7 +136,7 @@ TEST_F(MusicExtenderTest, EditingARuleOrACommentWritesTheRowBack) {
       [&](CDialog& opened) {
         if (nested++ == 0) {
           auto& item = static_cast<Item&>(opened);
-          EXPECT_EQ(item.device, kMethodDirectMusic);
+          EXPECT_EQ(item.device, kDeviceDirectMusic);
           EXPECT_EQ(item.soundFont, L"C:\\fonts\\piano.sf2");
           EXPECT_TRUE(item.IsChecked(Item::kFirstMonth) && item.IsChecked(Item::kFirstMonth + 1));
           Click(item, Item::kFirstMonth + 11);
@@ -152,7 +153,7 @@ TEST_F(MusicExtenderTest, EditingARuleOrACommentWritesTheRowBack) {
 // OK writes the options, the size and the rows exactly and joins the Music Extender's flag to those set.
 TEST_F(MusicExtenderTest, OkWritesExactBytesAndSetsTheFlag) {
   const INT_PTR result = Run([&](CDialog& d, ListViewDriver&) {
-    Choose(d, Dlg::kMethod, kMethodBassMidi);
+    Choose(d, Dlg::kMethod, kDeviceBassMidi);
     Click(d, Dlg::kDisableMusiclist);
     Click(d, Dlg::kAddCommentButton);
     Click(d, IDOK);
@@ -207,13 +208,13 @@ TEST_F(MusicExtenderTest, OkThatCannotWriteTheListWritesNothingElseEither) {
     // Shown, so that ending the dialog would hide it.
     ShowWindow(d.Handle(), SW_SHOWNOACTIVATE);
     Click(d, Dlg::kDisableMusiclist);
-    Choose(d, Dlg::kMethod, kMethodBassMidi);
+    Choose(d, Dlg::kMethod, kDeviceBassMidi);
     HANDLE holder = CreateFileW(File().c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     EXPECT_NE(holder, INVALID_HANDLE_VALUE);
     Click(d, IDOK);
     EXPECT_TRUE(IsWindowVisible(d.Handle()));
     EXPECT_TRUE(d.IsChecked(Dlg::kDisableMusiclist));
-    EXPECT_EQ(SendMessageW(d.Item(Dlg::kMethod), CB_GETCURSEL, 0, 0), kMethodBassMidi);
+    EXPECT_EQ(SendMessageW(d.Item(Dlg::kMethod), CB_GETCURSEL, 0, 0), kDeviceBassMidi);
     CloseHandle(holder);
     EXPECT_EQ(Bytes(), kRules);
     EXPECT_EQ(GlobalSettings().enMusicExtender_NoReplace, 0);
@@ -236,7 +237,7 @@ TEST_F(MusicExtenderTest, CancelLeavesTheFileByteIdentical) {
   recorder.fileAnswers.push_back(L"C:\\fonts\\strings.sf2");
   Run([&](CDialog& d, ListViewDriver& list) {
     Click(d, Dlg::kAddCommentButton);
-    Choose(d, Dlg::kMethod, kMethodBassMidi);
+    Choose(d, Dlg::kMethod, kDeviceBassMidi);
     Click(d, Dlg::kDisableMusiclist);
     Click(d, Dlg::kSoundFontButton);
     list.Select(0);

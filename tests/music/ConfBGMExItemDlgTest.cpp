@@ -286,7 +286,7 @@ TEST_F(ConditionEditorTest, DirectMusicWithoutItsLibrarySaysSoOnceAndStillAuditi
   MakeFolders();
   WriteFileBytes(MusicFolder() + L"\\a.ogg", "");
   WriteFileBytes(MusicFolder() + L"\\b.mid", "");
-  editor.device = kMethodDirectMusic;
+  editor.device = kDeviceDirectMusic;
   RunModal(editor, [&](CDialog& d) {
     ASSERT_EQ(recorder.asked.size(), 1u);
     EXPECT_EQ(recorder.asked[0].caption, L"");

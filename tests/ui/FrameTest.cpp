@@ -4,7 +4,6 @@
 
 #include <string>
 
-#include "app/QcsvDocument.h"
 #include "app/Strings.h"
 #include "common/Harness.h"
 #include "ui/EditStringDlg.h"
@@ -78,29 +77,24 @@ TEST(SizingDialog, DraggedEdgeIsHeldBackAtTheMinimumAndTheOppositeEdgeStays) {
   }
 }
 
-// The stored size (pixels at 96 DPI), or the default for a missing or zero one, centred on the owner.
+// The remembered size (pixels at 96 DPI), or the default where either length is 0, centred on the owner.
 TEST(SizingDialog, RestoreSizeUsesTheStoredSizeOrTheDefaultCentredOnTheOwner) {
   const struct {
-    const wchar_t *width, *height;
+    int32_t width, height;
     SIZE expected;
-  } cases[] = {{nullptr, nullptr, {636, 444}},
-               {L"0", L"500", {636, 444}},
-               {L"700", L"0", {636, 444}},
-               {L"abc", L"500", {636, 444}},
-               {L"700", L"500", {700, 500}},
-               {L"650px", L"480", {650, 480}},
+  } cases[] = {{0, 0, {636, 444}},
+               {0, 500, {636, 444}},
+               {700, 0, {636, 444}},
+               {700, 500, {700, 500}},
                // Smaller than the minimum still applies: the minimum binds only while dragging.
-               {L"400", L"300", {400, 300}}};
+               {400, 300, {400, 300}}};
   CTestSizingDlg owner;
   ASSERT_TRUE(owner.Create(nullptr));
   SetWindowPos(owner.Handle(), nullptr, 100, 50, 1000, 900, SWP_NOZORDER);
   for (const auto& c : cases) {
-    QcsvDocument listFile;
-    if (c.width) listFile.SetOption(L"WindowWidth", c.width);
-    if (c.height) listFile.SetOption(L"WindowHeight", c.height);
     CTestSizingDlg dialog;
     ASSERT_TRUE(dialog.Create(owner.Handle()));
-    dialog.RestoreSize(listFile);
+    dialog.RestoreSize({c.width, c.height});
     const RECT rect = dialog.WindowRect();
     const LONG width = AtDisplayDpi(c.expected.cx), height = AtDisplayDpi(c.expected.cy);
     const LONG left = 100 + (1000 - width) / 2, top = 50 + (900 - height) / 2;
@@ -117,17 +111,13 @@ TEST(SizingDialog, WithoutARememberedSizeADialogOpensNoSmallerThanItsTable) {
   const SIZE byDefault{AtDisplayDpi(636), AtDisplayDpi(444)};
   for (const bool remembered : {false, true}) {
     SCOPED_TRACE(remembered ? "remembered 640 x 450" : "no size remembered");
-    QcsvDocument listFile;
-    if (remembered) {
-      listFile.SetOption(L"WindowWidth", 640);
-      listFile.SetOption(L"WindowHeight", 450);
-    }
+    const RememberedSize size = remembered ? RememberedSize{640, 450} : RememberedSize{};
     CWideSizingDlg dialog;
     ASSERT_TRUE(dialog.Create(nullptr));
     const SIZE table = dialog.TableSize();
     ASSERT_GT(table.cx, byDefault.cx);
     ASSERT_GT(table.cy, byDefault.cy);
-    dialog.RestoreSize(listFile);
+    dialog.RestoreSize(size);
     const RECT window = dialog.WindowRect();
     const SIZE expected = remembered ? SIZE{AtDisplayDpi(640), AtDisplayDpi(450)} : table;
     EXPECT_EQ(window.right - window.left, expected.cx);
@@ -152,20 +142,17 @@ TEST(SizingDialog, ASizeLargerThanTheWorkAreaIsCutToItAndTheDialogLiesInside) {
   CTestSizingDlg owner;
   ASSERT_TRUE(owner.Create(nullptr));
   SetWindowPos(owner.Handle(), nullptr, area.right - 100, area.bottom - 80, 400, 300, SWP_NOZORDER);
-  QcsvDocument listFile, saved;
-  listFile.SetOption(L"WindowWidth", L"9000");
-  listFile.SetOption(L"WindowHeight", L"150");
   CTestSizingDlg dialog;
   ASSERT_TRUE(dialog.Create(owner.Handle()));
-  dialog.RestoreSize(listFile);
+  dialog.RestoreSize({9000, 150});
   const RECT rect = dialog.WindowRect();
   const RECT expected{area.left, area.bottom - AtDisplayDpi(150), area.right, area.bottom};
   EXPECT_TRUE(EqualRect(&rect, &expected))
       << rect.left << "," << rect.top << "," << rect.right << "," << rect.bottom;
+  RememberedSize saved;
   dialog.SaveSize(saved);
-  EXPECT_EQ(saved.OptionOr(L"WindowWidth", L""),
-            std::to_wstring(MulDiv(area.right - area.left, 96, DisplayDpi())));
-  EXPECT_EQ(saved.OptionOr(L"WindowHeight", L""), L"150");
+  EXPECT_EQ(saved.width, MulDiv(area.right - area.left, 96, DisplayDpi()));
+  EXPECT_EQ(saved.height, 150);
 }
 
 // A fixed dialog centred on an owner in a corner, half off the screen, is moved inside the work area.
@@ -191,15 +178,12 @@ TEST(DialogFrame, ADialogCentredOnAnOwnerNearTheEdgeOpensInsideTheWorkArea) {
   }
 }
 
-TEST(SizingDialog, MaximisedSizeRoundTripsThroughTheListFile) {
-  QcsvDocument listFile, saved, restored;
-  listFile.SetOption(L"WindowWidth", L"700");
-  listFile.SetOption(L"WindowHeight", L"500");
-  listFile.SetOption(L"WindowMaximized", L"1");
+TEST(SizingDialog, MaximisedSizeRoundTrips) {
+  RememberedSize saved, restored;
   {
     CTestSizingDlg dialog;
     ASSERT_TRUE(dialog.Create(nullptr));
-    dialog.RestoreSize(listFile);
+    dialog.RestoreSize({700, 500, 1});
     EXPECT_TRUE(IsZoomed(dialog.Handle()));
     dialog.SaveSize(saved);
   }
@@ -209,10 +193,10 @@ TEST(SizingDialog, MaximisedSizeRoundTripsThroughTheListFile) {
   EXPECT_TRUE(IsZoomed(reopened.Handle()));
   ShowWindow(reopened.Handle(), SW_RESTORE);
   reopened.SaveSize(restored);
-  for (const auto& [document, maximised] : {std::pair{&saved, L"1"}, std::pair{&restored, L"0"}}) {
-    EXPECT_EQ(document->OptionOr(L"WindowWidth", L""), L"700");
-    EXPECT_EQ(document->OptionOr(L"WindowHeight", L""), L"500");
-    EXPECT_EQ(document->OptionOr(L"WindowMaximized", L""), maximised);
+  for (const auto& [size, maximised] : {std::pair{saved, 1}, std::pair{restored, 0}}) {
+    EXPECT_EQ(size.width, 700);
+    EXPECT_EQ(size.height, 500);
+    EXPECT_EQ(size.maximized, maximised);
   }
 }
 

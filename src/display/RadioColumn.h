@@ -1,22 +1,8 @@
 #pragma once
 #include <array>
 #include <cstdint>
-#include <span>
 
-#include "app/Settings.h"
-#include "ui/Dialog.h"
-
-// A numbered setting chosen among radio buttons: button i (from `firstChoice`) stands for the value i + 1.
-struct RadioSetting {
-  int32_t Settings::*field;
-  uint16_t firstChoice;
-  int choices;
-  // Stored when no button is chosen; 0 keeps the setting as it was.
-  int32_t noneChosen;
-  // Written to Vrk.ini at once and told to the extension with this flag; 0 keeps the choice in memory
-  // until the main dialog's OK.
-  uint32_t flag;
-};
+#include "ui/DialogTemplate.h"
 
 // The date and satiety pickers' layout: the choices one under another in a dialog 200 units wide, OK and
 // Cancel below them.
@@ -56,23 +42,3 @@ constexpr std::array<ControlDef, N + 2> Controls(uint16_t firstId, const TextPai
   return JoinControls(choices, OkCancelRow(kWidth - kMargin, ButtonsY(N), Anchor::TopLeft));
 }
 }  // namespace RadioColumn
-
-// A picker of one such setting: its buttons show the value on opening, and OK stores the chosen one.
-class CRadioSettingDlg : public CDialog {
- public:
-  CRadioSettingDlg(const DialogDef& definition, std::span<const ControlDef> controls,
-                   const RadioSetting& setting)
-      : CDialog(definition, controls), setting(setting) {}
-
-  BEGIN_MSG_MAP(CRadioSettingDlg)
-    COMMAND_ID_HANDLER(IDOK, OnOk)
-  END_MSG_MAP()
-
- protected:
-  bool OnInitDialog() override;
-
- private:
-  void OnOk();
-
-  RadioSetting setting;
-};
