@@ -63,6 +63,10 @@ class QcsvDocument {
   void SetRow(size_t index, Row row);
   void EraseRow(size_t index);
   void AppendRow(Row row);
+  // Many rows at once, each padded to the columns, in the time of one.
+  void InsertRows(size_t index, std::vector<Row> added);
+  // The rows at these positions, given in ascending order.
+  void EraseRows(const std::vector<size_t>& ascending);
 
   // The step that puts bytes into the temporary file during Write. Tests replace it to make a write
   // fail midway; an empty function puts the real write back.
@@ -84,6 +88,19 @@ class QcsvDocument {
   // value, no block the writer leaves out.
   bool WritesBackAsRead() const;
 };
+
+// Whether the reader takes a line whose first field is this as a line of its own (#format, #option,
+// #column) rather than as a row: a row that begins so does not come back from the file.
+bool IsTagField(std::wstring_view field);
+
+// Why a row would not come back from the file as it is: its first field is a tag, a field holds a line
+// break, or the row is longer than the writer writes.
+enum class RowFault { kNone, kTagField, kLineBreak, kTooLong };
+RowFault RowWriteFault(const QcsvDocument::Row& row);
+
+// The records of bytes in the file's grammar (fields, quotes, CR LF) without reading any of them as a
+// tag: what the reader splits a file into before it interprets it.
+std::vector<QcsvDocument::Row> ReadRecords(std::string_view bytes);
 
 // A cell holding several values keeps them as the list file keeps fields: joined by "," and quoted where
 // needed (a quote doubled inside), so that the extension splits them as it splits a line.

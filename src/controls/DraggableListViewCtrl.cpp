@@ -97,6 +97,15 @@ void CDraggableListViewCtrl::InsertRowItem(int row) {
   if (listFile) SetItemTexts(row, ShownFileColumns(), true);
 }
 
+void CDraggableListViewCtrl::InsertRowItems(int first, int count) {
+  if (!listFile || count <= 0) return;
+  const std::vector<int> shown = ShownFileColumns();
+  SendMessageW(handle, WM_SETREDRAW, FALSE, 0);
+  for (int row = first; row < first + count; ++row) SetItemTexts(row, shown, true);
+  SendMessageW(handle, WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(handle, nullptr, TRUE);
+}
+
 void CDraggableListViewCtrl::UpdateRowItem(int row) {
   if (listFile && row >= 0 && static_cast<size_t>(row) < listFile->RowCount())
     SetItemTexts(row, ShownFileColumns(), false);
@@ -130,11 +139,46 @@ void CDraggableListViewCtrl::SelectItem(int index) {
   if (!(GetWindowLongPtrW(handle, GWL_STYLE) & LVS_SINGLESEL))
     ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
   ListView_SetItemState(handle, index, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  // The row a Shift click selects from, as the list's own clicks make it.
+  ListView_SetSelectionMark(handle, index);
   ListView_EnsureVisible(handle, index, FALSE);
 }
 
 int CDraggableListViewCtrl::FirstSelected() const {
   return ListView_GetNextItem(handle, -1, LVNI_SELECTED);
+}
+
+std::vector<int> CDraggableListViewCtrl::SelectedRows() const {
+  std::vector<int> rows;
+  for (int row = FirstSelected(); row >= 0; row = ListView_GetNextItem(handle, row, LVNI_SELECTED))
+    rows.push_back(row);
+  return rows;
+}
+
+void CDraggableListViewCtrl::SelectRows(int first, int count) {
+  ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
+  if (count <= 0) return;
+  for (int row = first; row < first + count; ++row)
+    ListView_SetItemState(handle, row, LVIS_SELECTED, LVIS_SELECTED);
+  ListView_SetItemState(handle, first, LVIS_FOCUSED, LVIS_FOCUSED);
+  ListView_SetSelectionMark(handle, first);
+  ListView_EnsureVisible(handle, first, FALSE);
+}
+
+void CDraggableListViewCtrl::ExtendSelection(int row, UINT keys) {
+  const bool adding = (keys & MK_CONTROL) != 0;
+  if (keys & MK_SHIFT) {
+    int anchor = ListView_GetSelectionMark(handle);
+    if (anchor < 0 || anchor >= ListView_GetItemCount(handle)) anchor = std::max(FirstSelected(), 0);
+    if (!adding) ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
+    for (int i = std::min(anchor, row); i <= std::max(anchor, row); ++i)
+      ListView_SetItemState(handle, i, LVIS_SELECTED, LVIS_SELECTED);
+  } else {
+    const UINT selected = ListView_GetItemState(handle, row, LVIS_SELECTED) & LVIS_SELECTED;
+    ListView_SetItemState(handle, row, selected ^ LVIS_SELECTED, LVIS_SELECTED);
+    ListView_SetSelectionMark(handle, row);
+  }
+  ListView_SetItemState(handle, row, LVIS_FOCUSED, LVIS_FOCUSED);
 }
 
 LVHITTESTINFO CDraggableListViewCtrl::HitTest(POINT at) const {
@@ -166,7 +210,7 @@ void CDraggableListViewCtrl::ToggleCheck(int item) {
   ListView_SetItemState(handle, item, INDEXTOSTATEIMAGEMASK(image == 1 ? 2 : 1), LVIS_STATEIMAGEMASK);
 }
 
-void CDraggableListViewCtrl::OnLButtonDown(POINT at, UINT) {
+void CDraggableListViewCtrl::OnLButtonDown(POINT at, UINT keys) {
   columnCountAtPress = HeaderColumnCount();
   if (columnCountAtPress > kMaxColumns) {
     ShowMessage(handle, Text(strTooManyColumns), L"", MB_ICONERROR);
@@ -187,6 +231,11 @@ void CDraggableListViewCtrl::OnLButtonDown(POINT at, UINT) {
   if (!(hit.flags & LVHT_ONITEMLABEL)) return;
 
   EndDragImage();
+  if (keys & (MK_SHIFT | MK_CONTROL)) {
+    ExtendSelection(hit.iItem, keys);
+    SetFocus(handle);
+    return;
+  }
   int selected = FirstSelected();
   if (hit.iItem != selected) {
     // The first press on a row only selects it; a drag starts from the row already selected.
@@ -263,6 +312,9 @@ void CDraggableListViewCtrl::OnLButtonUp(POINT at, UINT) {
   if (to >= 0 && from >= 0 && to != from && hit.iSubItem >= 0) {
     MoveDraggedRow(from, to);
     if (onRowMoved) onRowMoved(from, to);
+  } else if (to >= 0 && to == from && ListView_GetSelectedCount(handle) > 1) {
+    // A click on the current row of several selected ones, without a move, selects it alone.
+    SelectItem(from);
   }
 
   if (dragImage) {
@@ -289,6 +341,14 @@ LRESULT CDraggableListViewCtrl::OnSysKeyDown(WPARAM key, LPARAM flags) {
     return 0;
   }
   return DefaultProc(WM_SYSKEYDOWN, key, flags);
+}
+
+LRESULT CDraggableListViewCtrl::OnKeyDown(WPARAM key, LPARAM flags) {
+  if (key == 'A' && GetKeyState(VK_CONTROL) < 0) {
+    ListView_SetItemState(handle, -1, LVIS_SELECTED, LVIS_SELECTED);
+    return 0;
+  }
+  return DefaultProc(WM_KEYDOWN, key, flags);
 }
 
 bool CDraggableListViewCtrl::MoveRow(int from, int to) {

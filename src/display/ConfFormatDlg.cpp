@@ -251,6 +251,10 @@ bool CConfFormatDlg::EditItem(RowCells& cells, bool adding) {
   return true;
 }
 
+void CConfFormatDlg::OnRowArriving(RowCells& cells) {
+  cells.Set(strColumnType.English(), kTabs[tab].type);
+}
+
 void CConfFormatDlg::StoreOptions() {
   MergeTab();
   listFile.SetOption(kVersionOption, kCurrentVersion);

@@ -26,6 +26,8 @@ class CConfFormatDlg : public CListEditorDlg {
   void OnOpened() override;
   void StoreOptions() override;
   void OnRowsChanged() override;
+  // Rows pasted or dropped join the tab shown.
+  void OnRowArriving(RowCells& cells) override;
 
  private:
   LRESULT OnTabChange(NMHDR& header);

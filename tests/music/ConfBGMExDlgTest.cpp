@@ -28,10 +28,6 @@ const std::string kRules =
     "#Winter,,,,\r\n"
     "mcVrkTrader,,15,,C:\\music\\b.mid\r\n";
 
-void OpenContextMenu(const CDialog& d) {
-  SendMessageW(d.Handle(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(d.Item(Dlg::kList)), MAKELPARAM(-1, -1));
-}
-
 class MusicExtenderTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(WriteFileBytes(File(), kRules)); }
@@ -72,7 +68,7 @@ TEST_F(MusicExtenderTest, AddCommentAppendsByButtonAndInsertsAboveTheSelectionBy
       list.Select(c.select);
       if (c.byMenu) {
         recorder.AnswerMenu(Dlg::kAddCommentMenu);
-        OpenContextMenu(d);
+        OpenListContextMenu(d, Dlg::kList);
       } else {
         Click(d, Dlg::kAddCommentButton);
       }
@@ -89,15 +85,15 @@ TEST_F(MusicExtenderTest, AddCommentAppendsByButtonAndInsertsAboveTheSelectionBy
 TEST_F(MusicExtenderTest, EditAndDeleteNeedASelectionAndSoDoesTheContextMenu) {
   Run([&](CDialog& d, ListViewDriver& list) {
     EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
-    OpenContextMenu(d);
+    OpenListContextMenu(d, Dlg::kList);
     EXPECT_TRUE(recorder.menus.empty());
     list.Select(2);
     EXPECT_TRUE(d.IsItemEnabled(Dlg::kEdit) && d.IsItemEnabled(Dlg::kDelete));
     recorder.AnswerMenuEntry(L"Delete Item");
-    OpenContextMenu(d);
+    OpenListContextMenu(d, Dlg::kList);
     ASSERT_EQ(recorder.menus.size(), 1u);
-    EXPECT_EQ(recorder.menus[0].Texts(),
-              (Texts{L"Edit Item", L"-", L"Add Condition", L"Add Comment", L"-", L"Delete Item"}));
+    EXPECT_EQ(recorder.menus[0].Texts(), (Texts{L"Edit Item", L"-", L"Add Condition", L"Add Comment", L"-",
+                                                L"Delete Item", L"-", L"Copy", L"Paste"}));
     EXPECT_EQ(list.Count(), 2);
     EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
     Click(d, IDCANCEL);
