@@ -53,6 +53,8 @@ class QcsvDocument {
   size_t RowCount() const { return rows.size(); }
   const Row& RowAt(size_t index) const { return rows[index]; }
   const std::vector<Row>& Rows() const { return rows; }
+  // Hands the rows over, leaving the document without any.
+  std::vector<Row> TakeRows() { return std::exchange(rows, {}); }
   std::wstring Cell(size_t row, std::wstring_view column, std::wstring_view fallback = {}) const;
   // Sets a cell by column name, adding the column when the file lacks it.
   void SetCell(size_t row, std::wstring_view column, std::wstring_view value);

@@ -183,6 +183,7 @@ void PutIntoColumns(const std::vector<std::wstring>& textColumns, std::vector<Qc
                     const std::vector<std::wstring>& listColumns, OfferedRows& offered) {
   std::vector<int> target(textColumns.size(), -1);
   std::vector<bool> taken(listColumns.size(), false);
+  bool inOrder = textColumns.size() == listColumns.size();
   for (size_t i = 0; i < textColumns.size(); ++i) {
     for (size_t j = 0; j < listColumns.size(); ++j) {
       if (!taken[j] && SameTextIgnoringCase(textColumns[i], listColumns[j])) {
@@ -191,17 +192,25 @@ void PutIntoColumns(const std::vector<std::wstring>& textColumns, std::vector<Qc
         break;
       }
     }
+    inOrder = inOrder && target[i] == static_cast<int>(i);
   }
   // A column counts as dropped only when one of its cells held something: an empty one loses nothing.
   std::vector<bool> dropped(textColumns.size(), false);
   offered.rows.reserve(records.size());
   for (QcsvDocument::Row& record : records) {
     if (std::all_of(record.begin(), record.end(), IsBlank)) continue;
+    for (size_t i = target.size(); i < record.size(); ++i) {
+      if (!record[i].empty()) ++offered.droppedFields;
+    }
+    if (inOrder) {
+      // The text's columns are the list's: the record is the row.
+      record.resize(listColumns.size());
+      offered.rows.push_back(std::move(record));
+      continue;
+    }
     QcsvDocument::Row row(listColumns.size());
-    for (size_t i = 0; i < record.size(); ++i) {
-      if (i >= target.size()) {
-        if (!record[i].empty()) ++offered.droppedFields;
-      } else if (target[i] >= 0) {
+    for (size_t i = 0; i < record.size() && i < target.size(); ++i) {
+      if (target[i] >= 0) {
         row[static_cast<size_t>(target[i])] = std::move(record[i]);
       } else if (!record[i].empty()) {
         dropped[i] = true;
@@ -215,18 +224,38 @@ void PutIntoColumns(const std::vector<std::wstring>& textColumns, std::vector<Qc
   if (offered.rows.empty()) offered.problem = RowTextProblem::kNoRows;
 }
 
-// A row's cells in the list's columns as one text that tells rows apart exactly.
-std::wstring RowKey(const QcsvDocument::Row& row, size_t columns) {
-  std::wstring key;
-  for (size_t i = 0; i < columns; ++i) {
-    const std::wstring empty;
-    const std::wstring& cell = i < row.size() ? row[i] : empty;
-    key += std::to_wstring(cell.size());
-    key += L':';
-    key += cell;
+// Rows told apart by their cells in the list's columns (a missing cell is an empty one), hashed and
+// compared in place.
+class RowsByCells {
+ public:
+  RowsByCells(size_t columns, size_t expected) : rows(expected, Hash{columns}, Equal{columns}) {}
+  // False when an equal row is there already.
+  bool Add(const QcsvDocument::Row& row) { return rows.insert(&row).second; }
+
+ private:
+  static std::wstring_view Cell(const QcsvDocument::Row& row, size_t i) {
+    return i < row.size() ? std::wstring_view(row[i]) : std::wstring_view();
   }
-  return key;
-}
+  struct Hash {
+    size_t columns;
+    size_t operator()(const QcsvDocument::Row* row) const {
+      size_t hash = 0;
+      for (size_t i = 0; i < columns; ++i)
+        hash = hash * 1000003 ^ std::hash<std::wstring_view>()(Cell(*row, i));
+      return hash;
+    }
+  };
+  struct Equal {
+    size_t columns;
+    bool operator()(const QcsvDocument::Row* a, const QcsvDocument::Row* b) const {
+      for (size_t i = 0; i < columns; ++i) {
+        if (Cell(*a, i) != Cell(*b, i)) return false;
+      }
+      return true;
+    }
+  };
+  std::unordered_set<const QcsvDocument::Row*, Hash, Equal> rows;
+};
 
 const TextPair& SkipReason(RowSkip reason) {
   switch (reason) {
@@ -311,7 +340,8 @@ OfferedRows RowsFromText(std::wstring_view text, const std::vector<std::wstring>
   if (file.Columns().size() > kMaxRowTextFields || TooManyFields(file.Rows()))
     return Refused(RowTextProblem::kTooManyFields);
   // Without a column line the rows are in the list's columns, as plain text is.
-  PutIntoColumns(file.Columns().empty() ? listColumns : file.Columns(), file.Rows(), listColumns, offered);
+  const std::vector<std::wstring> columns = file.Columns().empty() ? listColumns : file.Columns();
+  PutIntoColumns(columns, file.TakeRows(), listColumns, offered);
   return offered;
 }
 
@@ -345,15 +375,13 @@ RowsToAdd SelectNewRows(OfferedRows offered, const QcsvDocument& list) {
   RowsToAdd added;
   added.droppedColumns = std::move(offered.droppedColumns);
   added.droppedFields = offered.droppedFields;
-  const size_t columns = list.Columns().size();
-  std::unordered_set<std::wstring> seen;
-  seen.reserve(list.RowCount() + offered.rows.size());
-  for (const QcsvDocument::Row& row : list.Rows()) seen.insert(RowKey(row, columns));
-  added.rows.reserve(offered.rows.size());
+  RowsByCells seen(list.Columns().size(), list.RowCount() + offered.rows.size());
+  for (const QcsvDocument::Row& row : list.Rows()) seen.Add(row);
+  // Rows are judged in place first and moved after, so that every row seen stays where it was compared.
+  std::vector<bool> keep(offered.rows.size(), false);
   for (size_t i = 0; i < offered.rows.size(); ++i) {
-    QcsvDocument::Row& row = offered.rows[i];
+    const QcsvDocument::Row& row = offered.rows[i];
     RowSkip reason = RowSkip::kNoKey;
-    bool skip = true;
     if (row.empty() || row[0].empty()) {
       reason = RowSkip::kNoKey;
     } else if (const RowFault fault = RowWriteFault(row); fault == RowFault::kTagField) {
@@ -362,16 +390,17 @@ RowsToAdd SelectNewRows(OfferedRows offered, const QcsvDocument& list) {
       reason = RowSkip::kLineBreak;
     } else if (fault == RowFault::kTooLong) {
       reason = RowSkip::kTooLong;
-    } else if (!seen.insert(RowKey(row, columns)).second) {
+    } else if (!seen.Add(row)) {
       reason = RowSkip::kAlreadyInList;
     } else {
-      skip = false;
+      keep[i] = true;
+      continue;
     }
-    if (skip) {
-      added.skipped.push_back({i + 1, row.empty() ? std::wstring() : row[0], reason});
-    } else {
-      added.rows.push_back(std::move(row));
-    }
+    added.skipped.push_back({i + 1, row.empty() ? std::wstring() : row[0], reason});
+  }
+  added.rows.reserve(offered.rows.size() - added.skipped.size());
+  for (size_t i = 0; i < offered.rows.size(); ++i) {
+    if (keep[i]) added.rows.push_back(std::move(offered.rows[i]));
   }
   return added;
 }

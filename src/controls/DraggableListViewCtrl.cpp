@@ -97,12 +97,17 @@ void CDraggableListViewCtrl::InsertRowItem(int row) {
   if (listFile) SetItemTexts(row, ShownFileColumns(), true);
 }
 
-void CDraggableListViewCtrl::InsertRowItems(int first, int count) {
+void CDraggableListViewCtrl::InsertSelectedRowItems(int first, int count) {
+  ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
   if (!listFile || count <= 0) return;
   const std::vector<int> shown = ShownFileColumns();
+  // Inserted selected: selecting them one by one after would cost as much again.
   SendMessageW(handle, WM_SETREDRAW, FALSE, 0);
-  for (int row = first; row < first + count; ++row) SetItemTexts(row, shown, true);
+  for (int row = first; row < first + count; ++row) SetItemTexts(row, shown, true, true);
   SendMessageW(handle, WM_SETREDRAW, TRUE, 0);
+  ListView_SetItemState(handle, first, LVIS_FOCUSED, LVIS_FOCUSED);
+  ListView_SetSelectionMark(handle, first);
+  ListView_EnsureVisible(handle, first, FALSE);
   InvalidateRect(handle, nullptr, TRUE);
 }
 
@@ -111,10 +116,12 @@ void CDraggableListViewCtrl::UpdateRowItem(int row) {
     SetItemTexts(row, ShownFileColumns(), false);
 }
 
-void CDraggableListViewCtrl::SetItemTexts(int row, const std::vector<int>& shown, bool insert) {
+void CDraggableListViewCtrl::SetItemTexts(int row, const std::vector<int>& shown, bool insert,
+                                          bool selected) {
   const QcsvDocument::Row& cells = listFile->RowAt(row);
   LVITEMW item{};
-  item.mask = LVIF_TEXT;
+  item.mask = LVIF_TEXT | (insert && selected ? LVIF_STATE : 0);
+  item.state = item.stateMask = LVIS_SELECTED;
   item.iItem = row;
   std::wstring owned;
   // Straight to the list view's own procedure: a whole file is many messages, and this control adds
@@ -128,6 +135,7 @@ void CDraggableListViewCtrl::SetItemTexts(int row, const std::vector<int>& shown
     item.iSubItem = static_cast<int>(column);
     item.pszText = const_cast<wchar_t*>(text->c_str());
     DefaultProc(insert && column == 0 ? LVM_INSERTITEMW : LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    item.mask = LVIF_TEXT;
   }
 }
 
@@ -153,16 +161,6 @@ std::vector<int> CDraggableListViewCtrl::SelectedRows() const {
   for (int row = FirstSelected(); row >= 0; row = ListView_GetNextItem(handle, row, LVNI_SELECTED))
     rows.push_back(row);
   return rows;
-}
-
-void CDraggableListViewCtrl::SelectRows(int first, int count) {
-  ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
-  if (count <= 0) return;
-  for (int row = first; row < first + count; ++row)
-    ListView_SetItemState(handle, row, LVIS_SELECTED, LVIS_SELECTED);
-  ListView_SetItemState(handle, first, LVIS_FOCUSED, LVIS_FOCUSED);
-  ListView_SetSelectionMark(handle, first);
-  ListView_EnsureVisible(handle, first, FALSE);
 }
 
 void CDraggableListViewCtrl::ExtendSelection(int row, UINT keys) {

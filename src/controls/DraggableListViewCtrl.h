@@ -42,8 +42,9 @@ class CDraggableListViewCtrl : public CWindowImpl {
   void RefillRows();
   // Inserts the list item for list-file row `row` at the same index.
   void InsertRowItem(int row);
-  // The same for `count` list-file rows from `first` on, drawn once.
-  void InsertRowItems(int first, int count);
+  // The same for `count` list-file rows from `first` on, drawn once; they become the selection, the
+  // first of them focused and scrolled into view.
+  void InsertSelectedRowItems(int first, int count);
   // Sets every shown text of list row `row` again from its list-file row.
   void UpdateRowItem(int row);
   // Moves a row in the view and the list file as a drop on row `to` does; false when nothing moved.
@@ -61,8 +62,6 @@ class CDraggableListViewCtrl : public CWindowImpl {
   int FirstSelected() const;
   // Every selected row, top to bottom.
   std::vector<int> SelectedRows() const;
-  // Selects `count` rows from `first` on alone, the first of them focused and scrolled into view.
-  void SelectRows(int first, int count);
 
   // Position plus one of the list-view column showing a label, 0 when none does.
   int ColumnByLabel(const std::wstring& label) const;
@@ -94,7 +93,7 @@ class CDraggableListViewCtrl : public CWindowImpl {
   int HeaderColumnCount() const;
   // For each shown column, the list-file column it shows (-1 when the file lacks it).
   std::vector<int> ShownFileColumns() const;
-  void SetItemTexts(int row, const std::vector<int>& shown, bool insert);
+  void SetItemTexts(int row, const std::vector<int>& shown, bool insert, bool selected = false);
   LVHITTESTINFO HitTest(POINT at) const;
   std::wstring ItemText(int item, int column) const;
   void ToggleCheck(int item);

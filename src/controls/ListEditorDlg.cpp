@@ -152,7 +152,7 @@ void CListEditorDlg::OnOk() {
 }
 
 LRESULT CListEditorDlg::OnItemChanged(NMLISTVIEW& change) {
-  if (change.uChanged & LVIF_STATE) UpdateButtons();
+  if ((change.uChanged & LVIF_STATE) && !selectingRows) UpdateButtons();
   return 0;
 }
 
@@ -245,8 +245,10 @@ void CListEditorDlg::AddRows(OfferedRows offered) {
     const size_t index = selected >= 0 ? static_cast<size_t>(selected) : shown->RowCount();
     const int count = static_cast<int>(added.rows.size());
     shown->InsertRows(index, std::move(added.rows));
-    listView.InsertRowItems(static_cast<int>(index), count);
-    listView.SelectRows(static_cast<int>(index), count);
+    // The buttons follow once, not once for each row selected.
+    selectingRows = true;
+    listView.InsertSelectedRowItems(static_cast<int>(index), count);
+    selectingRows = false;
     UpdateButtons();
     OnRowsChanged();
   }

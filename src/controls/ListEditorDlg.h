@@ -162,5 +162,6 @@ class CListEditorDlg : public CSizingDialog {
   bool CanBeWritten(const RowCells& cells);
 
   QcsvDocument* shown = &listFile;
+  bool selectingRows = false;
   std::vector<std::pair<const wchar_t*, COLORREF*>> colorOptions;
 };
