@@ -50,8 +50,9 @@ torture: setup $(X64)/build.ninja
 	scripts/wine-run $(X64)/tools/torture/torture.exe 1000
 
 # A million mutated list files through the reader, built with the run-time checks; 2,000 hostile files
-# for each list editor, opened and confirmed in process; 10,000 hostile Vrk.ini files loaded and saved.
-# Failures join the corpora. SEED=N makes the files of an earlier run again.
+# for each list editor, opened and confirmed in process, and 2,000 hostile clipboard texts pasted into
+# each; 10,000 hostile Vrk.ini files loaded and saved. Failures join the corpora.
+# SEED=N makes the files of an earlier run again.
 fuzz: setup $(X64)/build.ninja
 	cmake --build $(X64) -j$(JOBS) --target fuzz editor_fuzz settings_fuzz
 	scripts/run-fuzz $(X64) $(SEED)

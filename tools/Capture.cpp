@@ -19,6 +19,10 @@ void SettleWindow(HWND window) {
 bool CaptureWindowToBmp(HWND window, const std::wstring& path) {
   RECT rect;
   if (!GetWindowRect(window, &rect)) return false;
+  return CaptureScreenToBmp(rect, path);
+}
+
+bool CaptureScreenToBmp(const RECT& rect, const std::wstring& path) {
   const int width = rect.right - rect.left;
   const int height = rect.bottom - rect.top;
   HDC screen = GetDC(nullptr);

@@ -7,6 +7,8 @@
 
 // Saves what the screen shows of a window (frame included) as a 24-bit BMP file.
 bool CaptureWindowToBmp(HWND window, const std::wstring& path);
+// The same for a rectangle of the screen (a dialog with the menu it opened, say).
+bool CaptureScreenToBmp(const RECT& rect, const std::wstring& path);
 
 // Dispatches waiting messages and lets the window paint before a capture.
 void SettleWindow(HWND window);

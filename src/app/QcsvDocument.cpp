@@ -66,6 +66,24 @@ size_t Utf8Length(const wchar_t* text, size_t count) {
   return bytes;
 }
 
+// The bytes a field takes in the file, quotes included.
+size_t WrittenBytes(const std::wstring& field) {
+  const size_t quotes = static_cast<size_t>(std::count(field.begin(), field.end(), L'"'));
+  const bool quoted = quotes > 0 || field.find(L',') != std::wstring::npos;
+  return Utf8Length(field.data(), field.size()) + (quoted ? 2 + quotes : 0);
+}
+
+// The bytes a row takes in the file: its fields, the commas between them and CR LF.
+size_t WrittenRowBytes(const QcsvDocument::Row& row) {
+  size_t bytes = 2 + (row.empty() ? 0 : row.size() - 1);
+  for (const std::wstring& field : row) bytes += WrittenBytes(field);
+  return bytes;
+}
+
+bool BreaksLine(std::wstring_view text) {
+  return text.find_first_of(L"\r\n") != std::wstring_view::npos;
+}
+
 void AppendField(std::wstring& out, std::wstring_view field) {
   if (std::none_of(field.begin(), field.end(), [](wchar_t c) { return c == L',' || c == L'"'; })) {
     out.append(field);
@@ -751,6 +769,53 @@ void QcsvDocument::EraseRow(size_t index) {
 void QcsvDocument::AppendRow(Row row) {
   if (row.size() < columns.size()) row.resize(columns.size());
   rows.push_back(std::move(row));
+}
+
+void QcsvDocument::InsertRows(size_t index, std::vector<Row> added) {
+  for (Row& row : added) {
+    if (row.size() < columns.size()) row.resize(columns.size());
+  }
+  index = std::min(index, rows.size());
+  rows.insert(rows.begin() + static_cast<std::ptrdiff_t>(index), std::make_move_iterator(added.begin()),
+              std::make_move_iterator(added.end()));
+}
+
+void QcsvDocument::EraseRows(const std::vector<size_t>& ascending) {
+  // One pass that closes the gaps, instead of one erase (and one shift of every row after it) a row.
+  size_t kept = 0;
+  auto next = ascending.begin();
+  for (size_t row = 0; row < rows.size(); ++row) {
+    if (next != ascending.end() && *next == row) {
+      while (next != ascending.end() && *next == row) ++next;
+      continue;
+    }
+    if (kept != row) rows[kept] = std::move(rows[row]);
+    ++kept;
+  }
+  rows.resize(kept);
+}
+
+bool IsTagField(std::wstring_view field) {
+  return field == L"#format" || field == L"#option" || field == L"#column";
+}
+
+RowFault RowWriteFault(const QcsvDocument::Row& row) {
+  if (!row.empty() && IsTagField(row[0])) return RowFault::kTagField;
+  if (std::any_of(row.begin(), row.end(), BreaksLine)) return RowFault::kLineBreak;
+  if (WrittenRowBytes(row) > kBlockLimit) return RowFault::kTooLong;
+  return RowFault::kNone;
+}
+
+std::vector<QcsvDocument::Row> ReadRecords(std::string_view bytes) {
+  std::vector<QcsvDocument::Row> records;
+  RecordParser parser;
+  parser.See(bytes.data(), bytes.data() + bytes.size(), true);
+  RecordShape shape;
+  while (!parser.AtEnd()) {
+    records.emplace_back();
+    parser.Next(records.back(), shape);
+  }
+  return records;
 }
 
 std::wstring JoinValues(const std::vector<std::wstring>& values) {

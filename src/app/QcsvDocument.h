@@ -56,6 +56,8 @@ class QcsvDocument {
   size_t RowCount() const { return rows.size(); }
   const Row& RowAt(size_t index) const { return rows[index]; }
   const std::vector<Row>& Rows() const { return rows; }
+  // Hands the rows over, leaving the document without any.
+  std::vector<Row> TakeRows() { return std::exchange(rows, {}); }
   std::wstring Cell(size_t row, std::wstring_view column, std::wstring_view fallback = {}) const;
   // Sets a cell by column name, adding the column when the file lacks it.
   void SetCell(size_t row, std::wstring_view column, std::wstring_view value);
@@ -66,6 +68,10 @@ class QcsvDocument {
   void SetRow(size_t index, Row row);
   void EraseRow(size_t index);
   void AppendRow(Row row);
+  // Many rows at once, each padded to the columns, in the time of one.
+  void InsertRows(size_t index, std::vector<Row> added);
+  // The rows at these positions, given in ascending order.
+  void EraseRows(const std::vector<size_t>& ascending);
 
   // The step that puts bytes into the temporary file during Write. Tests replace it to make a write
   // fail midway; an empty function puts the real write back.
@@ -89,6 +95,19 @@ class QcsvDocument {
   // Position of the option named so (the last one before `before` when a file repeats it), or -1.
   int OptionIndex(std::wstring_view name, int before = -1) const;
 };
+
+// Whether the reader takes a line whose first field is this as a line of its own (#format, #option,
+// #column) rather than as a row: a row that begins so does not come back from the file.
+bool IsTagField(std::wstring_view field);
+
+// Why a row would not come back from the file as it is: its first field is a tag, a field holds a line
+// break, or the row is longer than the writer writes.
+enum class RowFault { kNone, kTagField, kLineBreak, kTooLong };
+RowFault RowWriteFault(const QcsvDocument::Row& row);
+
+// The records of bytes in the file's grammar (fields, quotes, CR LF) without reading any of them as a
+// tag: what the reader splits a file into before it interprets it.
+std::vector<QcsvDocument::Row> ReadRecords(std::string_view bytes);
 
 // A cell holding several values keeps them as the list file keeps fields: joined by "," and quoted where
 // needed (a quote doubled inside), so that the extension splits them as it splits a line.

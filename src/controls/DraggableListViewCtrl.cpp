@@ -89,15 +89,31 @@ void CDraggableListViewCtrl::InsertRowItem(int row) {
   if (listFile) SetItemTexts(row, ShownFileColumns(), true);
 }
 
+void CDraggableListViewCtrl::InsertSelectedRowItems(int first, int count) {
+  ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
+  if (!listFile || count <= 0) return;
+  const std::vector<int> shown = ShownFileColumns();
+  // Inserted selected: selecting them one by one after would cost as much again.
+  SendMessageW(handle, WM_SETREDRAW, FALSE, 0);
+  for (int row = first; row < first + count; ++row) SetItemTexts(row, shown, true, true);
+  SendMessageW(handle, WM_SETREDRAW, TRUE, 0);
+  ListView_SetItemState(handle, first, LVIS_FOCUSED, LVIS_FOCUSED);
+  ListView_SetSelectionMark(handle, first);
+  ListView_EnsureVisible(handle, first, FALSE);
+  InvalidateRect(handle, nullptr, TRUE);
+}
+
 void CDraggableListViewCtrl::UpdateRowItem(int row) {
   if (listFile && row >= 0 && static_cast<size_t>(row) < listFile->RowCount())
     SetItemTexts(row, ShownFileColumns(), false);
 }
 
-void CDraggableListViewCtrl::SetItemTexts(int row, const std::vector<int>& shown, bool insert) {
+void CDraggableListViewCtrl::SetItemTexts(int row, const std::vector<int>& shown, bool insert,
+                                          bool selected) {
   const QcsvDocument::Row& cells = listFile->RowAt(row);
   LVITEMW item{};
-  item.mask = LVIF_TEXT;
+  item.mask = LVIF_TEXT | (insert && selected ? LVIF_STATE : 0);
+  item.state = item.stateMask = LVIS_SELECTED;
   item.iItem = row;
   std::wstring owned;
   // Straight to the list view's own procedure: a whole file is many messages, and this control adds
@@ -111,6 +127,7 @@ void CDraggableListViewCtrl::SetItemTexts(int row, const std::vector<int>& shown
     item.iSubItem = static_cast<int>(column);
     item.pszText = const_cast<wchar_t*>(text->c_str());
     DefaultProc(insert && column == 0 ? LVM_INSERTITEMW : LVM_SETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    item.mask = LVIF_TEXT;
   }
 }
 
@@ -122,11 +139,36 @@ void CDraggableListViewCtrl::SelectItem(int index) {
   if (!(GetWindowLongPtrW(handle, GWL_STYLE) & LVS_SINGLESEL))
     ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
   ListView_SetItemState(handle, index, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+  // The row a Shift click selects from, as the list's own clicks make it.
+  ListView_SetSelectionMark(handle, index);
   ListView_EnsureVisible(handle, index, FALSE);
 }
 
 int CDraggableListViewCtrl::FirstSelected() const {
   return ListView_GetNextItem(handle, -1, LVNI_SELECTED);
+}
+
+std::vector<int> CDraggableListViewCtrl::SelectedRows() const {
+  std::vector<int> rows;
+  for (int row = FirstSelected(); row >= 0; row = ListView_GetNextItem(handle, row, LVNI_SELECTED))
+    rows.push_back(row);
+  return rows;
+}
+
+void CDraggableListViewCtrl::ExtendSelection(int row, UINT keys) {
+  const bool adding = (keys & MK_CONTROL) != 0;
+  if (keys & MK_SHIFT) {
+    int anchor = ListView_GetSelectionMark(handle);
+    if (anchor < 0 || anchor >= ListView_GetItemCount(handle)) anchor = std::max(FirstSelected(), 0);
+    if (!adding) ListView_SetItemState(handle, -1, 0, LVIS_SELECTED);
+    for (int i = std::min(anchor, row); i <= std::max(anchor, row); ++i)
+      ListView_SetItemState(handle, i, LVIS_SELECTED, LVIS_SELECTED);
+  } else {
+    const UINT selected = ListView_GetItemState(handle, row, LVIS_SELECTED) & LVIS_SELECTED;
+    ListView_SetItemState(handle, row, selected ^ LVIS_SELECTED, LVIS_SELECTED);
+    ListView_SetSelectionMark(handle, row);
+  }
+  ListView_SetItemState(handle, row, LVIS_FOCUSED, LVIS_FOCUSED);
 }
 
 LVHITTESTINFO CDraggableListViewCtrl::HitTest(POINT at) const {
@@ -158,7 +200,7 @@ void CDraggableListViewCtrl::ToggleCheck(int item) {
   ListView_SetItemState(handle, item, INDEXTOSTATEIMAGEMASK(image == 1 ? 2 : 1), LVIS_STATEIMAGEMASK);
 }
 
-void CDraggableListViewCtrl::OnLButtonDown(POINT at, UINT) {
+void CDraggableListViewCtrl::OnLButtonDown(POINT at, UINT keys) {
   columnCountAtPress = HeaderColumnCount();
   if (columnCountAtPress > kMaxColumns) {
     ShowMessage(handle, Text(strTooManyColumns), L"", MB_ICONERROR);
@@ -179,6 +221,11 @@ void CDraggableListViewCtrl::OnLButtonDown(POINT at, UINT) {
   if (!(hit.flags & LVHT_ONITEMLABEL)) return;
 
   EndDragImage();
+  if (keys & (MK_SHIFT | MK_CONTROL)) {
+    ExtendSelection(hit.iItem, keys);
+    SetFocus(handle);
+    return;
+  }
   int selected = FirstSelected();
   if (hit.iItem != selected) {
     // The first press on a row only selects it; a drag starts from the row already selected.
@@ -255,6 +302,9 @@ void CDraggableListViewCtrl::OnLButtonUp(POINT at, UINT) {
   if (to >= 0 && from >= 0 && to != from && hit.iSubItem >= 0) {
     MoveDraggedRow(from, to);
     if (onRowMoved) onRowMoved(from, to);
+  } else if (to >= 0 && to == from && ListView_GetSelectedCount(handle) > 1) {
+    // A click on the current row of several selected ones, without a move, selects it alone.
+    SelectItem(from);
   }
 
   if (dragImage) {
@@ -277,6 +327,12 @@ bool CDraggableListViewCtrl::OnSysKeyDown(UINT key, UINT flags) {
   const int from = FirstSelected();
   const int to = key == VK_UP ? from - 1 : from + 1;
   if (MoveRow(from, to) && onRowMoved) onRowMoved(from, to);
+  return true;
+}
+
+bool CDraggableListViewCtrl::OnKeyDown(UINT key, UINT) {
+  if (key != 'A' || GetKeyState(VK_CONTROL) >= 0) return false;
+  ListView_SetItemState(handle, -1, LVIS_SELECTED, LVIS_SELECTED);
   return true;
 }
 

@@ -19,6 +19,8 @@
 // A row is moved by pressing on the selected row and releasing on another, or by Alt+Up and Alt+Down;
 // the list file follows. Check boxes toggle with one click on the state icon, without selecting the row.
 // Enter reaches the owner as a key notification rather than pressing the dialog's default button.
+// Several rows are selected with Shift and Ctrl held while clicking, or all with Ctrl+A; the first
+// selected row stays the current one, the row a drag moves.
 class CDraggableListViewCtrl : public CWindowImpl {
  public:
   static constexpr int kMaxColumns = 16;
@@ -41,6 +43,9 @@ class CDraggableListViewCtrl : public CWindowImpl {
   void RefillRows();
   // Inserts the list item for list-file row `row` at the same index.
   void InsertRowItem(int row);
+  // The same for `count` list-file rows from `first` on, drawn once; they become the selection, the
+  // first of them focused and scrolled into view.
+  void InsertSelectedRowItems(int first, int count);
   // Sets every shown text of list row `row` again from its list-file row.
   void UpdateRowItem(int row);
   // Moves a row in the view and the list file as a drop on row `to` does; false when nothing moved.
@@ -56,6 +61,8 @@ class CDraggableListViewCtrl : public CWindowImpl {
   void SelectItem(int index);
   // The current row: the first selected one, or -1.
   int FirstSelected() const;
+  // Every selected row, top to bottom.
+  std::vector<int> SelectedRows() const;
 
   // Position plus one of the list-view column showing a label, 0 when none does.
   int ColumnByLabel(const std::wstring& label) const;
@@ -70,6 +77,7 @@ class CDraggableListViewCtrl : public CWindowImpl {
     MOUSE_HANDLER(WM_MOUSEMOVE, OnMouseMove)
     GETDLGCODE_HANDLER(OnGetDlgCode)
     KEY_HANDLER(WM_SYSKEYDOWN, OnSysKeyDown)
+    KEY_HANDLER(WM_KEYDOWN, OnKeyDown)
   END_MSG_MAP()
 
  private:
@@ -78,11 +86,15 @@ class CDraggableListViewCtrl : public CWindowImpl {
   void OnMouseMove(POINT at, UINT keys);
   std::optional<UINT> OnGetDlgCode(UINT key, const MSG* message);
   bool OnSysKeyDown(UINT key, UINT flags);
+  bool OnKeyDown(UINT key, UINT flags);
+  // A press with Shift or Ctrl held: Ctrl adds or takes away the row, Shift selects the rows from the
+  // last row clicked to this one (added to those selected when Ctrl is held too).
+  void ExtendSelection(int row, UINT keys);
 
   int HeaderColumnCount() const;
   // For each shown column, the list-file column it shows (-1 when the file lacks it).
   std::vector<int> ShownFileColumns() const;
-  void SetItemTexts(int row, const std::vector<int>& shown, bool insert);
+  void SetItemTexts(int row, const std::vector<int>& shown, bool insert, bool selected = false);
   LVHITTESTINFO HitTest(POINT at) const;
   std::wstring ItemText(int item, int column) const;
   void ToggleCheck(int item);

@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <shellapi.h>
+
 #include <cstdint>
 #include <span>
 #include <string>
@@ -8,7 +10,9 @@
 #include <utility>
 #include <vector>
 
+#include "app/Handles.h"
 #include "app/QcsvDocument.h"
+#include "app/RowTransfer.h"
 #include "controls/Binding.h"
 #include "controls/DraggableListViewCtrl.h"
 #include "ui/SizingDialog.h"
@@ -22,6 +26,8 @@ class RowCells {
  public:
   explicit RowCells(QcsvDocument& file);
   RowCells(QcsvDocument& file, size_t row);
+  // Cells that arrive whole (pasted, or from a dropped file), in the file's columns.
+  RowCells(QcsvDocument& file, QcsvDocument::Row arrived);
 
   std::wstring Get(std::wstring_view column) const;
   // Sets a cell, adding the column to the file when it lacks it.
@@ -30,6 +36,7 @@ class RowCells {
   void SetOn(std::wstring_view column, bool on) { Set(column, on ? kFlagOn : L""); }
 
   const QcsvDocument::Row& Cells() const { return cells; }
+  QcsvDocument::Row TakeCells() { return std::move(cells); }
 
  private:
   QcsvDocument* file;
@@ -56,6 +63,10 @@ struct ListEditorDef {
 // the first selected one (or at the end), edits on a double click, Enter or Edit, deletes the first
 // selected row (also with the Delete key; Insert adds), and on OK stores its size, writes the file and
 // sets its change flag. Cancel writes nothing. A failed write leaves the dialog open with every change.
+// Rows travel too: Ctrl+C copies the selected rows as list-file text, Ctrl+X copies and deletes them,
+// Ctrl+V adds the clipboard's rows before the current row (or at the end) and selects them, and a list
+// file dropped on the editor adds its rows once the user agrees. The list's context menu holds Copy and
+// Paste after the editor's own entries. Rows added so are edits like any other: OK writes them.
 //
 // An editor supplies its definition and control table, the item dialog (EditItem), and, where it has
 // them, the values it keeps in options of the file or in settings (its binding table, added to `values`
@@ -69,6 +80,9 @@ class CListEditorDlg : public CSizingDialog {
   // The list file; the tool's folder and the editor's file name unless set before DoModal.
   std::wstring path;
 
+  // The context menu's commands (ids no editor's control uses).
+  enum : uint16_t { kCopyCommand = 0xE122, kPasteCommand = 0xE125 };
+
   BEGIN_MSG_MAP(CListEditorDlg)
     COMMAND_ID_HANDLER(IDOK, OnOk)
     COMMAND_ID_HANDLER(editor.addId, OnAdd)
@@ -77,6 +91,10 @@ class CListEditorDlg : public CSizingDialog {
     NOTIFY_HANDLER(editor.listId, LVN_ITEMCHANGED, OnItemChanged)
     NOTIFY_HANDLER(editor.listId, NM_DBLCLK, OnDoubleClick)
     NOTIFY_HANDLER(editor.listId, LVN_KEYDOWN, OnListKey)
+    COMMAND_ID_HANDLER(kCopyCommand, OnCopy)
+    COMMAND_ID_HANDLER(kPasteCommand, OnPaste)
+    CONTEXTMENU_HANDLER(OnContextMenu)
+    DROPFILES_HANDLER(OnDropFiles)
     CHAIN_MSG_MAP(CSizingDialog)
   END_MSG_MAP()
 
@@ -91,6 +109,12 @@ class CListEditorDlg : public CSizingDialog {
   virtual void StoreRows() {}
   // After the rows shown were filled, added, edited, deleted or moved.
   virtual void OnRowsChanged() {}
+  // The editor's own entries of the list's context menu, which come before Copy and Paste; false when
+  // the menu is not to open now.
+  virtual bool AddMenuEntries(const PopupMenu&) { return true; }
+  // A row pasted or dropped, before it is compared with the rows shown: what the editor's rows carry
+  // that the rows shown do not tell (the list format editor's tab).
+  virtual void OnRowArriving(RowCells&) {}
 
   // Shows and edits `rows` instead of the list file itself (a part of it that the editor merges back
   // in StoreRows). Call from OnOpened.
@@ -123,10 +147,20 @@ class CListEditorDlg : public CSizingDialog {
   LRESULT OnDoubleClick(NMITEMACTIVATE& click);
   LRESULT OnListKey(NMLVKEYDOWN& key);
   void EditRow(int row);
+  void OnCopy();
+  void OnCut();
+  void OnPaste();
+  void OnContextMenu(HWND window, POINT screen);
+  void OnDropFiles(HDROP drop);
+  // Puts the selected rows on the clipboard; false, after telling the user, when it could not.
+  bool CopySelectedRows();
+  // Adds the rows that the rows shown do not hold yet, selected, and tells what was left out.
+  void AddRows(OfferedRows offered);
   // False, after telling the user, for a row whose first cell the file would read as a tag line.
   bool CanBeWritten(const RowCells& cells);
 
   QcsvDocument* shown = &listFile;
   RememberedSize size;
   BoundValues sizeValues;
+  bool selectingRows = false;
 };

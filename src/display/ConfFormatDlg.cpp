@@ -240,6 +240,10 @@ bool CConfFormatDlg::EditItem(RowCells& cells, bool adding) {
   return true;
 }
 
+void CConfFormatDlg::OnRowArriving(RowCells& cells) {
+  cells.Set(strColumnType.English(), kTabs[tab].type);
+}
+
 void CConfFormatDlg::StoreRows() {
   MergeTab();
 }

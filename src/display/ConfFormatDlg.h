@@ -29,6 +29,8 @@ class CConfFormatDlg : public CListEditorDlg {
   void OnOpened() override;
   void StoreRows() override;
   void OnRowsChanged() override;
+  // Rows pasted or dropped join the tab shown.
+  void OnRowArriving(RowCells& cells) override;
 
  private:
   LRESULT OnTabChange(NMHDR& header);

@@ -229,21 +229,16 @@ LRESULT CConfBGMExDlg::OnDraw(NMLVCUSTOMDRAW& draw) {
   return CDRF_SKIPDEFAULT;
 }
 
-void CConfBGMExDlg::OnContextMenu(HWND window, POINT screen) {
-  const int row = CurrentRow();
-  if (window != listView.Handle() || row < 0) return;
-  RECT rect{};
-  ListView_GetItemRect(window, row, &rect, LVIR_LABEL);
-  PopupMenu menu;
+// The menu opens only over a selected row; the frame's Copy and Paste follow these entries.
+bool CConfBGMExDlg::AddMenuEntries(const PopupMenu& menu) {
+  if (CurrentRow() < 0) return false;
   menu.Add(kEdit, Text(strEditItem));
   menu.AddSeparator();
   menu.Add(kAddCondition, Text(strAddCondition));
   menu.Add(kAddCommentMenu, Text(strAddCommentItem));
   menu.AddSeparator();
   menu.Add(kDelete, Text(strDeleteItem));
-  const int command = ShowPopupMenu(menu.Get(), TPM_RETURNCMD | TPM_RIGHTBUTTON | TPM_NONOTIFY,
-                                    ContextMenuPoint(screen, window, {rect.left, rect.bottom}), handle);
-  if (command) Send(WM_COMMAND, MAKEWPARAM(command, 0), 0);
+  return true;
 }
 
 void CConfBGMExDlg::OnHelp(const HELPINFO&) {

@@ -43,7 +43,6 @@ class CConfBGMExDlg : public CListEditorDlg {
     COMMAND_ID_HANDLER(kAddCommentMenu, OnAddCommentMenu)
     COMMAND_ID_HANDLER(kSoundFontButton, OnChooseSoundFont)
     NOTIFY_HANDLER(kList, NM_CUSTOMDRAW, OnDraw)
-    CONTEXTMENU_HANDLER(OnContextMenu)
     HELP_HANDLER(OnHelp)
     CHAIN_MSG_MAP(CListEditorDlg)
   END_MSG_MAP()
@@ -52,6 +51,7 @@ class CConfBGMExDlg : public CListEditorDlg {
   bool EditItem(RowCells& cells, bool adding) override;
   void OnOpened() override;
   void OnRowsChanged() override;
+  bool AddMenuEntries(const PopupMenu& menu) override;
 
  private:
   void OnAddCommentButton();
@@ -59,7 +59,6 @@ class CConfBGMExDlg : public CListEditorDlg {
   void AddComment(size_t index);
   void OnChooseSoundFont();
   LRESULT OnDraw(NMLVCUSTOMDRAW& draw);
-  void OnContextMenu(HWND window, POINT screen);
   void OnHelp(const HELPINFO&);
   bool IsComment(size_t row);
   std::wstring CellText(size_t row, int column);

@@ -195,6 +195,8 @@ INT_PTR CDialog::Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lPara
     case WM_VKEYTOITEM:
       return static_cast<INT_PTR>(result);
   }
-  SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
+  // The result is written only when it changes: the write is a call to the window server under Wine, and a
+  // list telling of thousands of rows sends as many notifications.
+  if (GetWindowLongPtrW(window, DWLP_MSGRESULT) != result) SetWindowLongPtrW(window, DWLP_MSGRESULT, result);
   return TRUE;
 }

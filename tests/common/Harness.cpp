@@ -1,10 +1,36 @@
 #include "common/Harness.h"
 
+#include <shlobj.h>
+
+#include <algorithm>
+#include <cstring>
+
 #include "app/Paths.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
 
 namespace {
+
+// A window of the test's own for the span of one clipboard call: the clipboard is opened for a window.
+class ClipboardOwner {
+ public:
+  ClipboardOwner()
+      : window(CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr)),
+        opened(OpenClipboard(window) != FALSE) {
+    EXPECT_TRUE(opened) << "the clipboard could not be opened";
+  }
+  ~ClipboardOwner() {
+    if (opened) CloseClipboard();
+    DestroyWindow(window);
+  }
+  ClipboardOwner(const ClipboardOwner&) = delete;
+  ClipboardOwner& operator=(const ClipboardOwner&) = delete;
+  explicit operator bool() const { return opened; }
+
+ private:
+  HWND window;
+  bool opened;
+};
 
 std::wstring CurrentProgramFile() {
   return Paths().programFolder.empty() ? std::wstring() : Paths().programFolder + L"\\VrkConfig.exe";
@@ -165,6 +191,49 @@ COLORREF SwatchColor(const CDialog& dialog, int swatchId) {
   ReleaseDC(nullptr, screen);
   EXPECT_EQ(border, 0u) << "swatch border";
   return inside;
+}
+
+void DropFiles(const CWindow& window, const std::vector<std::wstring>& paths) {
+  size_t chars = 1;
+  for (const std::wstring& path : paths) chars += path.size() + 1;
+  HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + chars * sizeof(wchar_t));
+  auto* files = static_cast<DROPFILES*>(GlobalLock(memory));
+  files->pFiles = sizeof(DROPFILES);
+  files->fWide = TRUE;
+  auto* at = reinterpret_cast<wchar_t*>(files + 1);
+  for (const std::wstring& path : paths) at = std::copy(path.begin(), path.end(), at) + 1;
+  GlobalUnlock(memory);
+  window.Send(WM_DROPFILES, reinterpret_cast<WPARAM>(memory));
+}
+
+void OpenListContextMenu(const CWindow& dialog, int listId) {
+  dialog.Send(WM_CONTEXTMENU, reinterpret_cast<WPARAM>(dialog.Item(listId)), MAKELPARAM(-1, -1));
+}
+
+void PutOnClipboard(std::wstring_view text) {
+  ClipboardOwner clipboard;
+  if (!clipboard) return;
+  EmptyClipboard();
+  HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+  auto* target = static_cast<wchar_t*>(GlobalLock(block));
+  std::memcpy(target, text.data(), text.size() * sizeof(wchar_t));
+  target[text.size()] = L'\0';
+  GlobalUnlock(block);
+  EXPECT_NE(SetClipboardData(CF_UNICODETEXT, block), nullptr);
+}
+
+void EmptyClipboardNow() {
+  ClipboardOwner clipboard;
+  if (clipboard) EmptyClipboard();
+}
+
+std::wstring ClipboardNow() {
+  ClipboardOwner clipboard;
+  HANDLE data = clipboard ? GetClipboardData(CF_UNICODETEXT) : nullptr;
+  if (!data) return {};
+  std::wstring text(static_cast<const wchar_t*>(GlobalLock(data)));
+  GlobalUnlock(data);
+  return text;
 }
 
 ExtensionWindow::ExtensionWindow(uint32_t initialMask, HWND game) {

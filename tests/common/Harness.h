@@ -101,6 +101,18 @@ COLORREF SwatchColor(const CDialog& dialog, int swatchId);
 bool SaveToolFile(const InstalledTool& tool, std::wstring_view name, std::string_view bytes,
                   PromptRecorder& clock);
 
+// Files dropped from the shell on a window, as WM_DROPFILES brings them.
+void DropFiles(const CWindow& window, const std::vector<std::wstring>& paths);
+
+// Opens the context menu of a dialog's list from the keyboard (WM_CONTEXTMENU at -1, -1).
+void OpenListContextMenu(const CWindow& dialog, int listId);
+
+// The system clipboard, filled and read as another program does it (a window of the test's own opens it).
+void PutOnClipboard(std::wstring_view text);
+void EmptyClipboardNow();
+// The clipboard's text; empty when it holds none.
+std::wstring ClipboardNow();
+
 // The extension's user-interface window as the running game has it: class "MorvaExtenderUI", title
 // "Morva Extender", the game window's handle at byte 0 and the change mask at byte 8.
 class ExtensionWindow {

@@ -55,6 +55,11 @@ void ListViewDriver::Click(POINT at) const {
   Send(WM_LBUTTONUP, at, 0);
 }
 
+void ListViewDriver::ClickWith(int row, WPARAM keys) const {
+  Send(WM_LBUTTONDOWN, RowPoint(row), MK_LBUTTON | keys);
+  Send(WM_LBUTTONUP, RowPoint(row), keys);
+}
+
 void ListViewDriver::DoubleClick(int row) const {
   const POINT at = RowPoint(row);
   Click(at);
@@ -85,4 +90,15 @@ void ListViewDriver::AltKey(UINT key) const {
   // Bit 29: the Alt key is down.
   SendMessageW(list, WM_SYSKEYDOWN, key, 1 | (1 << 29));
   SendMessageW(list, WM_SYSKEYUP, key, 0xE0000001);
+}
+
+void ListViewDriver::CtrlKey(UINT key) const {
+  BYTE state[256]{};
+  GetKeyboardState(state);
+  const BYTE saved = state[VK_CONTROL];
+  state[VK_CONTROL] = 0x80;
+  SetKeyboardState(state);
+  Key(key);
+  state[VK_CONTROL] = saved;
+  SetKeyboardState(state);
 }

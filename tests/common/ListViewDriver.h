@@ -26,6 +26,8 @@ class ListViewDriver {
   void Send(UINT message, POINT at, WPARAM keys) const;
   void Click(POINT at) const;
   void Click(int row) const { Click(RowPoint(row)); }
+  // A click with Shift (MK_SHIFT), Ctrl (MK_CONTROL) or both held.
+  void ClickWith(int row, WPARAM keys) const;
   void DoubleClick(int row) const;
   // Selects the row with a first click, then presses on it again, moves and releases at `target`.
   void Drag(int row, POINT target) const;
@@ -34,6 +36,8 @@ class ListViewDriver {
   void Select(int row) const;
   void Key(UINT key) const;
   void AltKey(UINT key) const;
+  // A key pressed with Ctrl held, as the keyboard's state tells it.
+  void CtrlKey(UINT key) const;
 
  protected:
   HWND list;

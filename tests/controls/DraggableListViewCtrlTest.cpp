@@ -232,6 +232,49 @@ TEST(DraggableListView, FirstPressOnlySelectsAndAPressOnTheSelectedRowDragsItsIm
   EXPECT_EQ(ImageList_GetDragImage(nullptr, nullptr), nullptr);
 }
 
+// Ctrl clicks add and take away rows, Shift clicks select from the last row clicked, both together add
+// that span, Ctrl+A selects every row; the first selected row is the current one, and a drag still
+// starts only from a press on it, moving it alone. A click on it without a move selects it alone.
+TEST(DraggableListView, ShiftAndCtrlClicksSelectSeveralRowsAndTheFirstStaysTheOneThatMoves) {
+  Harness h;
+  h.file.AppendRow({L"d", L"hd", L"#000004"});
+  h.view.RefillRows();
+  h.Click(1);
+  h.ClickWith(3, MK_CONTROL);
+  EXPECT_EQ(h.Selected(), (std::vector<int>{1, 3}));
+  h.ClickWith(1, MK_CONTROL);
+  EXPECT_EQ(h.Selected(), std::vector<int>{3});
+  EXPECT_EQ(h.view.FirstSelected(), 3);
+  h.ClickWith(2, MK_SHIFT);  // from row 1, the last clicked
+  EXPECT_EQ(h.Selected(), (std::vector<int>{1, 2}));
+  h.Click(3);
+  h.ClickWith(3, MK_CONTROL | MK_SHIFT);
+  h.ClickWith(0, MK_CONTROL | MK_SHIFT);
+  EXPECT_EQ(h.Selected(), (std::vector<int>{0, 1, 2, 3}));
+  EXPECT_EQ(GetCapture(), nullptr);
+  h.Select(2);
+  h.CtrlKey('A');
+  EXPECT_EQ(h.Selected(), (std::vector<int>{0, 1, 2, 3}));
+
+  // A press on a selected row that is not the current one selects it alone; only a press on the current
+  // row drags, and the drag moves that row alone.
+  h.Send(WM_LBUTTONDOWN, h.RowPoint(2), MK_LBUTTON);
+  EXPECT_EQ(GetCapture(), nullptr);
+  h.Send(WM_LBUTTONUP, h.RowPoint(2), 0);
+  EXPECT_EQ(h.Selected(), std::vector<int>{2});
+  h.ClickWith(0, MK_SHIFT);
+  EXPECT_EQ(h.Selected(), (std::vector<int>{0, 1, 2}));
+  h.Drag(0, 3);
+  EXPECT_EQ(h.FileOrder(), (Order{L"b", L"c", L"d", L"a"}));
+  EXPECT_EQ(h.Column(), (Order{L"b", L"c", L"d", L"a"}));
+  EXPECT_EQ(h.Selected(), std::vector<int>{3});
+  h.ClickWith(1, MK_SHIFT);
+  h.Send(WM_LBUTTONDOWN, h.RowPoint(1), MK_LBUTTON);
+  h.Send(WM_LBUTTONUP, h.RowPoint(1), 0);
+  EXPECT_EQ(h.Selected(), std::vector<int>{1});
+  EXPECT_EQ(h.FileOrder(), (Order{L"b", L"c", L"d", L"a"}));
+}
+
 // While dragging is on, a check box click toggles it and leaves the selection alone; with dragging off the
 // list acts as a plain one: the click only selects, and a press on the selected row never drags.
 TEST(DraggableListView, CheckBoxClickTogglesWithoutSelectingOnlyWhileDraggingIsOn) {

@@ -429,3 +429,251 @@ TEST_F(ListEditorTest, ASecondOkWhileTheWritersMessageIsUpDoesNothing) {
   EXPECT_EQ(result, IDOK);
   EXPECT_NE(Bytes(), kThreeRows);
 }
+
+namespace {
+
+const std::wstring kListText = L"#format,qcsv\r\n#column,keyword,color\r\n";
+
+// The file's rows: what follows its column line.
+std::string RowsOf(const std::string& bytes) {
+  const size_t columns = bytes.find("#column");
+  return columns == std::string::npos ? bytes : bytes.substr(columns);
+}
+
+bool Disabled(const MenuEntry* entry) {
+  return entry && (entry->state & MFS_DISABLED);
+}
+
+}  // namespace
+
+// Shift and Ctrl clicks and Ctrl+A select several rows, the first of them the row Edit acts on; Ctrl+C
+// and the menu's Copy put them on the clipboard as list text, in the list's order.
+TEST_F(ListEditorTest, SelectedRowsGoOnTheClipboardAsListText) {
+  Write(kThreeRows);
+  PromptRecorder recorder;
+  Run(
+      [&](CDialog& d, ListViewDriver& list) {
+        list.Click(2);
+        list.ClickWith(0, MK_CONTROL);
+        EXPECT_EQ(list.Selected(), (std::vector<int>{0, 2}));
+        list.CtrlKey('C');
+        EXPECT_EQ(ClipboardNow(), kListText + L"a,#000001\r\nc,#000003\r\n");
+        Click(d, Dlg::kEdit);  // the first selected row: "a" becomes "a2"
+        list.ClickWith(1, MK_SHIFT);
+        EXPECT_EQ(list.Selected(), (std::vector<int>{0, 1}));
+        list.ClickWith(0, MK_CONTROL);
+        EXPECT_EQ(list.Selected(), (std::vector<int>{1}));
+        list.CtrlKey('A');
+        EXPECT_EQ(list.Selected(), (std::vector<int>{0, 1, 2}));
+        recorder.AnswerMenuEntry(L"Copy");
+        OpenListContextMenu(d, Dlg::kList);
+        EXPECT_EQ(ClipboardNow(), kListText + L"a2,#000001\r\nb,#000002\r\nc,#000003\r\n");
+        Click(d, IDCANCEL);
+      },
+      {L"a2"});
+  EXPECT_TRUE(recorder.asked.empty());
+  EXPECT_EQ(Bytes(), kThreeRows);
+}
+
+// The list's menu holds Copy and Paste alone, in the dialog's language, each disabled while there is
+// nothing to copy or to paste; Paste adds the clipboard's rows.
+TEST_F(ListEditorTest, TheContextMenuCopiesAndPastes) {
+  Write(kThreeRows);
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    const std::vector<std::wstring> texts = language == kEnglish
+                                                ? std::vector<std::wstring>{L"Copy", L"Paste"}
+                                                : std::vector<std::wstring>{L"コピー", L"貼り付け"};
+    PromptRecorder recorder;
+    Run([&](CDialog& d, ListViewDriver& list) {
+      EmptyClipboardNow();
+      OpenListContextMenu(d, Dlg::kList);
+      PutOnClipboard(L"pasted");
+      list.Select(1);
+      recorder.AnswerMenuEntry(texts[1]);
+      OpenListContextMenu(d, Dlg::kList);
+      ASSERT_EQ(recorder.menus.size(), 2u);
+      for (const AskedMenu& menu : recorder.menus) EXPECT_EQ(menu.Texts(), texts);
+      EXPECT_TRUE(Disabled(recorder.menus[0].Find(Dlg::kCopyCommand)));
+      EXPECT_TRUE(Disabled(recorder.menus[0].Find(Dlg::kPasteCommand)));
+      EXPECT_FALSE(Disabled(recorder.menus[1].Find(Dlg::kCopyCommand)));
+      EXPECT_FALSE(Disabled(recorder.menus[1].Find(Dlg::kPasteCommand)));
+      EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"a", L"pasted", L"b", L"c"}));
+      Click(d, IDCANCEL);
+    });
+  }
+}
+
+// Rows go in before the current row, by column name in any order and letter case, and are selected; a
+// row the list holds already is skipped and a column it lacks left out, which one message owned by the
+// editor tells, in its language. OK writes the rows shown.
+TEST_F(ListEditorTest, PasteSkipsARowTheListHoldsAndTellsOfAColumnItLacks) {
+  const std::wstring text =
+      L"#format,qcsv\r\n#column,Color,KEYWORD,note\r\n#000002,b,from a forum\r\n#00ff00,d,rare\r\n";
+  const std::wstring told[] = {
+      L"Rows added: 1 of 2.\r\n\r\nSkipped:\r\nRow 1 (\"b\"): already in the list\r\n\r\n"
+      L"Left out, as the list has no such columns: note",
+      L"追加した行：2行中1行\r\n\r\n追加しなかった行：\r\n1行目（「b」）：すでにリストにあります\r\n\r\n"
+      L"リストにない列のため除いたもの：note"};
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    Write(kThreeRows);
+    PromptRecorder recorder;
+    HWND shown = nullptr;
+    Run([&](CDialog& d, ListViewDriver& list) {
+      shown = d.Handle();
+      PutOnClipboard(text);
+      list.Select(1);
+      list.CtrlKey('V');
+      EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"a", L"d", L"b", L"c"}));
+      EXPECT_EQ(list.TextAt(1, 1), L"#00ff00");
+      EXPECT_EQ(list.Selected(), std::vector<int>{1});
+      Click(d, IDOK);
+    });
+    ASSERT_EQ(recorder.asked.size(), 1u);
+    EXPECT_EQ(recorder.asked[0].text, told[language]);
+    EXPECT_EQ(recorder.asked[0].owner, shown);
+    EXPECT_EQ(RowsOf(Bytes()),
+              "#column,keyword,color\r\na,#000001\r\nd,#00ff00\r\nb,#000002\r\nc,#000003\r\n");
+  }
+}
+
+// A plain list of keywords, one a line, with line breaks of any kind and blank lines, pastes as keywords
+// at the end when no row is selected; every row was added, so nothing is said.
+TEST_F(ListEditorTest, PlainKeywordLinesPasteAsKeywords) {
+  Write(kThreeRows);
+  PromptRecorder recorder;
+  Run([&](CDialog& d, ListViewDriver& list) {
+    PutOnClipboard(L"apple\nbanana pie\r\n\r\ncherry\r");
+    list.CtrlKey('V');
+    EXPECT_EQ(list.Column(),
+              (std::vector<std::wstring>{L"a", L"b", L"c", L"apple", L"banana pie", L"cherry"}));
+    EXPECT_EQ(list.Selected(), (std::vector<int>{3, 4, 5}));
+    Click(d, IDOK);
+  });
+  EXPECT_TRUE(recorder.asked.empty());
+  EXPECT_EQ(
+      RowsOf(Bytes()),
+      "#column,keyword,color\r\na,#000001\r\nb,#000002\r\nc,#000003\r\napple,\r\nbanana pie,\r\ncherry,\r\n");
+}
+
+// Pasted rows are edits like Add: Cancel leaves the file byte for byte and tells the extension nothing.
+TEST_F(ListEditorTest, CancelAfterAPasteLeavesTheFileByteForByte) {
+  Write(kThreeRows);
+  Run([&](CDialog& d, ListViewDriver& list) {
+    PutOnClipboard(kListText + L"x,#0000ff\r\ny,#00ff00\r\n");
+    list.Select(0);
+    list.CtrlKey('V');
+    EXPECT_EQ(list.Count(), 5);
+    Click(d, IDCANCEL);
+  });
+  EXPECT_EQ(Bytes(), kThreeRows);
+  EXPECT_EQ(extension.Mask(), 0x101u);
+}
+
+// Ctrl+X copies the selected rows and takes them out; pasted back they come in before the current row.
+// Cancel then leaves the file as it was.
+TEST_F(ListEditorTest, CutRowsThenCancel) {
+  Write(kThreeRows);
+  PromptRecorder recorder;
+  Run([&](CDialog& d, ListViewDriver& list) {
+    list.Click(1);
+    list.ClickWith(2, MK_SHIFT);
+    list.CtrlKey('X');
+    EXPECT_EQ(list.Column(), std::vector<std::wstring>{L"a"});
+    EXPECT_EQ(ClipboardNow(), kListText + L"b,#000002\r\nc,#000003\r\n");
+    EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
+    list.Select(0);
+    list.CtrlKey('V');
+    EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"b", L"c", L"a"}));
+    Click(d, IDCANCEL);
+  });
+  EXPECT_TRUE(recorder.asked.empty());
+  EXPECT_EQ(Bytes(), kThreeRows);
+}
+
+// A list file dropped from the shell asks before its rows are added, in the dialog's language; No adds
+// nothing, Yes adds the rows the list lacks. Files of other kinds, and list files that give no rows, are
+// told about and add nothing.
+TEST_F(ListEditorTest, ADroppedListFileAsksThenAddsItsRows) {
+  const std::wstring shared = tool.ToolFile(L"Shared.qcsv"), broken = tool.ToolFile(L"Broken.qcsv");
+  ASSERT_TRUE(WriteFileBytes(shared, "#format,qcsv\r\n#column,keyword,color\r\nb,#000002\r\ne,#000005\r\n"));
+  ASSERT_TRUE(WriteFileBytes(broken, "#format,qcsv\r\n#column,keyword\r\nMZ\x01\x02"));
+  const std::wstring song = tool.ToolFile(L"song.ogg");
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    Write(kThreeRows);
+    PromptRecorder recorder;
+    recorder.messageAnswers = {IDNO, IDYES};
+    Run([&](CDialog& d, ListViewDriver& list) {
+      DropFiles(d, {shared});
+      EXPECT_EQ(list.Count(), 3);
+      DropFiles(d, {shared});
+      EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"a", L"b", L"c", L"e"}));
+      EXPECT_EQ(list.Selected(), std::vector<int>{3});
+      DropFiles(d, {song, broken});
+      EXPECT_EQ(list.Count(), 4);
+      Click(d, IDOK);
+    });
+    const std::vector<std::wstring> english{
+        L"Add 2 rows from Shared.qcsv?", L"Add 2 rows from Shared.qcsv?",
+        L"Rows added: 1 of 2.\r\n\r\nSkipped:\r\nRow 1 (\"b\"): already in the list",
+        L"No rows were added from \"Broken.qcsv\": it holds control characters or bytes that are no text, "
+        L"as binary data does.",
+        L"Only list files (.qcsv) can be dropped here. Not added: \"song.ogg\""};
+    const std::vector<std::wstring> japanese{
+        L"「Shared.qcsv」から2行を追加しますか？", L"「Shared.qcsv」から2行を追加しますか？",
+        L"追加した行：2行中1行\r\n\r\n追加しなかった行：\r\n1行目（「b」）：すでにリストにあります",
+        L"「Broken."
+        L"qcsv」から行を追加しませんでした。制御文字や文字ではないバイトを含んでいます（バイナリデータ"
+        L"のようです）。",
+        L"ここにドロップできるのはリストファイル（.qcsv）だけです。追加しなかったファイル：「song.ogg」"};
+    EXPECT_EQ(recorder.Texts(), language == kEnglish ? english : japanese);
+    EXPECT_EQ(recorder.asked[0].type & MB_TYPEMASK, static_cast<UINT>(MB_YESNO));
+    EXPECT_EQ(RowsOf(Bytes()),
+              "#column,keyword,color\r\na,#000001\r\nb,#000002\r\nc,#000003\r\ne,#000005\r\n");
+  }
+}
+
+// Text that is no list (binary bytes, 10 MB of text, a line of 100,000 commas, broken characters, a
+// format line of another format) changes nothing and says why in one message, in either language.
+TEST_F(ListEditorTest, HostileClipboardTextChangesNothing) {
+  Write(kThreeRows);
+  const struct {
+    const char* name;
+    std::wstring text;
+    const wchar_t* english;
+    const wchar_t* japanese;
+  } cases[] = {
+      {"binary", std::wstring(L"MZ\x90\x03\x04\x05\x06\x07\x08\x0B\x0C\x0E\x7F", 13), L"binary data",
+       L"バイナリデータ"},
+      {"10 MB", std::wstring(10'000'000, L'x'), L"more than 2,000,000 characters", L"2,000,000文字を超えて"},
+      {"100,000 commas", L"a" + std::wstring(100000, L','), L"more than 1,000 fields", L"1,000個を超えて"},
+      {"lone surrogate",
+       L"ok\xD83D"
+       L"x",
+       L"broken characters", L"壊れた文字"},
+      {"other format", L"#format,csv\r\na,b\r\n", L"another format than qcsv", L"qcsv以外の形式"},
+  };
+  for (uint32_t language : {kEnglish, kJapanese}) {
+    ScopedLanguage scoped(language);
+    for (const auto& c : cases) {
+      SCOPED_TRACE(c.name);
+      PromptRecorder recorder;
+      Run([&](CDialog& d, ListViewDriver& list) {
+        PutOnClipboard(c.text);
+        list.Select(1);
+        list.CtrlKey('V');
+        EXPECT_EQ(list.Column(), (std::vector<std::wstring>{L"a", L"b", L"c"}));
+        Click(d, IDOK);
+      });
+      ASSERT_EQ(recorder.asked.size(), 1u);
+      const std::wstring& text = recorder.asked[0].text;
+      EXPECT_TRUE(
+          text.starts_with(language == kEnglish ? L"Nothing was pasted: " : L"貼り付けませんでした。"))
+          << Utf8(text);
+      EXPECT_NE(text.find(language == kEnglish ? c.english : c.japanese), std::wstring::npos) << Utf8(text);
+      EXPECT_EQ(RowsOf(Bytes()), RowsOf(kThreeRows));
+    }
+  }
+}

@@ -208,3 +208,29 @@ TEST_F(ListFormatTest, TextsFitInBothLanguages) {
     });
   }
 }
+
+// Rows pasted or dropped join the tab shown and carry its type whatever the text says; a row equal to one
+// of that tab is skipped, one equal to a row of another tab is not.
+TEST_F(ListFormatTest, PastedRowsJoinTheTabShown) {
+  Write(kHead + kColumns + Rows({"Potential,80,#ff0000", "Chance,50,#00ff00"}));
+  PromptRecorder recorder;
+  Run([&](CDialog& d, ListViewDriver& list) {
+    list.Select(0);
+    list.CtrlKey('C');
+    EXPECT_EQ(ClipboardNow(), L"#format,qcsv\r\n#column,type,threshold,color\r\nPotential,80,#ff0000\r\n");
+    SelectTab(d, 1);
+    PutOnClipboard(
+        L"#format,qcsv\r\n#column,type,threshold,color\r\nPotential,40,#ff0000\r\nStock,50,#00ff00\r\n"
+        L"Stock,20,#0000ff\r\n");
+    list.CtrlKey('V');
+    EXPECT_EQ(list.Column(1),
+              (Texts{L"50 or less (41 ～ 50)", L"40 or less (21 ～ 40)", L"20 or less (0 ～ 20)"}));
+    Click(d, IDOK);
+  });
+  EXPECT_EQ(recorder.Texts(),
+            std::vector<std::wstring>{
+                L"Rows added: 2 of 3.\r\n\r\nSkipped:\r\nRow 2 (\"Chance\"): already in the list"});
+  EXPECT_EQ(Bytes().substr(Bytes().find("#column")),
+            kColumns + Rows({"Potential,80,#ff0000", "Chance,50,#00ff00", "Chance,40,#ff0000",
+                             "Chance,20,#0000ff"}));
+}

@@ -29,10 +29,6 @@ const std::string kRules =
     "#Winter,,,,\r\n"
     "mcVrkTrader,,15,,C:\\music\\b.mid\r\n";
 
-void OpenContextMenu(const CDialog& d) {
-  SendMessageW(d.Handle(), WM_CONTEXTMENU, reinterpret_cast<WPARAM>(d.Item(Dlg::kList)), MAKELPARAM(-1, -1));
-}
-
 class MusicExtenderTest : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(WriteFileBytes(File(), kRules)); }
@@ -73,7 +69,7 @@ TEST_F(MusicExtenderTest, AddCommentAppendsByButtonAndInsertsAboveTheSelectionBy
       list.Select(c.select);
       if (c.byMenu) {
         recorder.AnswerMenu(Dlg::kAddCommentMenu);
-        OpenContextMenu(d);
+        OpenListContextMenu(d, Dlg::kList);
       } else {
         Click(d, Dlg::kAddCommentButton);
       }
@@ -90,19 +86,50 @@ TEST_F(MusicExtenderTest, AddCommentAppendsByButtonAndInsertsAboveTheSelectionBy
 TEST_F(MusicExtenderTest, EditAndDeleteNeedASelectionAndSoDoesTheContextMenu) {
   Run([&](CDialog& d, ListViewDriver& list) {
     EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
-    OpenContextMenu(d);
+    OpenListContextMenu(d, Dlg::kList);
     EXPECT_TRUE(recorder.menus.empty());
     list.Select(2);
     EXPECT_TRUE(d.IsItemEnabled(Dlg::kEdit) && d.IsItemEnabled(Dlg::kDelete));
     recorder.AnswerMenuEntry(L"Delete Item");
-    OpenContextMenu(d);
+    OpenListContextMenu(d, Dlg::kList);
     ASSERT_EQ(recorder.menus.size(), 1u);
-    EXPECT_EQ(recorder.menus[0].Texts(),
-              (Texts{L"Edit Item", L"-", L"Add Condition", L"Add Comment", L"-", L"Delete Item"}));
+    EXPECT_EQ(recorder.menus[0].Texts(), (Texts{L"Edit Item", L"-", L"Add Condition", L"Add Comment", L"-",
+                                                L"Delete Item", L"-", L"Copy", L"Paste"}));
     EXPECT_EQ(list.Count(), 2);
     EXPECT_FALSE(d.IsItemEnabled(Dlg::kEdit) || d.IsItemEnabled(Dlg::kDelete));
     Click(d, IDCANCEL);
   });
+}
+
+// The list's menu keeps its own entries first, then Copy and Paste, in the dialog's language; Copy puts
+// the selected rules on the clipboard as list text, Paste adds rules before the current row.
+TEST_F(MusicExtenderTest, TheMenuEndsWithCopyAndPaste) {
+  ScopedLanguage japanese(kJapanese);
+  Run([&](CDialog& d, ListViewDriver& list) {
+    list.Click(0);
+    list.ClickWith(2, MK_CONTROL);
+    recorder.AnswerMenuEntry(L"コピー");
+    OpenListContextMenu(d, Dlg::kList);
+    ASSERT_EQ(recorder.menus.size(), 1u);
+    EXPECT_EQ(recorder.menus[0].Texts(), (Texts{L"項目を編集", L"-", L"演奏条件を追加", L"コメントを追加",
+                                                L"-", L"項目を削除", L"-", L"コピー", L"貼り付け"}));
+    EXPECT_EQ(
+        ClipboardNow(),
+        L"#format,qcsv\r\n#column,Orgfile,Month,Day,Hour,Playlist\r\n"
+        L"harbor_town.mid,\"1,2\",,\"Dusk,Night\",C:\\music\\a.ogg\r\nmcVrkTrader,,15,,C:\\music\\b.mid\r\n");
+    PutOnClipboard(L"#format,qcsv\r\n#column,Orgfile,Playlist\r\nmcVrkRaid,C:\\music\\c.ogg\r\n");
+    list.Select(1);
+    recorder.AnswerMenuEntry(L"貼り付け");
+    OpenListContextMenu(d, Dlg::kList);
+    EXPECT_EQ(list.Count(), 4);
+    EXPECT_EQ(list.TextAt(1, 0), std::wstring(L"mcVrkRaid (") + L"行商を襲撃" + L")");
+    EXPECT_EQ(list.Selected(), std::vector<int>{1});
+    Click(d, IDOK);
+  });
+  EXPECT_TRUE(recorder.asked.empty());
+  EXPECT_NE(Bytes().find("\r\nharbor_town.mid,\"1,2\",,\"Dusk,Night\",C:\\music\\a.ogg\r\n"
+                         "mcVrkRaid,,,,C:\\music\\c.ogg\r\n#Winter,,,,\r\n"),
+            std::string::npos);
 }
 
 // Rules show their targets' scenes and the period names of the language; comments only their text.

@@ -57,20 +57,6 @@ Texts ListBoxTexts(const CDialog& d, int id) {
   return texts;
 }
 
-// Files dropped from the shell, as WM_DROPFILES brings them.
-void DropFiles(const CDialog& d, const Texts& names) {
-  size_t chars = 1;
-  for (const std::wstring& name : names) chars += name.size() + 1;
-  HGLOBAL memory = GlobalAlloc(GHND, sizeof(DROPFILES) + chars * sizeof(wchar_t));
-  auto* files = static_cast<DROPFILES*>(GlobalLock(memory));
-  files->pFiles = sizeof(DROPFILES);
-  files->fWide = TRUE;
-  auto* at = reinterpret_cast<wchar_t*>(files + 1);
-  for (const std::wstring& name : names) at = std::copy(name.begin(), name.end(), at) + 1;
-  GlobalUnlock(memory);
-  d.Send(WM_DROPFILES, reinterpret_cast<WPARAM>(memory));
-}
-
 class ConditionEditorTest : public testing::Test {
  protected:
   // The game's user folder and its music folder, where the editor looks for candidates.

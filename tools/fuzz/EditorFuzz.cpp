@@ -5,12 +5,20 @@
 // it, or the ".bak" beside it holds the input byte for byte); every value the editor wrote is one it
 // reads back as itself. Every input that fails is saved into the corpus, which the suite replays.
 //
-//   editor_fuzz [PER_EDITOR [SEED [CORPUS]]]   mutate each editor's seeds (2,000 files each by default)
+// A second lane pastes hostile clipboard texts into each list editor, many into one opening, through the
+// real clipboard; its oracle: no crash, no hang, OK writes a file the reader accepts with every row the
+// list showed and every row it was opened with, no row twice, and rows copied from the list and pasted
+// back add nothing. Failing texts join the paste corpus (UTF-16, its names start with the editor or "All").
+//
+//   editor_fuzz [PER_EDITOR [SEED [CORPUS]]]   mutate each editor's seeds (2,000 files each by default),
+//                                              then paste as many texts into each list editor
 //   editor_fuzz --replay CORPUS                every file of the corpus once; its name starts with the editor
 //   --share I/N                                the I-th of N parts of each editor's files a seed makes; each
 //                                              share needs a Wine server of its own (run-fuzz gives it one):
 //                                              the editors find the game by its window, and would take
 //                                              another process's
+//   editor_fuzz --paste [PER_EDITOR [SEED]]    the paste lane alone (--share too)
+//   editor_fuzz --replay-paste [CORPUS]        every text of the paste corpus once into its editors
 
 #include <windows.h>
 
@@ -21,10 +29,13 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <iterator>
 #include <memory>
+#include <random>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -33,8 +44,10 @@
 #include "app/Paths.h"
 #include "app/Prompt.h"
 #include "app/QcsvDocument.h"
+#include "app/RowTransfer.h"
 #include "app/Settings.h"
 #include "app/Strings.h"
+#include "controls/ListEditorDlg.h"
 #include "display/ConfFormatDlg.h"
 #include "display/ConfInfoLayerDlg.h"
 #include "fuzz/Mutator.h"
@@ -44,9 +57,13 @@
 #include "lists/ConfQuickSearchDlg.h"
 #include "music/ConfBGMExDlg.h"
 #include "simulator/GameSimulator.h"
+#include "ui/Clipboard.h"
 
 #ifndef VRK_EDITOR_CORPUS
 #define VRK_EDITOR_CORPUS L"editor-corpus"
+#endif
+#ifndef VRK_PASTE_CORPUS
+#define VRK_PASTE_CORPUS L"paste-corpus"
 #endif
 
 namespace {
@@ -294,7 +311,12 @@ void PrintSummary() {
   std::fflush(stdout);
 }
 
+// The paste lane's text under way, for a crash or hang to keep.
+bool pasting = false;
+[[noreturn]] void StopPasting(const char* what, bool hang);
+
 [[noreturn]] void Stop(const char* what, long long* counter) {
+  if (pasting) StopPasting(what, counter == &counts.hangs);
   ++*counter;
   const std::wstring path =
       currentEditor
@@ -650,6 +672,401 @@ bool Report(const Editor& editor, std::string_view bytes, const Outcome& outcome
   return false;
 }
 
+// ---- The paste lane ----
+
+struct PasteCounts {
+  long long texts = 0;
+  long long crashes = 0;
+  long long hangs = 0;
+  long long lost = 0;   // rows shown or opened with that the file does not hold
+  long long wrong = 0;  // a row added twice, or rows copied and pasted back that added some
+  long long openings = 0;
+  long long roundTrips = 0;
+};
+
+PasteCounts pasteCounts;
+std::wstring pasteCorpusFolder;
+std::wstring pasteText;
+const Editor* pasteEditor = nullptr;
+std::chrono::steady_clock::time_point pasteStarted;
+
+// Texts per opening of an editor: the lane's cost is the pastes, not the dialogs.
+constexpr size_t kPastesPerOpening = 50;
+// Every so many pastes, the rows shown are copied and pasted back.
+constexpr size_t kRoundTripEvery = 10;
+
+void PrintPasteSummary() {
+  const double seconds =
+      std::chrono::duration<double>(std::chrono::steady_clock::now() - pasteStarted).count();
+  std::printf("paste-fuzz: %lld texts, %lld crashes, %lld hangs, %lld lost, %.0f s\n", pasteCounts.texts,
+              pasteCounts.crashes, pasteCounts.hangs, pasteCounts.lost + pasteCounts.wrong, seconds);
+  std::printf("paste-fuzz: %lld openings, %lld copied back, %lld with a row added twice or back\n",
+              pasteCounts.openings, pasteCounts.roundTrips, pasteCounts.wrong);
+  std::fflush(stdout);
+}
+
+// A paste corpus file holds UTF-16 behind its byte-order mark (a clipboard text may hold what UTF-8
+// cannot); one without the mark is UTF-8.
+std::wstring PasteTextOf(const std::string& bytes) {
+  if (bytes.size() >= 2 && bytes[0] == '\xFF' && bytes[1] == '\xFE') {
+    std::wstring text((bytes.size() - 2) / 2, L'\0');
+    std::memcpy(text.data(), bytes.data() + 2, text.size() * sizeof(wchar_t));
+    return text;
+  }
+  const int size = static_cast<int>(bytes.size());
+  std::wstring text(static_cast<size_t>(size), L'\0');
+  text.resize(static_cast<size_t>(MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, text.data(), size)));
+  return text;
+}
+
+std::string PasteBytesOf(const std::wstring& text) {
+  std::string bytes = "\xFF\xFE";
+  bytes.append(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
+  return bytes;
+}
+
+std::wstring KeepPasteFailure(const Editor& editor, const char* what, const std::wstring& text) {
+  return KeepFailure(pasteCorpusFolder, std::wstring(editor.name) + L"-", what, L".txt", PasteBytesOf(text));
+}
+
+[[noreturn]] void StopPasting(const char* what, bool hang) {
+  ++(hang ? pasteCounts.hangs : pasteCounts.crashes);
+  const std::wstring path = pasteEditor ? KeepPasteFailure(*pasteEditor, what, pasteText) : L"";
+  std::printf("paste-fuzz: %s in %ls on text %lld, saved as %ls\n", what,
+              pasteEditor ? pasteEditor->name : L"?", pasteCounts.texts, path.c_str());
+  PrintPasteSummary();
+  ExitProcess(1);
+}
+
+std::string Utf8Of(const std::wstring& text) {
+  const int size = static_cast<int>(text.size());
+  std::string bytes(
+      static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), size, nullptr, 0, nullptr, nullptr)),
+      '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.data(), size, bytes.data(), static_cast<int>(bytes.size()), nullptr,
+                      nullptr);
+  return bytes;
+}
+
+// Texts a hostile clipboard holds: the corpus's texts changed in their units and lines, mixed with one
+// another, now and then far too long or too wide.
+class PasteMutator {
+ public:
+  PasteMutator(uint32_t seed, std::vector<std::wstring> seeds)
+      : texts(std::move(seeds)), bytesSeeds(Utf8Seeds(texts)), bytes(seed, bytesSeeds) {}
+
+  std::wstring Next() {
+    std::wstring text = texts[bytes.Below(texts.size())];
+    for (size_t n = 1 + bytes.Below(4); n > 0; --n) Mutate(text);
+    return text;
+  }
+
+ private:
+  static std::vector<std::string> Utf8Seeds(const std::vector<std::wstring>& texts) {
+    std::vector<std::string> seeds;
+    for (const std::wstring& text : texts) seeds.push_back(Utf8Of(text));
+    return seeds;
+  }
+
+  void Mutate(std::wstring& text) {
+    static const std::wstring_view kUnits[] = {L"\xD800",
+                                               L"\xDBFF",
+                                               L"\xDC00",
+                                               L"\xDFFF",
+                                               L"\x0001",
+                                               L"\x001F",
+                                               L"\x007F",
+                                               L"\x0085",
+                                               L"\xFFFE",
+                                               L"\xFFFF",
+                                               L"\xFEFF",
+                                               L"\t",
+                                               L"\r",
+                                               L"\n",
+                                               L"\r\n",
+                                               L"\r\n\r\n",
+                                               L",",
+                                               L",,,",
+                                               L"\"",
+                                               L"\"\"",
+                                               L"\"a,b\"",
+                                               L"\"\r\n\"",
+                                               L"#format,qcsv\r\n",
+                                               L"#format,csv\r\n",
+                                               L"#format\r\n",
+                                               L"#format",
+                                               L"#column,",
+                                               L"#column,keyword\r\n",
+                                               L"#column,KEYWORD,note\r\n",
+                                               L"#option,",
+                                               L"#option",
+                                               L"#option,WindowWidth:1\r\n",
+                                               L"#column",
+                                               L"ON",
+                                               L"#ff0000",
+                                               L"\U0001F600",
+                                               L"\x3042",
+                                               L"  ",
+                                               L"keyword",
+                                               L"Color",
+                                               L"type",
+                                               L"Orgfile",
+                                               L"Potential",
+                                               L"Stock",
+                                               L"mcVrkBattle",
+                                               L"%s%n"};
+    const size_t at = bytes.Below(text.size() + 1);
+    switch (bytes.Below(10)) {
+      case 0: {
+        // Through the list-file mutator as UTF-8 and back; bytes that are no UTF-8 come back replaced.
+        const std::string mutated = bytes.Mutated(Utf8Of(text));
+        text = PasteTextOf(mutated.starts_with("\xFF\xFE") ? mutated.substr(2) : mutated);
+        break;
+      }
+      case 1:
+      case 2:
+        text.insert(at, kUnits[bytes.Below(std::size(kUnits))]);
+        break;
+      case 3:
+        text.erase(at, bytes.Below(16) + 1);
+        break;
+      case 4: {
+        const std::wstring& other = texts[bytes.Below(texts.size())];
+        text = text.substr(0, at) + other.substr(bytes.Below(other.size() + 1));
+        break;
+      }
+      case 5:
+        if (at < text.size()) text[at] = kUnits[bytes.Below(std::size(kUnits))][0];
+        break;
+      case 6: {
+        const std::wstring piece = text.substr(bytes.Below(text.size() + 1), bytes.Below(80) + 1);
+        for (size_t n = 1 + bytes.Below(30); n > 0; --n) text.insert(std::min(at, text.size()), piece);
+        break;
+      }
+      case 7:
+        Huge(text, at);
+        break;
+      default:
+        // Another program's line breaks.
+        for (size_t found = text.find(L"\r\n"); found != std::wstring::npos;
+             found = text.find(L"\r\n", found))
+          text.erase(found + (bytes.Below(2) ? 1 : 0), 1);
+        break;
+    }
+  }
+
+  // Now and then a line of 100,000 commas, a row over the file's block limit, or more than a paste takes.
+  void Huge(std::wstring& text, size_t at) {
+    switch (bytes.Below(200)) {
+      case 0:
+        text.insert(at, std::wstring(100000, L','));
+        break;
+      case 1:
+        text.insert(at, std::wstring(0x100000 + bytes.Below(16), L'x'));
+        break;
+      case 2:
+        if (bytes.Below(10) == 0) text.append(kMaxRowTextChars - text.size() % kMaxRowTextChars + 1, L'y');
+        break;
+      default:
+        text.insert(at, std::wstring(bytes.Below(2000) + 1, bytes.Below(2) ? L',' : L'z'));
+        break;
+    }
+  }
+
+  std::vector<std::wstring> texts;
+  std::vector<std::string> bytesSeeds;
+  Mutator bytes;
+};
+
+// A row in the file's columns, as the list compares rows.
+std::vector<std::wstring> CellsOf(const QcsvDocument& doc, size_t row) {
+  std::vector<std::wstring> cells;
+  for (const std::wstring& column : doc.Columns()) cells.push_back(doc.Cell(row, column));
+  return cells;
+}
+
+// The rows the editor's list shows: all, or those of the list format editor's first tab.
+std::vector<size_t> ShownRows(const Editor& editor, const QcsvDocument& doc) {
+  std::vector<size_t> rows;
+  for (size_t row = 0; row < doc.RowCount(); ++row) {
+    if (!editor.sortsRows || SameType(doc.Cell(row, L"type"), L"Potential")) rows.push_back(row);
+  }
+  return rows;
+}
+
+// Opens the editor on `seed`, pastes the texts one after the other (with no row, or a row chosen at
+// random, selected), copies every row and pastes it back now and then, and confirms with OK.
+Outcome PasteBatch(const Editor& editor, const std::wstring& path, const std::string& seed,
+                   const std::vector<std::wstring>& texts, uint32_t choice) {
+  pasteEditor = &editor;
+  WriteBytes(path, seed);
+  DeleteFileW((path + L".bak").c_str());
+  std::unique_ptr<CDialog> dialog = editor.make(path);
+  CDialog* main = dialog.get();
+  std::mt19937 random(choice);
+  bool opened = false;
+  int shown = -1;
+  Outcome outcome;
+  auto drive = [&](CDialog& d) {
+    if (&d != main) {
+      PostMessageW(d.Handle(), WM_COMMAND, IDCANCEL, 0);
+      return;
+    }
+    opened = true;
+    HWND list = d.Item(editor.listId);
+    for (size_t i = 0; i < texts.size(); ++i) {
+      pasteText = texts[i];
+      ++pasteCounts.texts;
+      progress.fetch_add(1, std::memory_order_relaxed);
+      const int count = ListView_GetItemCount(list);
+      const int row = static_cast<int>(random() % static_cast<unsigned>(count + 1)) - 1;
+      ListView_SetItemState(list, -1, 0, LVIS_SELECTED);
+      if (row >= 0)
+        ListView_SetItemState(list, row, LVIS_SELECTED | LVIS_FOCUSED, LVIS_SELECTED | LVIS_FOCUSED);
+      SetClipboardText(d.Handle(), texts[i]);
+      d.Send(WM_COMMAND, CListEditorDlg::kPasteCommand);
+      if ((i % kRoundTripEvery != kRoundTripEvery - 1 && i + 1 != texts.size()) || outcome.failure) continue;
+      // Every row the list shows is in it already: pasted back, none is added.
+      ++pasteCounts.roundTrips;
+      const int before = ListView_GetItemCount(list);
+      ListView_SetItemState(list, -1, LVIS_SELECTED, LVIS_SELECTED);
+      d.Send(WM_COMMAND, CListEditorDlg::kCopyCommand);
+      d.Send(WM_COMMAND, CListEditorDlg::kPasteCommand);
+      if (ListView_GetItemCount(list) != before)
+        outcome = {"copied-back-added",
+                   std::to_wstring(before) + L" rows became " + std::to_wstring(ListView_GetItemCount(list))};
+    }
+    shown = ListView_GetItemCount(list);
+    Click(d, IDOK);
+    PostMessageW(d.Handle(), WM_COMMAND, IDCANCEL, 0);
+  };
+  {
+    ScopedAfterInitHook hook(drive);
+    main->DoModal(nullptr);
+  }
+  ++pasteCounts.openings;
+  if (!opened) Stop("not-opened", &counts.crashes);
+  if (outcome.failure) return outcome;
+
+  QcsvDocument in, out;
+  in.ReadBytes(seed);
+  if (!out.ReadBytes(FileBytes(path))) return {"written-refused", {}};
+  const std::vector<size_t> written = ShownRows(editor, out);
+  if (static_cast<int>(written.size()) != shown)
+    return {"lost-rows-shown",
+            std::to_wstring(shown) + L" shown, " + std::to_wstring(written.size()) + L" written"};
+  // The rows the editor opened with are all there, in their order.
+  size_t next = 0;
+  for (size_t row = 0; row < out.RowCount() && next < in.RowCount(); ++row) {
+    if (RowView(out, row, in.Columns()) == RowView(in, next, in.Columns())) ++next;
+  }
+  if (next < in.RowCount()) return {"lost-rows-opened", L"row " + std::to_wstring(next) + L" gone"};
+  std::vector<std::vector<std::wstring>> rows;
+  for (size_t row : written) rows.push_back(CellsOf(out, row));
+  std::sort(rows.begin(), rows.end());
+  if (std::adjacent_find(rows.begin(), rows.end()) != rows.end()) return {"added-twice", {}};
+  return {};
+}
+
+bool ReportPaste(const Editor& editor, const Outcome& outcome, const std::wstring& text,
+                 const wchar_t* name) {
+  if (!outcome.failure) return true;
+  ++(std::string_view(outcome.failure).starts_with("lost") ||
+             std::string_view(outcome.failure).starts_with("written")
+         ? pasteCounts.lost
+         : pasteCounts.wrong);
+  const std::wstring saved = name ? std::wstring(name) : KeepPasteFailure(editor, outcome.failure, text);
+  std::printf("paste-fuzz: %s %ls in %ls, %ls\n", outcome.failure, outcome.detail.c_str(), editor.name,
+              saved.c_str());
+  std::fflush(stdout);
+  return false;
+}
+
+// The list file each editor opens for the lane: its seed in the editors' corpus (one its reader takes
+// whole, so that every row it holds must come back).
+std::string PasteSeedFile(const Editor& editor, const Corpus& corpus) {
+  for (size_t i = 0; i < corpus.files.size(); ++i) {
+    if (corpus.names[i] != std::wstring(editor.name) + L"-seed.qcsv") continue;
+    QcsvDocument doc;
+    if (doc.ReadBytes(corpus.files[i]) && !doc.FileNotReadWhole()) return corpus.files[i];
+  }
+  return "#format,qcsv\r\n";
+}
+
+bool IsPasteTextFor(const Editor& editor, const std::wstring& name) {
+  return name.starts_with(L"All-") || name.starts_with(std::wstring(editor.name) + L"-");
+}
+
+// Runs the paste lane over every list editor: the corpus's texts once each (replay), or `perEditor`
+// mutated texts each. False when a text failed.
+bool RunPasteLane(const std::wstring& tool, const Corpus& editorCorpus, const std::wstring& folder,
+                  bool replay, long long perEditor, uint32_t seed, Share share) {
+  pasting = true;
+  pasteCorpusFolder = folder;
+  pasteStarted = std::chrono::steady_clock::now();
+  std::vector<std::wstring> names;
+  const std::vector<std::string> files = LoadCorpus(folder, &names);
+  if (files.empty()) {
+    std::printf("paste-fuzz: no corpus in %ls\n", folder.c_str());
+    return false;
+  }
+  bool ok = true;
+  for (const Editor& editor : Editors()) {
+    if (!editor.listId) continue;
+    const std::string list = PasteSeedFile(editor, editorCorpus);
+    const std::wstring path = tool + L"\\" + editor.name + L".qcsv";
+    std::vector<std::wstring> texts, textNames;
+    for (size_t i = 0; i < files.size(); ++i) {
+      if (!IsPasteTextFor(editor, names[i])) continue;
+      texts.push_back(PasteTextOf(files[i]));
+      textNames.push_back(names[i]);
+    }
+    if (texts.empty()) continue;
+    if (replay) {
+      for (size_t i = 0; i < texts.size(); ++i) {
+        for (uint32_t choice : {1u, 2u})
+          ok = ReportPaste(editor, PasteBatch(editor, path, list, {texts[i]}, choice), texts[i],
+                           textNames[i].c_str()) &&
+               ok;
+      }
+      continue;
+    }
+    const auto editorStart = std::chrono::steady_clock::now();
+    const long long before = pasteCounts.lost + pasteCounts.wrong;
+    PasteMutator mutator(seed, texts);
+    // The share's texts are those of the whole run from its first on, so one seed makes the same texts
+    // however they are shared out.
+    const long long first = share.Begin(perEditor);
+    const long long end = share.End(perEditor);
+    for (long long done = 0; done < first; ++done) mutator.Next();
+    for (long long done = first; done < end;) {
+      std::vector<std::wstring> batch;
+      for (; batch.size() < kPastesPerOpening && done < end; ++done) batch.push_back(mutator.Next());
+      const uint32_t choice = seed + static_cast<uint32_t>(done);
+      const Outcome outcome = PasteBatch(editor, path, list, batch, choice);
+      if (!outcome.failure) continue;
+      // The text that fails by itself is the one kept; a failure only the whole batch makes keeps its last.
+      const std::wstring* culprit = &batch.back();
+      for (const std::wstring& text : batch) {
+        if (PasteBatch(editor, path, list, {text}, choice).failure) {
+          culprit = &text;
+          break;
+        }
+      }
+      ReportPaste(editor, outcome, *culprit, nullptr);
+      ok = false;
+    }
+    const double seconds =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - editorStart).count();
+    std::printf("paste-fuzz: %ls %lld texts, %lld failed, %.1f ms a text\n", editor.name, end - first,
+                pasteCounts.lost + pasteCounts.wrong - before,
+                end > first ? 1000 * seconds / static_cast<double>(end - first) : 0.0);
+    std::fflush(stdout);
+  }
+  pasting = false;
+  PrintPasteSummary();
+  return ok;
+}
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
@@ -682,7 +1099,10 @@ int wmain(int argc, wchar_t** argv) {
     std::printf("editor-fuzz: --share takes I/N, I from 1 to N\n");
     return 2;
   }
-  const Corpus corpus = OpenCorpus(argc, argv, VRK_EDITOR_CORPUS, "editor-fuzz");
+  // The paste lane's arguments are its own; it takes the editors' corpus for the files it opens.
+  const std::wstring_view mode = argc > 1 ? argv[1] : L"";
+  const bool pasteOnly = mode == L"--paste" || mode == L"--replay-paste";
+  const Corpus corpus = OpenCorpus(pasteOnly ? 1 : argc, argv, VRK_EDITOR_CORPUS, "editor-fuzz");
   if (corpus.files.empty()) return 2;
   corpusFolder = corpus.folder;
   const std::wstring tool = MakeToolFolder();
@@ -695,7 +1115,14 @@ int wmain(int argc, wchar_t** argv) {
   StartWatchdog(progress, [] { Stop("hang", &counts.hangs); });
 
   bool ok = true;
-  if (corpus.replay) {
+  if (pasteOnly) {
+    const bool replay = mode == L"--replay-paste";
+    ok = RunPasteLane(
+        tool, corpus, replay && argc > 2 ? argv[2] : VRK_PASTE_CORPUS, replay,
+        !replay && argc > 2 ? std::wcstoll(argv[2], nullptr, 10) : 2000,
+        !replay && argc > 3 ? static_cast<uint32_t>(std::wcstoul(argv[3], nullptr, 10)) : GetTickCount(),
+        share);
+  } else if (corpus.replay) {
     for (size_t i = 0; i < corpus.files.size(); ++i) {
       const Editor* editor = EditorOf(corpus.names[i]);
       if (!editor) continue;
@@ -705,6 +1132,7 @@ int wmain(int argc, wchar_t** argv) {
                     corpus.names[i].c_str()) &&
              ok;
     }
+    PrintSummary();
   } else {
     const long long perEditor = argc > 1 ? std::wcstoll(argv[1], nullptr, 10) : 2000;
     const uint32_t seed =
@@ -735,8 +1163,9 @@ int wmain(int argc, wchar_t** argv) {
                   end > first ? 1000 * seconds / static_cast<double>(end - first) : 0.0);
       std::fflush(stdout);
     }
+    PrintSummary();
+    ok = RunPasteLane(tool, corpus, VRK_PASTE_CORPUS, false, perEditor, seed, share) && ok;
   }
   RemoveToolFolder(tool);
-  PrintSummary();
   return ok ? 0 : 1;
 }
