@@ -1,14 +1,17 @@
 #pragma once
 #include <windows.h>
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <span>
 #include <vector>
 
+#include "app/ListSchemas.h"
 #include "ui/Dialog.h"
 
-// What the benchmark programs share: the clock, the message pump, the median, and a bare dialog that
-// hosts the plain controls of a floor.
+// What the benchmark programs share: the clocks, the message pump, the Label columns of a floor, the median,
+// and a bare dialog that hosts the plain controls of a floor.
 namespace bench {
 
 // Milliseconds on the performance counter.
@@ -21,6 +24,17 @@ inline double Now() {
   LARGE_INTEGER count;
   QueryPerformanceCounter(&count);
   return static_cast<double>(count.QuadPart) * 1000.0 / frequency;
+}
+
+// This thread's processor time in ms: less disturbed than the wall clock by other processes on a busy
+// machine, though counted in the system clock's ticks, so only its sum over many rounds tells.
+inline double Cpu() {
+  FILETIME created, exited, kernel, user;
+  GetThreadTimes(GetCurrentThread(), &created, &exited, &kernel, &user);
+  auto ms = [](FILETIME t) {
+    return static_cast<double>(ULARGE_INTEGER{{t.dwLowDateTime, t.dwHighDateTime}}.QuadPart) / 1e4;
+  };
+  return ms(kernel) + ms(user);
 }
 
 inline void Pump() {
@@ -41,5 +55,16 @@ class CHostDlg : public CDialog {
   CHostDlg(int16_t width, int16_t height, std::span<const ControlDef> controls)
       : CDialog(DialogDef{&kHostTitle, 0, 0, width, height, WS_POPUP | WS_CAPTION}, controls) {}
 };
+
+// The Label list's four columns in a plain list view, as a floor shows them.
+inline void AddLabelColumns(HWND list) {
+  for (int column = 0; column < 4; ++column) {
+    LVCOLUMNW info{};
+    info.mask = LVCF_TEXT | LVCF_WIDTH;
+    info.cx = 60;
+    info.pszText = const_cast<wchar_t*>(kLabelColumns[column].English());
+    ListView_InsertColumn(list, column, &info);
+  }
+}
 
 }  // namespace bench

@@ -25,17 +25,6 @@ constexpr ControlDef kControls[] = {
     {Ctl::ListView, kListId, 6, 30, 308, 140, LVS_REPORT | LVS_SHOWSELALWAYS, WS_EX_CLIENTEDGE, kNoText},
 };
 
-// This thread's processor time in ms (in ticks of the system clock): less disturbed than the wall clock by
-// other processes on a busy machine.
-double Cpu() {
-  FILETIME created, exited, kernel, user;
-  GetThreadTimes(GetCurrentThread(), &created, &exited, &kernel, &user);
-  auto ms = [](FILETIME t) {
-    return static_cast<double>(ULARGE_INTEGER{{t.dwLowDateTime, t.dwHighDateTime}}.QuadPart) / 1e4;
-  };
-  return ms(kernel) + ms(user);
-}
-
 struct Times {
   double wall = 1e300;
   double cpu = 1e300;
@@ -82,13 +71,7 @@ void PlainOpen(const std::wstring& path, Times& times) {
   CHostDlg host(320, 200, kControls);
   host.Create(nullptr);
   HWND list = host.Item(kListId);
-  for (int column = 0; column < 4; ++column) {
-    LVCOLUMNW info{};
-    info.mask = LVCF_TEXT | LVCF_WIDTH;
-    info.cx = 60;
-    info.pszText = const_cast<wchar_t*>(kLabelColumns[column].English());
-    ListView_InsertColumn(list, column, &info);
-  }
+  AddLabelColumns(list);
   SendMessageW(list, WM_SETREDRAW, FALSE, 0);
   ListView_SetItemCount(list, static_cast<int>(file.RowCount()));
   for (size_t row = 0; row < file.RowCount(); ++row) {

@@ -23,16 +23,6 @@ using namespace bench;
 
 constexpr int kRows = 1000;
 
-// This thread's processor time in ms: less disturbed than the wall clock by other processes on a busy
-// machine, though counted in the system clock's ticks, so only its sum over the rounds tells.
-double Cpu() {
-  FILETIME created, exited, kernel, user;
-  GetThreadTimes(GetCurrentThread(), &created, &exited, &kernel, &user);
-  auto ms = [](FILETIME t) {
-    return static_cast<double>(ULARGE_INTEGER{{t.dwLowDateTime, t.dwHighDateTime}}.QuadPart) / 1e4;
-  };
-  return ms(kernel) + ms(user);
-}
 constexpr int kRounds = 15;
 
 QcsvDocument ListVersion(int n) {

@@ -71,13 +71,7 @@ double ReadAndFill(const std::wstring& held, const std::wstring& pasted) {
   CHostDlg host(320, 200, kControls);
   host.Create(nullptr);
   HWND list = host.Item(kListId);
-  for (int column = 0; column < 4; ++column) {
-    LVCOLUMNW info{};
-    info.mask = LVCF_TEXT | LVCF_WIDTH;
-    info.cx = 60;
-    info.pszText = const_cast<wchar_t*>(kLabelColumns[column].English());
-    ListView_InsertColumn(list, column, &info);
-  }
+  AddLabelColumns(list);
   auto fill = [list](const QcsvDocument& file) {
     SendMessageW(list, WM_SETREDRAW, FALSE, 0);
     for (size_t row = 0; row < file.RowCount(); ++row) {
